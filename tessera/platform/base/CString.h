@@ -1,0 +1,82 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "tessera/Export.h"
+#include "tessera/platform/base/Types.h"
+
+/// Growable UTF-16 text with value semantics. Positions and lengths count UTF-16 code units.
+///
+/// It may hold zero characters; `operator const WCHAR*` then shows the text up to the first one.
+class TESSERA_API CString {
+public:
+    CString() = default;
+    /// A null pointer gives the empty text.
+    CString(const WCHAR* text);
+    CString(const WCHAR* text, int length);
+    explicit CString(WCHAR ch, int repeat = 1);
+    explicit CString(std::u16string_view text) : text_(text) {}
+
+    CString& operator=(const WCHAR* text);
+
+    int GetLength() const { return static_cast<int>(text_.size()); }
+    bool IsEmpty() const { return text_.empty(); }
+    void Empty() { text_.clear(); }
+
+    WCHAR GetAt(int index) const { return text_[static_cast<std::size_t>(index)]; }
+    WCHAR operator[](int index) const { return GetAt(index); }
+    void SetAt(int index, WCHAR ch) { text_[static_cast<std::size_t>(index)] = ch; }
+
+    /// The zero-terminated text; valid until the text is next changed.
+    operator const WCHAR*() const { return text_.c_str(); }
+    std::u16string_view view() const { return text_; }
+
+    /// Less than, equal to or greater than 0, comparing code units.
+    int Compare(const WCHAR* other) const;
+
+    /// The position of the first occurrence at or after `start`, -1 when there is none.
+    int Find(WCHAR ch, int start = 0) const;
+    int Find(const WCHAR* text, int start = 0) const;
+    int ReverseFind(WCHAR ch) const;
+
+    /// Parts of the text; a count or position outside the text is cut to it.
+    CString Left(int count) const;
+    CString Mid(int first) const;
+    CString Mid(int first, int count) const;
+    CString Right(int count) const;
+
+    /// Insert before `index` (past the end appends); answers the new length.
+    int Insert(int index, const WCHAR* text);
+    int Insert(int index, WCHAR ch);
+    /// Removes up to `count` characters from `index`; answers the new length.
+    int Delete(int index, int count = 1);
+    /// Answers how many characters were replaced.
+    int Replace(WCHAR from, WCHAR to);
+
+    void TrimLeft(WCHAR ch);
+    void TrimRight(const WCHAR* anyOf);
+
+    /// Maps each code unit by itself, so that positions stay the same.
+    void MakeLower();
+    void MakeUpper();
+
+    CString& operator+=(const CString& text);
+    CString& operator+=(const WCHAR* text);
+    CString& operator+=(WCHAR ch);
+
+    friend CString operator+(CString left, const CString& right) { return left += right; }
+    friend CString operator+(CString left, const WCHAR* right) { return left += right; }
+    friend CString operator+(const WCHAR* left, const CString& right) { return CString(left) += right; }
+
+    friend bool operator==(const CString& left, const CString& right) = default;
+    friend bool operator==(const CString& left, const WCHAR* right) { return left.Compare(right) == 0; }
+    friend std::strong_ordering operator<=>(const CString& left, const CString& right) {
+        return left.text_ <=> right.text_;
+    }
+
+private:
+    std::u16string text_;
+};

@@ -1,0 +1,138 @@
+#include "tessera/platform/port/IcuDates.h"
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include <unicode/udat.h>
+#include <unicode/uloc.h>
+
+namespace Platform::port {
+namespace {
+
+struct FormatDeleter {
+    void operator()(UDateFormat* format) const { udat_close(format); }
+};
+
+DatePattern isoPattern() {
+    return {DateOrder::yearMonthDay, u"", {u"-", u"-"}, u"", true};
+}
+
+std::string languageOf(const char* locale) {
+    std::array<char, ULOC_LANG_CAPACITY> language{};
+    UErrorCode status = U_ZERO_ERROR;
+    uloc_getLanguage(locale, language.data(), static_cast<int32_t>(language.size()), &status);
+    return U_SUCCESS(status) ? std::string(language.data()) : std::string();
+}
+
+// ICU gives an unknown language the dates of whatever locale the process happens to have.
+bool isKnownLanguage(const std::string& locale) {
+    const std::string language = languageOf(locale.c_str());
+    for (int32_t i = 0; i < uloc_countAvailable(); ++i) {
+        if (languageOf(uloc_getAvailable(i)) == language) return true;
+    }
+    return false;
+}
+
+std::optional<std::u16string> shortDateOf(const std::string& locale) {
+    // A locale whose own calendar is another one still writes Gregorian dates in its own manner.
+    const std::string gregorian = locale + "@calendar=gregorian";
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<UDateFormat, FormatDeleter> format(
+        udat_open(UDAT_NONE, UDAT_SHORT, gregorian.c_str(), u"UTC", -1, nullptr, 0, &status));
+    if (U_FAILURE(status)) return std::nullopt;
+
+    std::array<char16_t, 128> pattern{};
+    const int32_t length =
+        udat_toPattern(format.get(), false, pattern.data(), static_cast<int32_t>(pattern.size()), &status);
+    if (U_FAILURE(status)) return std::nullopt;
+    return std::u16string(pattern.data(), static_cast<std::size_t>(length));
+}
+
+/// The fields of a pattern by their letters, and the texts before, between and behind them.
+struct PatternParts {
+    std::u16string fields;
+    std::array<int, 3> widths{};
+    std::array<std::u16string, 4> texts;
+};
+
+bool isLetter(char16_t ch) {
+    return (ch >= u'a' && ch <= u'z') || (ch >= u'A' && ch <= u'Z');
+}
+
+/// Reads a quoted text, `pos` on its opening quote; two quotes are one.
+std::u16string quotedText(std::u16string_view pattern, std::size_t& pos) {
+    std::u16string text;
+    while (++pos < pattern.size()) {
+        if (pattern[pos] != u'\'') {
+            text += pattern[pos];
+        } else if (pos + 1 < pattern.size() && pattern[pos + 1] == u'\'') {
+            text += pattern[++pos];
+        } else {
+            break;
+        }
+    }
+    ++pos;
+    return text.empty() ? u"'" : text;
+}
+
+std::optional<PatternParts> partsOf(std::u16string_view pattern) {
+    PatternParts parts;
+    std::size_t pos = 0;
+    while (pos < pattern.size()) {
+        const char16_t ch = pattern[pos];
+        std::u16string& text = parts.texts[parts.fields.size()];
+        if (ch == u'\'') {
+            text += quotedText(pattern, pos);
+        } else if (!isLetter(ch)) {
+            text += ch;
+            ++pos;
+        } else {
+            if (parts.fields.size() == parts.widths.size()) return std::nullopt;
+            std::size_t end = pattern.find_first_not_of(ch, pos);
+            if (end == std::u16string_view::npos) end = pattern.size();
+            parts.widths[parts.fields.size()] = static_cast<int>(end - pos);
+            parts.fields += ch;
+            pos = end;
+        }
+    }
+    return parts;
+}
+
+struct OrderOfFields {
+    std::u16string_view fields;
+    DateOrder order;
+};
+
+constexpr std::array<OrderOfFields, 3> orders_ = {{
+    {u"yMd", DateOrder::yearMonthDay},
+    {u"dMy", DateOrder::dayMonthYear},
+    {u"Mdy", DateOrder::monthDayYear},
+}};
+
+bool isPadded(const PatternParts& parts) {
+    for (std::size_t i = 0; i < parts.widths.size(); ++i) {
+        if (parts.fields[i] != u'y' && parts.widths[i] != 2) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+DatePattern datePatternOf(const std::string& locale) {
+    if (locale.empty() || !isKnownLanguage(locale)) return isoPattern();
+    const std::optional<std::u16string> pattern = shortDateOf(locale);
+    if (!pattern) return isoPattern();
+    const std::optional<PatternParts> parts = partsOf(*pattern);
+    if (!parts) return isoPattern();
+
+    for (const OrderOfFields& known : orders_) {
+        if (parts->fields != known.fields) continue;
+        return {known.order, parts->texts[0], {parts->texts[1], parts->texts[2]}, parts->texts[3], isPadded(*parts)};
+    }
+    return isoPattern();
+}
+
+}  // namespace Platform::port

@@ -1,0 +1,252 @@
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tessera/platform/base/Results.h"
+#include "tessera/platform/port/Paths.h"
+#include "tessera/platform/port/PosixErrors.h"
+#include "tests/platform/port/ScopedVariable.h"
+#include "tests/platform/port/ScratchFolder.h"
+
+namespace fs = std::filesystem;
+using namespace Platform::port;
+
+namespace {
+
+class ScopedUmask {
+public:
+    explicit ScopedUmask(mode_t mask) : before_(::umask(mask)) {}
+    ~ScopedUmask() { ::umask(before_); }
+    ScopedUmask(const ScopedUmask&) = delete;
+    ScopedUmask& operator=(const ScopedUmask&) = delete;
+
+private:
+    mode_t before_;
+};
+
+constexpr fs::perms ownerFolder = fs::perms::owner_all;
+constexpr fs::perms ownerFile = fs::perms::owner_read | fs::perms::owner_write;
+
+fs::perms modeOf(const fs::path& path) {
+    return fs::status(path).permissions();
+}
+
+fs::path newFileBeside(const fs::path& file, const std::string& content) {
+    fs::path made;
+    EXPECT_EQ(makePrivateFileBeside(file, made), ERROR_SUCCESS);
+    std::ofstream(made) << content;
+    return made;
+}
+
+}  // namespace
+
+TEST(DefaultStorePath, IsInTheDataHome) {
+    const ScopedVariable data("XDG_DATA_HOME", "/somewhere/data");
+
+    EXPECT_EQ(defaultStorePath(), "/somewhere/data/tessera/store.db");
+}
+
+TEST(DefaultStorePath, IsInTheHomeFolderWhenNoDataHomeIsNamed) {
+    const ScopedVariable home("HOME", "/home/someone");
+    for (const std::optional<std::string>& noDataHome :
+         {std::optional<std::string>(), std::optional<std::string>("")}) {
+        const ScopedVariable data("XDG_DATA_HOME", noDataHome);
+        EXPECT_EQ(defaultStorePath(), "/home/someone/.local/share/tessera/store.db");
+    }
+}
+
+TEST(DefaultStorePath, ARelativeDataHomeIsIgnored) {
+    const ScopedVariable home("HOME", "/home/someone");
+    const ScopedVariable data("XDG_DATA_HOME", "data");
+
+    EXPECT_EQ(defaultStorePath(), "/home/someone/.local/share/tessera/store.db");
+}
+
+TEST(DefaultStorePath, WithoutAHomeVariableTheUserDatabaseKnows) {
+    const ScopedVariable home("HOME", std::nullopt);
+    const ScopedVariable data("XDG_DATA_HOME", std::nullopt);
+
+    EXPECT_TRUE(defaultStorePath().is_absolute());
+    EXPECT_EQ(defaultStorePath().filename(), "store.db");
+}
+
+TEST(EnvironmentValue, IsEmptyForAVariableThatIsNotSet) {
+    const ScopedVariable set("TESSERA_TEST_VARIABLE", "value");
+    EXPECT_EQ(environmentValue("TESSERA_TEST_VARIABLE"), "value");
+
+    const ScopedVariable unset("TESSERA_TEST_VARIABLE", std::nullopt);
+    EXPECT_EQ(environmentValue("TESSERA_TEST_VARIABLE"), "");
+}
+
+TEST(MakePrivateFolder, MakesWhatIsMissingForTheOwnerOnlyWhateverTheUmask) {
+    for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{0777}}) {
+        const ScratchFolder scratch;
+        const ScopedUmask umask(mask);
+
+        ASSERT_EQ(makePrivateFolder(scratch / "a" / "b" / "c"), ERROR_SUCCESS);
+
+        EXPECT_EQ(modeOf(scratch / "a"), ownerFolder);
+        EXPECT_EQ(modeOf(scratch / "a" / "b"), ownerFolder);
+        EXPECT_EQ(modeOf(scratch / "a" / "b" / "c"), ownerFolder);
+    }
+}
+
+TEST(MakePrivateFolder, LeavesAFolderThatExistsAsItIs) {
+    const ScratchFolder scratch;
+    fs::create_directory(scratch / "a");
+    fs::permissions(scratch / "a", fs::perms(0755));
+
+    EXPECT_EQ(makePrivateFolder(scratch / "a"), ERROR_SUCCESS);
+
+    EXPECT_EQ(modeOf(scratch / "a"), fs::perms(0755));
+}
+
+TEST(MakePrivateFolder, ASlashAtTheEndMeansNothing) {
+    const ScratchFolder scratch;
+
+    EXPECT_EQ(makePrivateFolder(scratch / "a/b/"), ERROR_SUCCESS);
+
+    EXPECT_TRUE(fs::is_directory(scratch / "a" / "b"));
+}
+
+TEST(MakePrivateFolder, TheFolderOfABareFileNameIsThere) {
+    EXPECT_EQ(makePrivateFolder(fs::path("store.db").parent_path()), ERROR_SUCCESS);
+}
+
+TEST(MakePrivateFolder, AFileInTheWayIsAnErrorAndStays) {
+    const ScratchFolder scratch;
+    const fs::path file = scratch.withFile("a", "content");
+
+    EXPECT_EQ(makePrivateFolder(file), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(makePrivateFolder(file / "b"), ERROR_ALREADY_EXISTS);
+
+    EXPECT_EQ(contentOf(file), "content");
+}
+
+TEST(MakePrivateFolder, ManyThreadsMayMakeTheSameOne) {
+    const ScratchFolder scratch;
+    std::vector<DWORD> errors(8, ERROR_GEN_FAILURE);
+    std::vector<std::thread> threads;
+
+    for (DWORD& error : errors) {
+        threads.emplace_back([&] { error = makePrivateFolder(scratch / "a" / "b" / "c"); });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+
+    EXPECT_THAT(errors, testing::Each(ERROR_SUCCESS));
+}
+
+TEST(MakePrivateFileBeside, MakesAnEmptyFileForTheOwnerOnlyWhateverTheUmask) {
+    for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{0777}}) {
+        const ScratchFolder scratch;
+        const ScopedUmask umask(mask);
+        fs::path made;
+
+        ASSERT_EQ(makePrivateFileBeside(scratch / "store.db", made), ERROR_SUCCESS);
+
+        EXPECT_EQ(made.parent_path(), scratch.path());
+        EXPECT_NE(made, scratch / "store.db");
+        EXPECT_EQ(fs::file_size(made), 0U);
+        EXPECT_EQ(modeOf(made), ownerFile);
+    }
+}
+
+TEST(MakePrivateFileBeside, EveryFileHasItsOwnName) {
+    const ScratchFolder scratch;
+    fs::path first, second;
+
+    ASSERT_EQ(makePrivateFileBeside(scratch / "store.db", first), ERROR_SUCCESS);
+    ASSERT_EQ(makePrivateFileBeside(scratch / "store.db", second), ERROR_SUCCESS);
+
+    EXPECT_NE(first, second);
+}
+
+TEST(MakePrivateFileBeside, ANameOfFullLengthIsNoHindrance) {
+    const ScratchFolder scratch;
+    fs::path made;
+
+    EXPECT_EQ(makePrivateFileBeside(scratch / std::string(255, 'x').c_str(), made), ERROR_SUCCESS);
+}
+
+TEST(MakePrivateFileBeside, WantsTheFolder) {
+    const ScratchFolder scratch;
+    fs::path made;
+
+    EXPECT_EQ(makePrivateFileBeside(scratch / "missing" / "store.db", made), ERROR_FILE_NOT_FOUND);
+}
+
+TEST(PublishFile, GivesTheFileItsNameAndTakesTheOldOneAway) {
+    const ScratchFolder scratch;
+    const fs::path made = newFileBeside(scratch / "store.db", "content");
+
+    ASSERT_EQ(publishFile(made, scratch / "store.db"), ERROR_SUCCESS);
+
+    EXPECT_EQ(contentOf(scratch / "store.db"), "content");
+    EXPECT_EQ(modeOf(scratch / "store.db"), ownerFile);
+    EXPECT_FALSE(fs::exists(made));
+}
+
+TEST(PublishFile, NeverTakesANameThatIsInUse) {
+    const ScratchFolder scratch;
+    const fs::path file = scratch.withFile("store.db", "old");
+    const fs::path made = newFileBeside(file, "new");
+
+    EXPECT_EQ(publishFile(made, file), ERROR_ALREADY_EXISTS);
+
+    EXPECT_EQ(contentOf(file), "old");
+    EXPECT_FALSE(fs::exists(made));
+}
+
+TEST(PublishFile, ALinkThatLeadsNowhereIsANameInUse) {
+    const ScratchFolder scratch;
+    fs::create_symlink(scratch / "nowhere", scratch / "store.db");
+    const fs::path made = newFileBeside(scratch / "store.db", "new");
+
+    EXPECT_EQ(publishFile(made, scratch / "store.db"), ERROR_ALREADY_EXISTS);
+}
+
+TEST(PublishFile, OfManyAtOnceExactlyOneWins) {
+    const ScratchFolder scratch;
+    std::vector<DWORD> errors(8, ERROR_GEN_FAILURE);
+    std::vector<std::thread> threads;
+
+    for (DWORD& error : errors) {
+        const fs::path made = newFileBeside(scratch / "store.db", "content");
+        threads.emplace_back([&error, &scratch, made] { error = publishFile(made, scratch / "store.db"); });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), ERROR_SUCCESS), 1);
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), ERROR_ALREADY_EXISTS), 7);
+    EXPECT_EQ(std::distance(fs::directory_iterator(scratch.path()), fs::directory_iterator()), 1);
+}
+
+TEST(PublishFile, AFileThatIsGoneIsNotFound) {
+    const ScratchFolder scratch;
+
+    EXPECT_EQ(publishFile(scratch / "gone", scratch / "store.db"), ERROR_FILE_NOT_FOUND);
+
+    EXPECT_FALSE(fs::exists(scratch / "store.db"));
+}
+
+TEST(PlatformErrorOf, NamesWhatTheSystemSaid) {
+    EXPECT_EQ(platformErrorOf(0), ERROR_SUCCESS);
+    EXPECT_EQ(platformErrorOf(ENOENT), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(platformErrorOf(ENOTDIR), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(platformErrorOf(EACCES), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(platformErrorOf(EROFS), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(platformErrorOf(EEXIST), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(platformErrorOf(ENOSPC), ERROR_DISK_FULL);
+    EXPECT_EQ(platformErrorOf(ENOMEM), ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_EQ(platformErrorOf(ENAMETOOLONG), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(platformErrorOf(EBADF), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(platformErrorOf(EIO), ERROR_GEN_FAILURE);
+}
