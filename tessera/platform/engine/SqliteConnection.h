@@ -1,0 +1,119 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tessera/platform/base/Results.h"
+#include "tessera/platform/engine/SqliteStatements.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace Platform {
+
+/// Storage has failed. Thrown within the SQLite engine only; its calls answer the error.
+struct SqliteFailure {
+    DWORD error;
+    std::string text;
+};
+
+/// One connection to a file of SQLite's, and its prepared statements. One thread.
+class SqliteConnection {
+public:
+    /// Opens the file, which must exist, without reading it.
+    SqliteConnection(const std::filesystem::path& file, std::chrono::milliseconds writerWait);
+    ~SqliteConnection() = default;
+    SqliteConnection(const SqliteConnection&) = delete;
+    SqliteConnection& operator=(const SqliteConnection&) = delete;
+
+    /// Runs statements that answer nothing; for setting up, where nothing is run twice.
+    void run(const char* statements);
+    bool inTransaction() const;
+    /// Whether no other connection can commit now.
+    bool holdsWriteLock() const;
+    /// How many rows the last statement has written.
+    std::uint64_t rowsWritten() const;
+    /// Ends a transaction with nothing done; never fails.
+    void rollBack() noexcept;
+
+    /// The file's first bytes and its size, read through SQLite and without touching anything else: a file
+    /// of our own opened and closed beside it would take the process's locks on the store away.
+    std::string readStart(std::size_t bytes);
+    std::uint64_t fileSize();
+
+    const std::filesystem::path& file() const { return file_; }
+    /// What to say of a result code of SQLite's.
+    SqliteFailure failureOf(int result) const;
+    /// The failure of a store whose contents make no sense.
+    SqliteFailure damage() const;
+
+private:
+    friend class SqliteQuery;
+
+    struct Close {
+        void operator()(sqlite3* database) const;
+    };
+    struct Finalize {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+
+    static int waitForWriter(void* connection, int attempts);
+    sqlite3_stmt* prepared(Sql statement);
+    void check(int result) const;
+
+    std::filesystem::path file_;
+    std::chrono::milliseconds writerWait_;
+    std::chrono::steady_clock::time_point waitingSince_;
+    std::unique_ptr<sqlite3, Close> database_;
+    std::array<std::unique_ptr<sqlite3_stmt, Finalize>, static_cast<std::size_t>(Sql::count)> statements_;
+};
+
+/// One use of a prepared statement: its arguments bound, its rows stepped through, reset at the end.
+/// Texts are bound as borrowed and must outlive it. A statement serves one query at a time.
+class SqliteQuery {
+public:
+    template <typename... Arguments>
+    SqliteQuery(SqliteConnection& connection, Sql statement, const Arguments&... arguments)
+        : connection_(connection), statement_(connection.prepared(statement)) {
+        (bind(arguments), ...);
+    }
+    ~SqliteQuery();
+    SqliteQuery(const SqliteQuery&) = delete;
+    SqliteQuery& operator=(const SqliteQuery&) = delete;
+
+    /// Moves to the next row; false after the last.
+    bool step();
+    /// Runs a statement that has no rows to look at.
+    void run() { step(); }
+
+    std::int64_t integer(int column) const;
+    std::uint64_t natural(int column) const { return static_cast<std::uint64_t>(integer(column)); }
+    DWORD dword(int column) const { return static_cast<DWORD>(integer(column)); }
+    /// Good until the next step.
+    std::string_view bytes(int column) const;
+    bool isNull(int column) const;
+
+private:
+    void bind(std::int64_t value);
+    void bind(std::uint64_t value) { bind(static_cast<std::int64_t>(value)); }
+    void bind(std::uint32_t value) { bind(std::int64_t{value}); }
+    void bind(std::string_view value);
+    void bind(const std::string& value) { bind(std::string_view(value)); }
+
+    SqliteConnection& connection_;
+    sqlite3_stmt* statement_;
+    int bound_ = 0;
+};
+
+/// Runs a prepared statement that answers nothing.
+template <typename... Arguments>
+void runSql(SqliteConnection& connection, Sql statement, const Arguments&... arguments) {
+    SqliteQuery(connection, statement, arguments...).run();
+}
+
+}  // namespace Platform

@@ -1,0 +1,139 @@
+#include "tessera/platform/engine/SqliteCounters.h"
+
+#include "tessera/platform/engine/StoreRules.h"
+
+namespace Platform {
+namespace {
+
+constexpr std::size_t packedOrderBytes = 8;
+
+template <typename Number>
+Number littleEndian(std::string_view bytes) {
+    std::uint32_t value = 0;
+    for (std::size_t i = sizeof(Number); i-- > 0;) {
+        value = value << 8 | static_cast<BYTE>(bytes[i]);
+    }
+    return static_cast<Number>(value);
+}
+
+template <typename Number>
+void append(std::string& bytes, Number number) {
+    for (std::size_t i = 0; i < sizeof(Number); ++i) {
+        bytes.push_back(static_cast<char>(static_cast<BYTE>(number >> 8 * i)));
+    }
+}
+
+std::u16string textOf(std::string_view bytes) {
+    std::u16string text;
+    for (; bytes.size() >= sizeof(WCHAR); bytes.remove_prefix(sizeof(WCHAR))) {
+        text.push_back(littleEndian<WCHAR>(bytes));
+    }
+    return text;
+}
+
+std::vector<SortOrder> unpackOrders(std::string_view packed) {
+    std::vector<SortOrder> orders;
+    for (; packed.size() >= packedOrderBytes; packed.remove_prefix(packedOrderBytes)) {
+        orders.push_back({littleEndian<CEPROPID>(packed), littleEndian<DWORD>(packed.substr(4))});
+    }
+    return orders;
+}
+
+}  // namespace
+
+std::uint64_t* DatabaseState::versionOf(OrderId order) {
+    if (isCreationOrder(order)) return &version;
+    for (KeptOrder& kept : orders) {
+        if (kept.id == order) return &kept.version;
+    }
+    return nullptr;
+}
+
+std::uint64_t SqliteCounters::dataVersion() {
+    SqliteQuery query(connection_, Sql::dataVersion);
+    query.step();
+    return query.natural(0);
+}
+
+void SqliteCounters::refresh() {
+    const std::uint64_t version = dataVersion();
+    if (version != knownAt_) forget();
+    knownAt_ = version;
+}
+
+void SqliteCounters::forget() {
+    storeKnown_ = false;
+    databases_.clear();
+}
+
+StoreState& SqliteCounters::store() {
+    if (storeKnown_) return store_;
+    SqliteQuery row(connection_, Sql::readStore);
+    if (!row.step()) throw connection_.damage();
+    store_ = {row.natural(0), row.natural(1), std::string(row.bytes(2)), std::string(row.bytes(3)), false};
+    if (store_.nextId == 0) throw connection_.damage();
+    storeKnown_ = true;
+    return store_;
+}
+
+DatabaseState* SqliteCounters::find(CEOID database) {
+    if (const auto known = databases_.find(database); known != databases_.end()) return &known->second;
+    SqliteQuery row(connection_, Sql::readDatabase, database);
+    if (!row.step()) return nullptr;
+    DatabaseState state;
+    load(database, row, state);
+    return &databases_.emplace(database, std::move(state)).first->second;
+}
+
+void SqliteCounters::load(CEOID database, SqliteQuery& row, DatabaseState& state) {
+    state.info.id = database;
+    state.info.name = textOf(row.bytes(0));
+    state.info.type = row.dword(1);
+    state.info.declaredOrders = unpackOrders(row.bytes(2));
+    state.info.records = row.dword(3);
+    state.info.bytes = row.natural(4);
+    state.info.modified = row.natural(5);
+    state.version = row.natural(6);
+    SqliteQuery orders(connection_, Sql::ordersOfDatabase, database);
+    while (orders.step()) {
+        state.orders.push_back({orders.integer(0), {orders.dword(1), orders.dword(2)}, orders.natural(3)});
+    }
+}
+
+bool SqliteCounters::write() {
+    if (!storeKnown_ || !store_.unwritten) return false;
+    runSql(connection_, Sql::writeStore, store_.nextId, store_.lastChange);
+    store_.unwritten = false;
+    for (auto& [id, state] : databases_) {
+        if (state.unwritten) writeDatabase(state);
+    }
+    return true;
+}
+
+void SqliteCounters::writeDatabase(DatabaseState& state) {
+    runSql(connection_, Sql::writeDatabase, state.info.records, state.info.bytes, state.info.modified, state.version,
+           state.info.id);
+    for (const KeptOrder& order : state.orders) {
+        runSql(connection_, Sql::writeOrder, order.version, order.id);
+    }
+    state.unwritten = false;
+}
+
+std::string packOrders(std::span<const SortOrder> orders) {
+    std::string packed;
+    for (const SortOrder& order : orders) {
+        append(packed, order.property);
+        append(packed, order.flags);
+    }
+    return packed;
+}
+
+std::string bytesOfText(std::u16string_view text) {
+    std::string bytes;
+    for (const WCHAR unit : text) {
+        append(bytes, static_cast<WORD>(unit));
+    }
+    return bytes;
+}
+
+}  // namespace Platform

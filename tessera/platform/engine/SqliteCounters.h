@@ -1,0 +1,75 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "tessera/platform/engine/RecordEngine.h"
+#include "tessera/platform/engine/SqliteConnection.h"
+
+namespace Platform {
+
+/// An order that is kept, and how often its entries have changed.
+struct KeptOrder {
+    OrderId id = 0;
+    SortOrder order;
+    std::uint64_t version = 0;
+};
+
+/// What a store knows of a database beside its records.
+struct DatabaseState {
+    DatabaseInfo info;
+    std::uint64_t version = 0;  ///< Of the order of creation.
+    std::vector<KeptOrder> orders;
+    bool unwritten = false;
+
+    /// Where the order's version is; null when the database has no such order.
+    std::uint64_t* versionOf(OrderId order);
+};
+
+struct StoreState {
+    std::uint64_t nextId = 1;
+    std::uint64_t lastChange = 0;
+    std::string locale;
+    std::string collation;
+    bool unwritten = false;
+};
+
+/// A connection's knowledge of the small rows that every write changes. It is kept from call to call
+/// while nobody else commits, and written once, at the end of a unit.
+class SqliteCounters {
+public:
+    explicit SqliteCounters(SqliteConnection& connection) : connection_(connection) {}
+
+    /// Moves when another connection has committed.
+    std::uint64_t dataVersion();
+    /// Forgets what another connection may have changed.
+    void refresh();
+    void forget();
+
+    StoreState& store();
+    /// Null when there is no such database.
+    DatabaseState* find(CEOID database);
+    void remove(CEOID database) { databases_.erase(database); }
+
+    /// Writes what has changed; tells whether anything had.
+    bool write();
+
+private:
+    void load(CEOID database, SqliteQuery& row, DatabaseState& state);
+    void writeDatabase(DatabaseState& state);
+
+    SqliteConnection& connection_;
+    std::uint64_t knownAt_ = 0;
+    bool storeKnown_ = false;
+    StoreState store_;
+    std::unordered_map<CEOID, DatabaseState> databases_;
+};
+
+/// Declared orders as a database's row has them: property and flags of each, 4 bytes, little-endian.
+std::string packOrders(std::span<const SortOrder> orders);
+
+/// UTF-16 text as its bytes, little-endian.
+std::string bytesOfText(std::u16string_view text);
+
+}  // namespace Platform

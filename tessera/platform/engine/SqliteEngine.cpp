@@ -1,0 +1,256 @@
+#include "tessera/platform/engine/SqliteEngine.h"
+
+#include <thread>
+#include <utility>
+
+#include "tessera/platform/engine/StoreRules.h"
+
+namespace Platform {
+namespace {
+
+/// The log is shortened when its end passes a multiple of this, not with every change.
+constexpr std::uint64_t pruneEvery = 1'024;
+
+/// After a unit as long as this a program waits so long before its next, for those that look every
+/// millisecond whether it is their turn.
+constexpr std::chrono::milliseconds longUnit{50};
+constexpr std::chrono::milliseconds turnForOthers{3};
+
+}  // namespace
+
+SqliteEngine::SqliteEngine(std::unique_ptr<SqliteConnection> connection, const std::string& locale)
+    : connection_(std::move(connection)), keys_(locale), counters_(*connection_), origin_(newOrigin()) {}
+
+// Units.
+
+void SqliteEngine::begin() {
+    runSql(*connection_, Sql::begin);
+    counters_.refresh();
+    const StoreState& store = counters_.store();
+    lastChangeBefore_ = store.lastChange;
+    if (store.collation == keys_.version()) return;
+    throw SqliteFailure{ERROR_REVISION_MISMATCH,
+                        connection_->damage().text + ": a program with another collation has rebuilt it"};
+}
+
+void SqliteEngine::commit() {
+    const bool written = counters_.write();
+    if (written) pruneLog();
+    runSql(*connection_, Sql::commit);
+    if (written) ++ownCommits_;
+}
+
+void SqliteEngine::pruneLog() {
+    const std::uint64_t last = counters_.store().lastChange;
+    if (last / pruneEvery == lastChangeBefore_ / pruneEvery || last <= keptChanges) return;
+    runSql(*connection_, Sql::pruneChanges, last - keptChanges);
+}
+
+DWORD SqliteEngine::giveUp(const SqliteFailure& failure) {
+    connection_->rollBack();
+    counters_.forget();
+    homes_.clear();
+    if (inUnit_) failure_ = failure;
+    return setStoreError(failure.error, failure.text);
+}
+
+void SqliteEngine::leaveOthersTheirTurn() const {
+    const bool straightOn = Clock::now() - unitEnded_ < turnForOthers;
+    if (straightOn && unitEnded_ - unitBegan_ > longUnit) std::this_thread::sleep_for(turnForOthers);
+}
+
+DWORD SqliteEngine::beginUnit() {
+    if (inUnit_) return setStoreError(ERROR_NOT_READY, "units do not nest");
+    leaveOthersTheirTurn();
+    const DWORD error = reading([&]() -> DWORD {
+        begin();
+        return ERROR_SUCCESS;
+    });
+    if (error != ERROR_SUCCESS) {
+        connection_->rollBack();
+        return error;
+    }
+    inUnit_ = true;
+    unitBegan_ = Clock::now();
+    return ERROR_SUCCESS;
+}
+
+DWORD SqliteEngine::endUnit() {
+    if (!inUnit_) return setStoreError(ERROR_NOT_READY, "there is no unit to end");
+    const DWORD error = writing([&]() -> DWORD {
+        commit();
+        return ERROR_SUCCESS;
+    });
+    inUnit_ = false;
+    failure_.reset();
+    unitEnded_ = Clock::now();
+    return error;
+}
+
+// Databases.
+
+DatabaseState* SqliteEngine::find(CEOID database) {
+    if (!connection_->holdsWriteLock()) counters_.refresh();
+    return counters_.find(database);
+}
+
+DWORD SqliteEngine::createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
+                                   CEOID& database) {
+    if (const DWORD error = checkNewDatabase(name, orders)) return error;
+    return writing([&]() -> DWORD {
+        const std::string folded = bytesOfText(foldedName(name));
+        if (SqliteQuery(*connection_, Sql::findDatabase, folded).step()) return nameTaken();
+        StoreState& store = counters_.store();
+        if (store.nextId > lastIdentifier) return identifiersUsedUp();
+
+        const auto id = static_cast<CEOID>(store.nextId++);
+        store.unwritten = true;
+        runSql(*connection_, Sql::insertDatabase, id, bytesOfText(keptName(name)), folded, type, packOrders(orders),
+               ticksAfter(0));
+        for (const SortOrder& order : orders) {
+            const SortOrder wanted = canonicalOrder(order);
+            if (!existingOrder(id, wanted)) addOrder(*counters_.find(id), wanted);
+        }
+        database = id;
+        return ERROR_SUCCESS;
+    });
+}
+
+DWORD SqliteEngine::dropDatabase(CEOID database) {
+    return writing([&]() -> DWORD {
+        const DatabaseState* dropped = find(database);
+        if (dropped == nullptr) return noSuchDatabase();
+        StoreState& store = counters_.store();
+        const std::int64_t first = rowOf(database, noRecordBefore);
+        const std::int64_t last = rowOf(database, noRecordAfter);
+        runSql(*connection_, Sql::insertDeletedChanges, first, last, store.lastChange, database,
+               static_cast<DWORD>(ChangeKind::deleted), origin_, ticksAfter(dropped->info.modified));
+        store.lastChange += connection_->rowsWritten();
+        store.unwritten = true;
+        for (const KeptOrder& order : dropped->orders) {
+            runSql(*connection_, Sql::deleteKeys, order.id);
+        }
+        runSql(*connection_, Sql::deleteOrders, database);
+        runSql(*connection_, Sql::deleteRecords, first, last);
+        runSql(*connection_, Sql::deleteDatabase, database);
+        counters_.remove(database);
+        return ERROR_SUCCESS;
+    });
+}
+
+DWORD SqliteEngine::findDatabase(std::u16string_view name, CEOID& database) {
+    return reading([&]() -> DWORD {
+        const std::string folded = bytesOfText(foldedName(name));
+        SqliteQuery query(*connection_, Sql::findDatabase, folded);
+        if (!query.step()) return noSuchDatabase();
+        database = query.dword(0);
+        return ERROR_SUCCESS;
+    });
+}
+
+DWORD SqliteEngine::databaseInfo(CEOID database, DatabaseInfo& info) {
+    return reading([&]() -> DWORD {
+        const DatabaseState* found = find(database);
+        if (found == nullptr) return noSuchDatabase();
+        info = found->info;
+        return ERROR_SUCCESS;
+    });
+}
+
+// Records.
+
+DWORD SqliteEngine::get(CEOID database, CEOID record, std::string& packed) {
+    return reading([&] { return readWhole(database, record, packed); });
+}
+
+DWORD SqliteEngine::put(CEOID database, CEOID& record, std::span<const Edit> edits) {
+    return writing([&]() -> DWORD {
+        DatabaseState* found = find(database);
+        if (found == nullptr) return noSuchDatabase();
+        return record == 0 ? createRecord(*found, record, edits) : changeRecord(*found, record, edits);
+    });
+}
+
+DWORD SqliteEngine::erase(CEOID database, CEOID record) {
+    return writing([&]() -> DWORD {
+        DatabaseState* found = find(database);
+        return found == nullptr ? noSuchDatabase() : eraseRecord(*found, record);
+    });
+}
+
+DWORD SqliteEngine::createRecord(DatabaseState& database, CEOID& record, std::span<const Edit> edits) {
+    std::string packed;
+    if (applyEdits({}, edits, packed) != ERROR_SUCCESS) return unfitProperties();
+    StoreState& store = counters_.store();
+    if (store.nextId > lastIdentifier) return identifiersUsedUp();
+
+    const auto id = static_cast<CEOID>(store.nextId++);
+    runSql(*connection_, Sql::insertRecord, rowOf(database.info.id, id), packed);
+    for (KeptOrder& order : database.orders) {
+        runSql(*connection_, Sql::insertKey, order.id, keys_.keyOfRecord(order.order, packed), id);
+        ++order.version;
+    }
+    ++database.version;
+    ++database.info.records;
+    database.info.bytes += packed.size();
+    note(database, id, ChangeKind::created);
+    record = id;
+    return ERROR_SUCCESS;
+}
+
+DWORD SqliteEngine::changeRecord(DatabaseState& database, CEOID record, std::span<const Edit> edits) {
+    std::string before;
+    if (const DWORD error = readWhole(database.info.id, record, before)) return error;
+    std::string after;
+    if (applyEdits(before, edits, after) != ERROR_SUCCESS) return unfitProperties();
+
+    runSql(*connection_, Sql::updateRecord, rowOf(database.info.id, record), after);
+    for (KeptOrder& order : database.orders) {
+        if (samePlace(order.order, before, after)) continue;
+        runSql(*connection_, Sql::deleteKey, order.id, keys_.keyOfRecord(order.order, before), record);
+        runSql(*connection_, Sql::insertKey, order.id, keys_.keyOfRecord(order.order, after), record);
+        ++order.version;
+    }
+    database.info.bytes += after.size() - before.size();
+    note(database, record, ChangeKind::changed);
+    return ERROR_SUCCESS;
+}
+
+DWORD SqliteEngine::eraseRecord(DatabaseState& database, CEOID record) {
+    std::string packed;
+    if (const DWORD error = readWhole(database.info.id, record, packed)) return error;
+    for (KeptOrder& order : database.orders) {
+        runSql(*connection_, Sql::deleteKey, order.id, keys_.keyOfRecord(order.order, packed), record);
+        ++order.version;
+    }
+    runSql(*connection_, Sql::deleteRecord, rowOf(database.info.id, record));
+    ++database.version;
+    --database.info.records;
+    database.info.bytes -= packed.size();
+    note(database, record, ChangeKind::deleted);
+    return ERROR_SUCCESS;
+}
+
+DWORD SqliteEngine::readWhole(CEOID database, CEOID record, std::string& packed) {
+    SqliteQuery query(*connection_, Sql::readRecord, rowOf(database, record));
+    if (!query.step()) return noSuchRecord();
+    if (!wholeRecord(query.bytes(0))) return damagedRecord();
+    packed = query.bytes(0);
+    return ERROR_SUCCESS;
+}
+
+DWORD SqliteEngine::damagedRecord() const {
+    const SqliteFailure damage = connection_->damage();
+    return setStoreError(damage.error, damage.text);
+}
+
+void SqliteEngine::note(DatabaseState& database, CEOID record, ChangeKind kind) {
+    StoreState& store = counters_.store();
+    database.info.modified = ticksAfter(database.info.modified);
+    runSql(*connection_, Sql::insertChange, ++store.lastChange, database.info.id, record, static_cast<DWORD>(kind),
+           origin_, database.info.modified);
+    database.unwritten = true;
+    store.unwritten = true;
+}
+
+}  // namespace Platform

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "tessera/platform/engine/RecordEngine.h"
+#include "tessera/platform/engine/SqliteConnection.h"
+
+// The format of a store's file.
+
+namespace Platform {
+
+/// Throws when the file is not a store, is damaged or of a newer format, judged by its first bytes
+/// and its size alone: nothing is written, not even a file beside it.
+void checkStoreFile(SqliteConnection& connection);
+
+/// Makes the tables and the single rows of a new store in an empty file.
+void createTables(SqliteConnection& connection, const SortKeys& keys, const std::string& locale);
+
+/// Sets what belongs to a connection, not to the file.
+void configure(SqliteConnection& connection, const StoreOptions& options);
+
+}  // namespace Platform

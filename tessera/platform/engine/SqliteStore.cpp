@@ -1,0 +1,106 @@
+#include <mutex>
+#include <utility>
+
+#include "tessera/platform/engine/SqliteEngine.h"
+#include "tessera/platform/engine/SqliteFormat.h"
+#include "tessera/platform/engine/StoreRules.h"
+#include "tessera/platform/port/Paths.h"
+
+namespace Platform {
+namespace {
+
+std::string nameOf(const std::filesystem::path& file) {
+    const std::u8string name = file.u8string();
+    return std::string(name.begin(), name.end());
+}
+
+std::unique_ptr<SqliteEngine> connectTo(const std::filesystem::path& file, const StoreOptions& options) {
+    auto connection = std::make_unique<SqliteConnection>(file, options.writerWait);
+    checkStoreFile(*connection);
+    configure(*connection, options);
+    const std::string locale = SqliteCounters(*connection).store().locale;
+    auto engine = std::make_unique<SqliteEngine>(std::move(connection), locale);
+    return engine->bringCollationUpToDate() == ERROR_SUCCESS ? std::move(engine) : nullptr;
+}
+
+/// Null when storage fails, the reason left with setStoreError.
+std::unique_ptr<SqliteEngine> tryToConnect(const std::filesystem::path& file, const StoreOptions& options) {
+    try {
+        return connectTo(file, options);
+    } catch (const SqliteFailure& failure) {
+        setStoreError(failure.error, failure.text);
+    } catch (const std::bad_alloc&) {
+        setStoreError(ERROR_NOT_ENOUGH_MEMORY, "there is not enough memory");
+    }
+    return nullptr;
+}
+
+[[nodiscard]] DWORD fillNewFile(const std::filesystem::path& made, const StoreOptions& options,
+                                const std::string& locale) {
+    try {
+        auto connection = std::make_unique<SqliteConnection>(made, options.writerWait);
+        createTables(*connection, SortKeys(locale), locale);
+        SqliteEngine engine(std::move(connection), locale);
+        return createSystemDatabases(engine);
+    } catch (const SqliteFailure& failure) {
+        return setStoreError(failure.error, failure.text);
+    }
+}
+
+/// Makes a whole store under a private name before it gets its own: a process killed on the way leaves
+/// no half of one, and of two that make it at once the second takes the first one's.
+[[nodiscard]] DWORD createStore(const std::filesystem::path& file, const StoreOptions& options,
+                                const std::string& locale) {
+    if (const DWORD error = port::makePrivateFolder(file.parent_path())) {
+        return setStoreError(error, nameOf(file.parent_path()) + ": the folder cannot be made");
+    }
+    std::filesystem::path made;
+    if (const DWORD error = port::makePrivateFileBeside(file, made)) {
+        return setStoreError(error, nameOf(file) + ": the store cannot be made");
+    }
+    if (const DWORD error = fillNewFile(made, options, locale)) {
+        std::error_code ignored;
+        std::filesystem::remove(made, ignored);
+        return error;
+    }
+    const DWORD error = port::publishFile(made, file);
+    if (error == ERROR_SUCCESS || error == ERROR_ALREADY_EXISTS) return ERROR_SUCCESS;
+    return setStoreError(error, nameOf(file) + ": the store cannot be made");
+}
+
+class SqliteStore : public RecordStore {
+public:
+    SqliteStore(std::filesystem::path file, const StoreOptions& options, std::unique_ptr<RecordEngine> first)
+        : file_(std::move(file)), options_(options), first_(std::move(first)) {}
+
+    std::unique_ptr<RecordEngine> connect() override {
+        if (auto first = takeFirst()) return first;
+        return tryToConnect(file_, options_);
+    }
+
+private:
+    std::unique_ptr<RecordEngine> takeFirst() {
+        const std::lock_guard lock(mutex_);
+        return std::move(first_);
+    }
+
+    std::filesystem::path file_;
+    StoreOptions options_;
+    std::mutex mutex_;
+    std::unique_ptr<RecordEngine> first_;  // made to see whether the store is any good; the first to ask has it
+};
+
+}  // namespace
+
+std::unique_ptr<RecordStore> openSqliteStore(const std::filesystem::path& file, const StoreOptions& options,
+                                             const std::string& locale) {
+    std::error_code unreachable;
+    const std::filesystem::path whole = std::filesystem::absolute(file, unreachable);
+    const bool there = std::filesystem::exists(whole, unreachable);
+    if (!there && createStore(whole, options, locale) != ERROR_SUCCESS) return nullptr;
+    auto first = tryToConnect(whole, options);
+    if (!first) return nullptr;
+    return std::make_unique<SqliteStore>(whole, options, std::move(first));
+}
+
+}  // namespace Platform
