@@ -1,0 +1,66 @@
+#pragma once
+
+#include "tessera/Export.h"
+#include "tessera/platform/base/CString.h"
+#include "tessera/platform/objectstore/CCeDBRecord.h"
+#include "tessera/platform/objectstore/CeDB.h"
+
+class CWnd;
+
+/// One property database, known by its name once it was opened or created, and the position in it.
+///
+/// The seeks answer the identifier of the record reached, 0 on failure; after a failed seek `isEof` tells
+/// running off an end from an error. Closes its handle when destroyed. One thread.
+class TESSERA_API CCeDBDatabase {
+public:
+    CCeDBDatabase() = default;
+    ~CCeDBDatabase();
+    CCeDBDatabase(const CCeDBDatabase&) = delete;
+    CCeDBDatabase& operator=(const CCeDBDatabase&) = delete;
+
+    /// True when the store has a database of that name.
+    static bool exists(const WCHAR* name);
+
+    /// Answers the new database's identifier, 0 on failure.
+    CEOID create(const WCHAR* name, DWORD type, WORD numOrders, const SORTORDERSPEC* orders);
+    /// Opens in the order of `sort` (its identifier and flags), or in the database's own when it is null.
+    /// The window, when one is given, receives the database's change notifications, with `param`.
+    BOOL open(const WCHAR* name, const CCeDBProp* sort, const CWnd* notifyWnd, DWORD param = 0);
+    /// FALSE when it was not open.
+    BOOL close();
+    /// Removes the database from the store; it must have been opened or created.
+    BOOL remove();
+
+    bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+    HANDLE getHandle() const { return handle_; }
+    CEOID getOid() const { return oid_; }
+    /// Bytes of all records; 0 when the database cannot be asked.
+    DWORD getSize() const;
+    DWORD getNumRecords() const;
+
+    CEOID seekToIndex(int index);
+    CEOID seekToEnd();
+    CEOID seekToRecord(CEOID oid);
+    CEOID seekNext();
+    CEOID seekPrev();
+    CEOID seekFirstEqual(const CCeDBProp& value);
+    CEOID seekNextEqual(const CCeDBProp& value);
+    bool isEof() const { return eof_; }
+    /// The record last reached; 0 when none was yet, or the last seek ran off an end.
+    CEOID getCurrent() const { return current_; }
+
+    /// Reads all properties of the record at the position.
+    BOOL readCurrent(CCeDBRecord& record);
+    /// Answers the new record's identifier, 0 on failure.
+    CEOID add(const CCeDBRecord& record);
+    /// Writes over the record last reached; `extra`, when it is not null, is written with it.
+    BOOL writeCurrent(const CCeDBRecord& record, const CCeDBProp* extra = nullptr);
+
+private:
+    CEOID reached(CEOID oid);
+
+    HANDLE handle_ = INVALID_HANDLE_VALUE;
+    CEOID oid_ = 0;
+    CEOID current_ = 0;
+    bool eof_ = false;
+};

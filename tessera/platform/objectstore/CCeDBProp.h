@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstddef>
+#include <variant>
+#include <vector>
+
+#include "tessera/Export.h"
+#include "tessera/platform/base/CString.h"
+#include "tessera/platform/base/Collections.h"
+#include "tessera/platform/objectstore/CeDB.h"
+
+/// One typed property of a record: an ident, a type, a flags word, and a value of that type.
+///
+/// A property made without a value holds the zero value of its type. The default property is empty: it
+/// stands for "no property" wherever one is answered. Reading a value as another type gives that type's
+/// zero value. Value semantics.
+class TESSERA_API CCeDBProp : public CObject {
+public:
+    enum enType : int {
+        typeI2 = 0,
+        typeUI2 = 1,
+        typeI4 = 2,
+        typeUI4 = 3,
+        typeFileTime = 4,
+        typeText = 5,
+        typeBlob = 6,
+        typeBool = 7,
+        typeR8 = 8,
+    };
+
+    CCeDBProp() = default;
+    explicit CCeDBProp(enType type, WORD ident = 0, WORD flags = 0);
+
+    static CCeDBProp ofI2(WORD ident, std::int16_t value);
+    static CCeDBProp ofUI2(WORD ident, WORD value);
+    static CCeDBProp ofI4(WORD ident, LONG value);
+    static CCeDBProp ofUI4(WORD ident, DWORD value);
+    static CCeDBProp ofFileTime(WORD ident, const FILETIME& value);
+    static CCeDBProp ofText(WORD ident, const CString& value);
+    static CCeDBProp ofBlob(WORD ident, const void* bytes, std::size_t count);
+    static CCeDBProp ofBool(WORD ident, bool value);
+    static CCeDBProp ofR8(WORD ident, double value);
+    /// The property that a database handed out; empty when its kind is not one of the nine.
+    static CCeDBProp ofPropVal(const CEPROPVAL& value);
+
+    /// True for the default property only.
+    bool isEmpty() const { return std::holds_alternative<std::monostate>(value_); }
+    enType getType() const { return type_; }
+    WORD getIdent() const { return ident_; }
+    WORD getFlags() const { return flags_; }
+    void setFlags(WORD flags) { flags_ = flags; }
+    /// The ident in the high 16 bits, the CEVT kind of the type in the low 16 bits.
+    CEPROPID getPropId() const;
+
+    std::int16_t getI2() const;
+    WORD getUI2() const;
+    LONG getI4() const;
+    DWORD getUI4() const;
+    FILETIME getFileTime() const;
+    /// The same text object at each call, so that a caller can tell one value from an equal one.
+    const CString& getText() const;
+    const std::vector<std::byte>& getBlob() const;
+    bool getBool() const;
+    double getR8() const;
+
+    /// The form in which a database takes it; it points into this property.
+    CEPROPVAL propVal() const;
+
+    friend bool operator==(const CCeDBProp& left, const CCeDBProp& right) {
+        return left.getPropId() == right.getPropId() && left.value_ == right.value_;
+    }
+
+private:
+    using Value = std::variant<std::monostate, std::int16_t, WORD, LONG, DWORD, FILETIME, CString,
+                               std::vector<std::byte>, bool, double>;
+
+    enType type_ = typeUI4;
+    WORD ident_ = 0;
+    WORD flags_ = 0;
+    Value value_;
+};

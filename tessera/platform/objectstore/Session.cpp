@@ -1,0 +1,101 @@
+#include "tessera/platform/objectstore/Session.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <utility>
+
+#include "tessera/platform/objectstore/MountedStore.h"
+
+namespace Platform {
+namespace {
+
+thread_local std::unique_ptr<Session> threadSession;
+
+std::atomic<std::uint64_t> sessionsMade = 0;
+
+/// A call that was refused for what it asked; every other failure is one of storage.
+bool isRefusal(DWORD error) {
+    constexpr std::array refusals = {ERROR_INVALID_PARAMETER, ERROR_KEY_DELETED, ERROR_FILE_NOT_FOUND,
+                                     ERROR_ALREADY_EXISTS};
+    return std::find(refusals.begin(), refusals.end(), error) != refusals.end();
+}
+
+}  // namespace
+
+Session* Session::current() {
+    if (threadSession != nullptr && threadSession->mountNumber() == MountedStore::number()) return threadSession.get();
+    threadSession.reset();
+
+    std::uint64_t number = 0;
+    auto store = MountedStore::get(number);
+    if (store == nullptr) return nullptr;
+    auto engine = store->connect();
+    if (engine == nullptr) return nullptr;
+    threadSession = std::make_unique<Session>(std::move(store), std::move(engine), number);
+    return threadSession.get();
+}
+
+DWORD Session::mount(std::shared_ptr<RecordStore> store) {
+    auto engine = store->connect();
+    if (engine == nullptr) return GetLastError();
+    threadSession.reset();
+    const std::uint64_t number = MountedStore::replace(store);
+    threadSession = std::make_unique<Session>(std::move(store), std::move(engine), number);
+    return ERROR_SUCCESS;
+}
+
+void Session::unmount() {
+    threadSession.reset();
+    MountedStore::replace(nullptr);
+}
+
+Session::Session(std::shared_ptr<RecordStore> store, std::unique_ptr<RecordEngine> engine, std::uint64_t mountNumber)
+    : store_(std::move(store)), engine_(std::move(engine)), mountNumber_(mountNumber), id_(++sessionsMade) {}
+
+StoreMoment Session::moment() {
+    return {id_, engine_->storeVersion(), writes_};
+}
+
+template <class Write>
+DWORD Session::write(Write&& call) {
+    if (batchError_ != ERROR_SUCCESS) return batchError_;
+    ++writes_;
+    const DWORD error = call();
+    if (inBatch() && error != ERROR_SUCCESS && !isRefusal(error)) MountedStore::noteGivenUpBatch();
+    return error;
+}
+
+DWORD Session::createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
+                              CEOID& database) {
+    return write([&] { return engine_->createDatabase(name, type, orders, database); });
+}
+
+DWORD Session::dropDatabase(CEOID database) {
+    return write([&] { return engine_->dropDatabase(database); });
+}
+
+DWORD Session::put(CEOID database, CEOID& record, std::span<const Edit> edits) {
+    return write([&] { return engine_->put(database, record, edits); });
+}
+
+DWORD Session::erase(CEOID database, CEOID record) {
+    return write([&] { return engine_->erase(database, record); });
+}
+
+DWORD Session::enterBatch() {
+    if (batchDepth_++ == 0) batchError_ = engine_->beginUnit();
+    return batchError_;
+}
+
+DWORD Session::leaveBatch() {
+    if (batchDepth_ == 0) return ERROR_NOT_READY;  // the store was mounted anew inside the batch
+    if (--batchDepth_ != 0) return batchError_;
+    if (const DWORD notBegun = std::exchange(batchError_, ERROR_SUCCESS); notBegun != ERROR_SUCCESS) return notBegun;
+    ++writes_;
+    const DWORD error = engine_->endUnit();
+    if (error != ERROR_SUCCESS) MountedStore::noteGivenUpBatch();
+    return error;
+}
+
+}  // namespace Platform

@@ -1,0 +1,222 @@
+#include <atomic>
+#include <csignal>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "tessera/platform/objectstore/ObjectStore.h"
+#include "tests/platform/objectstore/StoreTest.h"
+
+namespace objectstore_test {
+namespace {
+
+using testing_support::quickOptions;
+using testing_support::TemporaryStore;
+
+class Batch : public StoreTest {
+protected:
+    Batch() { makeDatabase(u"Rows"); }
+
+    static DWORD countSeenByAnotherThread() {
+        DWORD seen = 0;
+        std::thread([&] { seen = OpenDatabase(u"Rows").info().dwNumRecords; }).join();
+        return seen;
+    }
+};
+INSTANTIATE_TEST_SUITE_P(BothStores, Batch, bothStores, nameOfKind);
+
+TEST_P(Batch, OtherThreadsSeeNothingOfItBeforeItsEndAndAllAfter) {
+    OpenDatabase rows(u"Rows");
+    {
+        ObjectStoreBatch batch;
+        ASSERT_TRUE(batch.begun());
+        rows.add(Row().number(1));
+        rows.add(Row().number(2));
+        EXPECT_EQ(rows.info().dwNumRecords, 2u) << "its own thread sees what it wrote";
+        EXPECT_EQ(rows.walk().size(), 2u);
+        EXPECT_EQ(countSeenByAnotherThread(), 0u);
+        EXPECT_TRUE(batch.end());
+        EXPECT_EQ(countSeenByAnotherThread(), 2u);
+    }
+    EXPECT_EQ(countSeenByAnotherThread(), 2u);
+}
+
+TEST_P(Batch, DestructorEndsIt) {
+    OpenDatabase rows(u"Rows");
+    {
+        const ObjectStoreBatch batch;
+        rows.add(Row().number(1));
+    }
+    EXPECT_EQ(countSeenByAnotherThread(), 1u);
+}
+
+TEST_P(Batch, NestedOnesBelongToTheOutermost) {
+    OpenDatabase rows(u"Rows");
+    ObjectStoreBatch outer;
+    rows.add(Row().number(1));
+    {
+        ObjectStoreBatch inner;
+        EXPECT_TRUE(inner.begun());
+        rows.add(Row().number(2));
+        EXPECT_TRUE(inner.end());
+    }
+    rows.add(Row().number(3));
+    EXPECT_EQ(countSeenByAnotherThread(), 0u);
+    EXPECT_TRUE(outer.end());
+    EXPECT_EQ(countSeenByAnotherThread(), 3u);
+}
+
+TEST_P(Batch, EndingTwiceIsEndingOnce) {
+    OpenDatabase rows(u"Rows");
+    ObjectStoreBatch outer;
+    {
+        ObjectStoreBatch inner;
+        EXPECT_TRUE(inner.end());
+        EXPECT_TRUE(inner.end());
+    }
+    rows.add(Row().number(1));
+    EXPECT_EQ(countSeenByAnotherThread(), 0u) << "the outer one is still open";
+    EXPECT_TRUE(outer.end());
+}
+
+TEST_P(Batch, FailedCallInsideUndoesNothing) {
+    OpenDatabase rows(u"Rows");
+    {
+        ObjectStoreBatch batch;
+        rows.add(Row().number(1));
+        EXPECT_EQ(rows.add(Row().blob(std::string(70'000, 'x'))), 0u);
+        EXPECT_FALSE(rows.erase(0x7FFFFFFF));
+        rows.add(Row().number(2));
+        EXPECT_TRUE(batch.end());
+    }
+    EXPECT_EQ(countSeenByAnotherThread(), 2u);
+}
+
+TEST_P(Batch, ReadThenWriteInsideIsSafeAgainstOtherThreads) {
+    constexpr int threads = 4;
+    constexpr int rounds = 25;
+    std::vector<std::thread> writers;
+    for (int i = 0; i < threads; ++i) {
+        writers.emplace_back([] {
+            OpenDatabase rows(u"Rows", numberId);
+            for (int round = 0; round < rounds; ++round) {
+                const ObjectStoreBatch batch;
+                const int largest = rows.toLast() == 0 ? 0 : rows.read()->number();
+                rows.add(Row().number(largest + 1));
+            }
+        });
+    }
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
+    OpenDatabase rows(u"Rows", numberId);
+    EXPECT_EQ(rows.info().dwNumRecords, static_cast<DWORD>(threads * rounds));
+    rows.toLast();
+    EXPECT_EQ(rows.read()->number(), threads * rounds);
+}
+
+TEST(BatchOnDisk, WriterThatWaitsTooLongIsToldSoAndItsWritesFailAtOnce) {
+    ObjectStore::Options options = quickOptions();
+    options.writerWait = std::chrono::milliseconds(50);
+    const TemporaryStore store(options);
+    makeDatabase(u"Rows");
+    const ObjectStoreBatch holder;
+    ASSERT_TRUE(holder.begun());
+
+    std::thread([] {
+        OpenDatabase rows(u"Rows");
+        ObjectStoreBatch batch;
+        EXPECT_FALSE(batch.begun());
+        EXPECT_EQ(GetLastError(), ERROR_LOCK_VIOLATION);
+        const auto start = std::chrono::steady_clock::now();
+        for (int i = 0; i < 20; ++i) {
+            EXPECT_EQ(rows.add(Row().number(i)), 0u);
+            EXPECT_EQ(GetLastError(), ERROR_LOCK_VIOLATION);
+        }
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+        {
+            const ObjectStoreBatch nested;
+            EXPECT_FALSE(nested.begun());
+        }
+        EXPECT_FALSE(batch.end());
+        EXPECT_EQ(GetLastError(), ERROR_LOCK_VIOLATION);
+    }).join();
+}
+
+TEST(BatchOnDisk, WriterWaitsForTheOneAtWork) {
+    const TemporaryStore store;
+    makeDatabase(u"Rows");
+    std::atomic<bool> waiting = false;
+    std::thread writer;
+    {
+        const ObjectStoreBatch holder;
+        writer = std::thread([&] {
+            OpenDatabase rows(u"Rows");
+            waiting = true;
+            EXPECT_NE(rows.add(Row().number(2)), 0u);
+        });
+        while (!waiting) {
+            std::this_thread::yield();
+        }
+        OpenDatabase(u"Rows").add(Row().number(1));
+    }
+    writer.join();
+    OpenDatabase rows(u"Rows");
+    EXPECT_EQ(rows.info().dwNumRecords, 2u);
+    rows.to(0);
+    EXPECT_EQ(rows.read()->number(), 1);
+}
+
+/// Runs `body` in another process and waits for its end; the store is not mounted across the fork.
+template <class Body>
+int inAnotherProcess(TemporaryStore& store, Body&& body) {
+    ObjectStore::unmount();
+    const pid_t child = fork();
+    if (child == 0) {
+        if (ObjectStore::mount(store.path(), store.options()) == FALSE) _exit(99);
+        body();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    store.remount();
+    return status;
+}
+
+TEST(BatchOnDisk, DeathOfTheProcessInsideLeavesNothingOfIt) {
+    TemporaryStore store;
+    makeDatabase(u"Rows");
+    OpenDatabase(u"Rows").add(Row().number(1));
+
+    const int status = inAnotherProcess(store, [] {
+        OpenDatabase rows(u"Rows");
+        rows.add(Row().number(2));
+        const ObjectStoreBatch batch;
+        rows.add(Row().number(3));
+        rows.add(Row().number(4));
+        std::raise(SIGKILL);
+    });
+
+    ASSERT_TRUE(WIFSIGNALED(status));
+    OpenDatabase rows(u"Rows", numberId);
+    EXPECT_EQ(rows.info().dwNumRecords, 2u) << "the call before the batch stays, the batch does not";
+    rows.toLast();
+    EXPECT_EQ(rows.read()->number(), 2);
+}
+
+TEST(BatchOnDisk, WhatEndedSurvivesTheDeathOfTheProcess) {
+    TemporaryStore store;
+    makeDatabase(u"Rows");
+    const int status = inAnotherProcess(store, [] {
+        OpenDatabase rows(u"Rows");
+        ObjectStoreBatch batch;
+        rows.add(Row().number(1));
+        rows.add(Row().number(2));
+        if (batch.end()) std::raise(SIGKILL);
+    });
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(OpenDatabase(u"Rows").info().dwNumRecords, 2u);
+}
+
+}  // namespace
+}  // namespace objectstore_test
