@@ -1,0 +1,110 @@
+#include "tessera/platform/contacts/Contact.h"
+
+#include <cmath>
+
+#include "tessera/platform/base/COleDateTime.h"
+#include "tessera/platform/contacts/InterfaceBoundary.h"
+#include "tessera/platform/contacts/PackedValues.h"
+
+namespace Platform {
+
+namespace {
+
+/// The first day that is no date any more: 1 January of the year 10000.
+constexpr DATE endOfDates = 2958466.0;
+
+std::optional<ContactField> fieldOf(CEPROPID property) {
+    for (const ContactFieldDef& definition : contactFields) {
+        if (definition.property == property) return definition.field;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+Contact::Contact(std::shared_ptr<ContactStore> store, CEOID oid, std::string_view packed)
+    : store_(std::move(store)), oid_(oid) {
+    RecordReader reader(packed);
+    while (const std::optional<PropertyView> property = reader.next()) {
+        const std::optional<ContactField> field = fieldOf(property->id);
+        if (!field) continue;
+        if (*field == ContactField::birthday) {
+            birthday_ = fileTimeOfPacked(property->bytes);
+        } else {
+            heldText(*field) = textOfPacked(property->bytes);
+        }
+    }
+}
+
+HRESULT Contact::QueryInterface(const IID& iid, void** out) {
+    return answerInterface<IContact>(this, iid, {IID_IUnknown, IID_IDispatch, IID_IContact}, out);
+}
+
+HRESULT Contact::getText(ContactField field, BSTR* out) const {
+    if (out == nullptr) return E_POINTER;
+    const std::u16string_view value = heldText(field).view();
+    *out = SysAllocStringLen(value.data(), static_cast<UINT>(value.size()));
+    return *out != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+HRESULT Contact::putText(ContactField field, BSTR text) {
+    return withinBoundary([&] {
+        CString value(text);
+        if (value == heldText(field)) return S_OK;
+        heldText(field) = std::move(value);
+        markChanged(field);
+        return S_OK;
+    });
+}
+
+HRESULT Contact::get_Birthday(DATE* out) {
+    if (out == nullptr) return E_POINTER;
+    *out = birthday_ ? dateOfFileTime(*birthday_) : noBirthday;
+    return S_OK;
+}
+
+HRESULT Contact::put_Birthday(DATE date) {
+    std::optional<FILETIME> value;
+    if (date != noBirthday) {
+        if (!std::isfinite(date) || date >= endOfDates || !fileTimeOfDate(date, value.emplace())) return E_INVALIDARG;
+    }
+    if (value == birthday_) return S_OK;
+    birthday_ = value;
+    markChanged(ContactField::birthday);
+    return S_OK;
+}
+
+HRESULT Contact::Save() {
+    return withinBoundary([&] {
+        ContactEdits edits;
+        for (const ContactFieldDef& definition : contactFields) {
+            if (!isChanged(definition.field)) continue;
+            std::string bytes = bytesOf(definition.field);
+            if (!bytes.empty()) {
+                edits.set(definition.property, std::move(bytes));
+            } else if (oid_ != 0) {
+                edits.remove(definition.property);
+            }
+        }
+        const HRESULT result = store_->write(oid_, edits);
+        if (SUCCEEDED(result)) changed_.reset();
+        return result;
+    });
+}
+
+HRESULT Contact::Delete() {
+    return withinBoundary([&] { return oid_ != 0 ? store_->erase(oid_) : E_FAIL; });
+}
+
+HRESULT Contact::get_Oid(LONG* out) {
+    if (out == nullptr) return E_POINTER;
+    *out = static_cast<LONG>(oid_);
+    return S_OK;
+}
+
+std::string Contact::bytesOf(ContactField field) const {
+    if (field != ContactField::birthday) return packedText(heldText(field).view());
+    return birthday_ ? packedFileTime(*birthday_) : std::string();
+}
+
+}  // namespace Platform

@@ -1,0 +1,209 @@
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+#include <rapidcheck/gtest.h>
+
+#include "tessera/platform/contacts/ContactProperties.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
+#include "tests/platform/contacts/CollationOracle.h"
+#include "tests/platform/contacts/ContactsFixture.h"
+#include "tests/support/TemporaryStore.h"
+
+using namespace testing_support;
+
+namespace {
+
+const std::vector<std::u16string> names = {u"",  u"a", u"B", u"b",      u"ba",     u"c",
+                                           u"m", u"M", u"z", u"\u00e9", u"\uac00", u"\uae40"};
+
+/// What the folder holds, kept beside it: the name of each contact.
+using Model = std::map<CEOID, std::u16string>;
+
+/// The contacts with a name from "b" on, or all of them, sorted plainly.
+std::vector<CEOID> expected(const Model& model, bool narrowed, bool descending) {
+    const CollationOracle oracle(ContactProperty::fileAs);
+    std::vector<std::pair<std::string, CEOID>> sorted;
+    for (const auto& [oid, name] : model) {
+        const bool fromB = !name.empty() && name != u"a";
+        if (!narrowed || fromB) sorted.emplace_back(oracle.keyOf(name), oid);
+    }
+    std::ranges::sort(sorted);
+    if (descending) std::ranges::reverse(sorted);
+    std::vector<CEOID> oids;
+    for (const auto& [key, oid] : sorted)
+        oids.push_back(oid);
+    return oids;
+}
+
+/// One collection over the folder, and what it is to hold.
+struct Watched {
+    ComPtr<IPOutlookItemCollection> items;
+    bool narrowed;
+    bool descending;
+};
+
+std::vector<Watched> watchEveryWay(const ContactsSession& session) {
+    std::vector<Watched> watched;
+    for (int way = 0; way < 8; ++way) {
+        auto items = session.items();
+        const bool narrowed = (way & 1) != 0;
+        const bool descending = (way & 2) != 0;
+        if ((way & 4) != 0) hinted(items, u"FileAs");
+        if (descending) require(items->Sort(bstr(u"FileAs").get(), TRUE));
+        if (narrowed) items = restricted(items, u"[FileAs] >= \"b\"");
+        watched.push_back({items, narrowed, descending});
+    }
+    return watched;
+}
+
+void writeSomething(const ContactsSession& session, Model& model) {
+    const std::u16string name = *rc::gen::elementOf(names);
+    const int kind = model.empty() ? 0 : *rc::gen::inRange(0, 4);
+    if (kind == 0) {
+        model[session.add(name)] = name;
+        return;
+    }
+    const auto chosen = std::next(model.begin(), *rc::gen::inRange<std::ptrdiff_t>(0, std::ssize(model)));
+    if (kind == 1) {
+        session.rename(chosen->first, name);
+        chosen->second = name;
+    } else if (kind == 2) {
+        session.remove(chosen->first);
+        model.erase(chosen);
+    } else {
+        const auto changed = session.contact(chosen->first);
+        require(changed->put_Body(bstr(name + u"!").get()));
+        require(changed->Save());
+    }
+}
+
+void checkAgainstTheModel(const std::vector<Watched>& watched, const Model& model) {
+    for (const Watched& one : watched) {
+        if (*rc::gen::arbitrary<bool>()) continue;  // some fall behind by several changes
+        const std::vector<CEOID> wanted = expected(model, one.narrowed, one.descending);
+        RC_ASSERT(countOf(one.items) == static_cast<int>(wanted.size()));
+        RC_ASSERT(oidsOf(one.items) == wanted);
+        for (int i = 0; i < std::ssize(wanted); ++i) {
+            RC_ASSERT(nameOf(itemOf(one.items, i + 1)) == model.at(wanted[static_cast<std::size_t>(i)]));
+        }
+    }
+}
+
+}  // namespace
+
+RC_GTEST_PROP(LiveCollection, HoldsWhatAPlainModelSaysAfterEveryWrite, ()) {
+    const MemoryStoreMount mount;
+    const ContactsSession session;
+    Model model;
+    const std::vector<Watched> watched = watchEveryWay(session);
+
+    for (int round = *rc::gen::inRange(1, 12); round > 0; --round) {
+        const int writes = *rc::gen::inRange(0, 6);
+        if (*rc::gen::inRange(0, 4) == 0) {
+            ObjectStoreBatch batch;
+            for (int i = 0; i < writes; ++i)
+                writeSomething(session, model);
+            checkAgainstTheModel(watched, model);
+            RC_ASSERT(batch.end());
+        } else {
+            for (int i = 0; i < writes; ++i)
+                writeSomething(session, model);
+        }
+        checkAgainstTheModel(watched, model);
+    }
+}
+
+namespace {
+
+/// Adds, renames and deletes contacts whose names begin with "w" until told to stop.
+void writeUntil(const std::atomic<bool>& stop, std::atomic<int>& rounds) {
+    const ContactsSession session;
+    std::vector<CEOID> own;
+    for (int i = 0; !stop; ++i) {
+        own.push_back(session.add(i % 2 == 0 ? u"w even" : u"w odd"));
+        session.rename(own[own.size() / 2], i % 3 == 0 ? u"wa" : u"wz");
+        if (own.size() > 20) {
+            session.remove(own.front());
+            own.erase(own.begin());
+        }
+        ++rounds;
+    }
+}
+
+void expectEveryLookToBeSound(const ComPtr<IPOutlookItemCollection>& steady,
+                              const ComPtr<IPOutlookItemCollection>& moving, const std::vector<CEOID>& lasting) {
+    ASSERT_EQ(oidsOf(steady), lasting);
+    const int count = countOf(moving);
+    for (int i = 1; i <= count; ++i) {
+        IDispatch* item = nullptr;
+        const HRESULT result = moving->Item(i, &item);
+        if (result == E_INVALIDARG) continue;  // there are fewer by now
+        ASSERT_EQ(result, S_OK);
+        ASSERT_TRUE(nameOf(asContact(item)).starts_with(u"w"));
+    }
+}
+
+/// Looks at collections of a store while another thread writes in it.
+void readWhileAnotherThreadWrites() {
+    const ContactsSession session;
+    std::vector<CEOID> lasting;
+    for (const auto* name : {u"m1", u"m2", u"m3"})
+        lasting.push_back(session.add(name));
+    const auto whole = session.items();
+    const auto steady = restricted(whole, u"[FileAs] >= \"m\" and [FileAs] < \"n\"");
+    const auto moving = restricted(whole, u"[FileAs] >= \"w\"");
+    std::atomic<bool> stop = false;
+    std::atomic<int> rounds = 0;
+    std::thread writer(writeUntil, std::cref(stop), std::ref(rounds));
+
+    while (rounds < 60 && !testing::Test::HasFatalFailure())
+        expectEveryLookToBeSound(steady, moving, lasting);
+    stop = true;
+    writer.join();
+
+    const std::vector<CEOID> all = oidsOf(whole);
+    EXPECT_EQ(all, RawContacts(ContactProperty::fileAs).oids());
+    EXPECT_EQ(oidsOf(moving), std::vector<CEOID>(all.begin() + 3, all.end()));
+}
+
+}  // namespace
+
+TEST(LiveCollection, AnswersSoundlyWhileAnotherThreadWritesOnDisk) {
+    const TemporaryStore store;
+    readWhileAnotherThreadWrites();
+}
+
+TEST(LiveCollection, AnswersSoundlyWhileAnotherThreadWritesInMemory) {
+    const MemoryStoreMount store;
+    readWhileAnotherThreadWrites();
+}
+
+TEST(LiveCollection, SeesAnotherThreadsBatchAsAWhole) {
+    const TemporaryStore store;
+    const ContactsSession session;
+    const auto whole = session.items();
+    const auto narrowed = restricted(whole, u"[FileAs] >= \"b\"");
+    ASSERT_EQ(countOf(narrowed), 0);
+    int seenInside = -1;
+
+    std::thread writer([&] {
+        const ContactsSession theirs;
+        ObjectStoreBatch batch;
+        theirs.add(u"Bea");
+        theirs.add(u"Carl");
+        std::thread([&] { seenInside = countOf(ContactsSession().items()); }).join();
+        EXPECT_TRUE(batch.end());
+    });
+    writer.join();
+
+    EXPECT_EQ(seenInside, 0);
+    EXPECT_EQ(countOf(narrowed), 2);
+    EXPECT_EQ(countOf(whole), 2);
+}
