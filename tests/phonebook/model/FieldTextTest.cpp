@@ -1,0 +1,205 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include "tessera/phonebook/model/FieldText.h"
+#include "tessera/phonebook/model/PBAttributes.h"
+#include "tessera/platform/base/COleDateTime.h"
+#include "tessera/platform/base/Unicode.h"
+
+namespace PhoneBook {
+namespace {
+
+constexpr DWORD nameFlag = 0x1;
+constexpr DWORD birthdayFlag = 0x200;
+constexpr DWORD callingScreenFlag = 0x80000;
+
+std::string fieldText(const PBRecord& record, DWORD mask) {
+    return utf8Of(getPBRecordFieldStr(record, mask).view());
+}
+
+bool isSame(const PBRecord& left, const PBRecord& right) {
+    for (const PBAttribute& attribute : aPBAttribute_) {
+        if (attribute.text != nullptr && !(left.*attribute.text == right.*attribute.text)) return false;
+        if (attribute.number != nullptr && left.*attribute.number != right.*attribute.number) return false;
+        if (attribute.date != nullptr && left.*attribute.date != right.*attribute.date) return false;
+    }
+    return left.dwCITypeMask == right.dwCITypeMask;
+}
+
+TEST(FieldText, ShowsTextsNumbersAndTheBirthday) {
+    PBRecord record;
+    record.dwCITypeMask = 0x007F0FFF;
+    record.strBody = u"메모";
+    record.dwCallingScreen = 0x1C;
+    record.dwPrivate = 0xA0B0C0D0;
+    record.dtBirthday = COleDateTime(1990, 3, 5).date();
+
+    EXPECT_EQ(fieldText(record, 0x100), "메모");
+    EXPECT_EQ(fieldText(record, callingScreenFlag), "0x0000001c");
+    EXPECT_EQ(fieldText(record, dwPrivateFlag_), "0xa0b0c0d0");
+    EXPECT_EQ(fieldText(record, dwPrimaryTelNoFlag_), "0x00000004");
+    EXPECT_EQ(fieldText(record, birthdayFlag), utf8Of(COleDateTime(1990, 3, 5).Format().view()));
+    EXPECT_NE(fieldText(record, birthdayFlag).find("1990"), std::string::npos);
+}
+
+TEST(FieldText, IsEmptyWhenTheRecordDoesNotHaveTheField) {
+    PBRecord record;
+    record.strName = u"김민수";
+    record.dwCITypeMask = ~nameFlag;
+
+    EXPECT_EQ(fieldText(record, nameFlag), "");
+}
+
+TEST(FieldText, IsEmptyForWhatIsNotOneFieldBit) {
+    PBRecord record;
+    record.strName = u"김민수";
+    record.strCategories = u"가족";
+    record.dwCITypeMask = 0xFFFFFFFF;
+
+    for (const DWORD mask : {0x0u, 0x40u, 0x80u, 0x1000u, 0x8000u, 0x800000u, 0x80000000u, 0x3u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(fieldText(record, mask), "") << mask;
+    }
+}
+
+TEST(SetFieldText, StoresATextAndAddsItsBit) {
+    for (const PBAttribute& attribute : aPBAttribute_) {
+        if (attribute.text == nullptr) continue;
+        PBRecord record;
+
+        EXPECT_EQ(setPBRecordFieldStr(record, attribute.mask, u" 홍 길동 "), 1);
+
+        EXPECT_EQ(record.*attribute.text, u" 홍 길동 ") << attribute.id;
+        EXPECT_EQ(record.dwCITypeMask, attribute.mask);
+    }
+}
+
+TEST(SetFieldText, ReadsNumbersWithBaseZero) {
+    PBRecord record;
+
+    setPBRecordFieldStr(record, callingScreenFlag, u"0x0000001c");
+    setPBRecordFieldStr(record, dwPrivateFlag_, u"28");
+    setPBRecordFieldStr(record, dwPrimaryTelNoFlag_, u"020");
+
+    EXPECT_EQ(record.dwCallingScreen, 28u);
+    EXPECT_EQ(record.dwPrivate, 28u);
+    EXPECT_EQ(record.dwPrimaryTelephoneNumber, 16u);
+    EXPECT_EQ(record.dwCITypeMask, callingScreenFlag | dwPrivateFlag_ | dwPrimaryTelNoFlag_);
+}
+
+TEST(SetFieldText, NumbersStopAtTheBoundsOfASignedLong) {
+    PBRecord record;
+
+    setPBRecordFieldStr(record, callingScreenFlag, u"0xffffffff");
+    setPBRecordFieldStr(record, dwPrivateFlag_, u"-1");
+
+    EXPECT_EQ(record.dwCallingScreen, 0x7FFFFFFFu);
+    EXPECT_EQ(record.dwPrivate, 0xFFFFFFFFu);
+}
+
+TEST(SetFieldText, WhatIsNoNumberReadsAsZeroAndStillAddsTheBit) {
+    PBRecord record;
+
+    EXPECT_EQ(setPBRecordFieldStr(record, dwPrimaryTelNoFlag_, u"mobile"), 1);
+
+    EXPECT_EQ(record.dwPrimaryTelephoneNumber, 0u);
+    EXPECT_EQ(record.dwCITypeMask, dwPrimaryTelNoFlag_);
+}
+
+TEST(SetFieldText, ReadsABirthdayWithoutItsTimeOfDay) {
+    PBRecord record;
+
+    setPBRecordFieldStr(record, birthdayFlag, u"1990-03-05 14:30");
+
+    EXPECT_EQ(record.dtBirthday, COleDateTime(1990, 3, 5).date());
+    EXPECT_EQ(record.dwCITypeMask, birthdayFlag);
+}
+
+TEST(SetFieldText, WhatIsNoDateReadsAsDayZero) {
+    PBRecord record;
+
+    EXPECT_EQ(setPBRecordFieldStr(record, birthdayFlag, u"soon"), 1);
+
+    EXPECT_EQ(record.dtBirthday, 0.0);
+    EXPECT_EQ(record.dwCITypeMask, birthdayFlag);
+}
+
+TEST(SetFieldText, TheEmptyTextEmptiesTheFieldAndRemovesItsBit) {
+    PBRecord record;
+    record.dwCITypeMask = nameFlag | birthdayFlag | dwPrivateFlag_ | 0x4;
+    record.strName = u"김민수";
+    record.dtBirthday = 1000.0;
+    record.dwPrivate = 5;
+
+    EXPECT_EQ(setPBRecordFieldStr(record, nameFlag, u""), 1);
+    EXPECT_EQ(setPBRecordFieldStr(record, birthdayFlag, u""), 1);
+    EXPECT_EQ(setPBRecordFieldStr(record, dwPrivateFlag_, u""), 1);
+
+    EXPECT_TRUE(record.strName.IsEmpty());
+    EXPECT_EQ(record.dtBirthday, 0.0);
+    EXPECT_EQ(record.dwPrivate, 0u);
+    EXPECT_EQ(record.dwCITypeMask, 0x4u);
+}
+
+TEST(SetFieldText, RefusesABitOutsideTheFields) {
+    for (const DWORD mask : {0x0u, 0x1000u, 0x8000u, 0x800000u, 0x80000000u}) {
+        PBRecord record;
+
+        EXPECT_EQ(setPBRecordFieldStr(record, mask, u"text"), 0) << mask;
+
+        EXPECT_TRUE(isSame(record, PBRecord())) << mask;
+    }
+}
+
+TEST(SetFieldText, TakesTheTwoSpareBitsWithoutAField) {
+    for (const DWORD mask : {0x40u, 0x80u}) {
+        PBRecord record;
+
+        EXPECT_EQ(setPBRecordFieldStr(record, mask, u"text"), 1) << mask;
+        EXPECT_EQ(record.dwCITypeMask, mask);
+        EXPECT_EQ(setPBRecordFieldStr(record, mask, u""), 1) << mask;
+
+        EXPECT_TRUE(isSame(record, PBRecord())) << mask;
+    }
+}
+
+RC_GTEST_PROP(FieldText, ATextThatWasSetReadsBack, ()) {
+    const auto& attribute = *rc::gen::suchThat(rc::gen::elementOf(aPBAttribute_),
+                                               [](const PBAttribute& candidate) { return candidate.text != nullptr; });
+    const auto text = CString(*rc::gen::container<std::u16string>(rc::gen::arbitrary<char16_t>()));
+    PBRecord record;
+
+    setPBRecordFieldStr(record, attribute.mask, text);
+
+    RC_ASSERT(getPBRecordFieldStr(record, attribute.mask) == text);
+    RC_ASSERT(record.dwCITypeMask == (text.IsEmpty() ? 0u : attribute.mask));
+}
+
+RC_GTEST_PROP(FieldText, ANumberBelowTheSignBitReadsBackAsItself, ()) {
+    const DWORD mask = *rc::gen::element(callingScreenFlag, dwPrivateFlag_, dwPrimaryTelNoFlag_);
+    const PBAttribute& attribute = aPBAttribute_[static_cast<std::size_t>(getPBDBAttrIDFromCITypeFlag(mask))];
+    PBRecord original;
+    original.dwCITypeMask = mask;
+    original.*attribute.number = *rc::gen::inRange<DWORD>(0, 0x80000000);
+    PBRecord copy;
+
+    setPBRecordFieldStr(copy, mask, getPBRecordFieldStr(original, mask));
+
+    RC_ASSERT((copy.*attribute.number) == (original.*attribute.number));
+}
+
+RC_GTEST_PROP(FieldText, ABirthdayReadsBackAsTheSameDay, ()) {
+    PBRecord original;
+    original.dwCITypeMask = birthdayFlag;
+    original.dtBirthday = *rc::gen::inRange(-36000, 900000);  // from 1801 to 4364
+    PBRecord copy;
+
+    setPBRecordFieldStr(copy, birthdayFlag, getPBRecordFieldStr(original, birthdayFlag));
+
+    RC_ASSERT(copy.dtBirthday == original.dtBirthday);
+}
+
+}  // namespace
+}  // namespace PhoneBook

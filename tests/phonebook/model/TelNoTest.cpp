@@ -1,0 +1,146 @@
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include "tessera/phonebook/model/TelNo.h"
+#include "tessera/platform/base/Unicode.h"
+
+namespace PhoneBook {
+namespace {
+
+std::string reduced(const WCHAR* number) {
+    return utf8Of(makeCNIP(number).view());
+}
+
+std::string dashed(const WCHAR* number) {
+    return utf8Of(makeTelNoStrFromCID(number).view());
+}
+
+TEST(MakeCNIP, DropsWhatSeparatesDigits) {
+    EXPECT_EQ(reduced(u"(02) 123-4567"), "021234567");
+    EXPECT_EQ(reduced(u"010.1234.5678"), "01012345678");
+    EXPECT_EQ(reduced(u"  010 1234/5678 ext"), "01012345678");
+}
+
+TEST(MakeCNIP, KeepsStarHashAndTheCapitalPauseLetters) {
+    EXPECT_EQ(reduced(u"*23#"), "*23#");
+    EXPECT_EQ(reduced(u"02P12T34"), "02P12T34");
+    EXPECT_EQ(reduced(u"02p12t34"), "021234");
+}
+
+TEST(MakeCNIP, ReducesALeadingCountryCodeToAZero) {
+    EXPECT_EQ(reduced(u"+82 10-1234-5678"), "01012345678");
+    EXPECT_EQ(reduced(u"+82-2-123-4567"), "021234567");
+    EXPECT_EQ(reduced(u"+ 5"), "05");
+}
+
+TEST(MakeCNIP, ACountryCodeWithoutASeparatorTakesTheWholeText) {
+    EXPECT_EQ(reduced(u"+821012345678"), "0");
+    EXPECT_EQ(reduced(u"+"), "0");
+    EXPECT_EQ(reduced(u"+82 "), "0");
+}
+
+TEST(MakeCNIP, APlusElsewhereIsDropped) {
+    EXPECT_EQ(reduced(u" +82 10"), "8210");
+    EXPECT_EQ(reduced(u"1+2-3"), "123");
+}
+
+TEST(MakeCNIP, KeepsTheFirst32Characters) {
+    const std::u16string forty = u"1234567890123456789012345678901234567890";
+    const std::string first32 = "12345678901234567890123456789012";
+
+    EXPECT_EQ(reduced(forty.c_str()), first32);
+    EXPECT_EQ(reduced((u"+82 " + forty).c_str()), "0" + first32.substr(0, 31));
+    EXPECT_EQ(reduced(forty.substr(0, 32).c_str()), first32);
+    EXPECT_EQ(reduced((u"-(" + forty.substr(0, 32) + u")").c_str()), first32);
+}
+
+TEST(MakeCNIP, ReducesNothingToNothing) {
+    EXPECT_EQ(reduced(u""), "");
+    EXPECT_EQ(reduced(nullptr), "");
+    EXPECT_EQ(reduced(u"가나다"), "");
+}
+
+TEST(MakeCNIP, DigitsOfOtherScriptsAreNoDigits) {
+    EXPECT_EQ(reduced(u"１２٣"), "");
+}
+
+TEST(MakeCNIP, TerminatesTheBufferAndWritesNothingBehindIt) {
+    std::array<WCHAR, nCNIPBufferLength_ + 1> buffer{};
+    buffer.fill(u'~');
+
+    makeCNIP(u"1234567890123456789012345678901234567890", buffer.data());
+
+    EXPECT_EQ(buffer[31], u'2');
+    EXPECT_EQ(buffer[32], u'\0');
+    EXPECT_EQ(buffer[33], u'~');
+}
+
+// The definition, read naively: text to text, one rule after the other.
+std::u16string reducedNaively(std::u16string text) {
+    std::u16string result;
+    if (!text.empty() && text.front() == u'+') {
+        const std::size_t separator = text.find_first_of(u" -");
+        text = separator == std::u16string::npos ? u"" : text.substr(separator + 1);
+        result = u"0";
+    }
+    std::ranges::copy_if(text, std::back_inserter(result), [](WCHAR ch) {
+        return std::u16string_view(u"0123456789PT*#").find(ch) != std::u16string::npos;
+    });
+    return result.substr(0, 32);
+}
+
+RC_GTEST_PROP(MakeCNIP, FollowsItsDefinition, ()) {
+    const auto body = *rc::gen::scale(1.5, rc::gen::container<std::u16string>(rc::gen::element(
+                                               u'0', u'1', u'2', u'3', u'7', u'8', u'9', u'P', u'T', u'p', u'*', u'#',
+                                               u'+', u'-', u' ', u'(', u')', u'.', u'가', u'５')));
+    const std::u16string text = (*rc::gen::arbitrary<bool>() ? u"+" : u"") + body;
+
+    RC_ASSERT(makeCNIP(text.c_str()).view() == reducedNaively(text));
+}
+
+RC_GTEST_PROP(MakeCNIP, LeavesACanonicalNumberAlone, ()) {
+    const auto text = *rc::gen::container<std::u16string>(rc::gen::arbitrary<char16_t>());
+    const CString once = makeCNIP(text.c_str());
+
+    RC_ASSERT(makeCNIP(once) == once);
+}
+
+TEST(MakeTelNoStrFromCID, PutsDashesBehindTheAreaCodeAndBeforeTheLastGroup) {
+    EXPECT_EQ(dashed(u"0212345678"), "02-1234-5678");
+    EXPECT_EQ(dashed(u"01012345678"), "010-1234-5678");
+    EXPECT_EQ(dashed(u"0311234567"), "031-123-4567");
+    EXPECT_EQ(dashed(u"021234567"), "02-123-4567");
+    EXPECT_EQ(dashed(u"12345678"), "1234-5678");
+    EXPECT_EQ(dashed(u"1234567"), "123-4567");
+    EXPECT_EQ(dashed(u"010123456789012"), "010-1234-56789012");
+}
+
+TEST(MakeTelNoStrFromCID, LeavesShortNumbersAlone) {
+    EXPECT_EQ(dashed(u"1234"), "1234");
+    EXPECT_EQ(dashed(u"0212"), "0212");
+    EXPECT_EQ(dashed(u""), "");
+    EXPECT_EQ(dashed(nullptr), "");
+}
+
+TEST(MakeTelNoStrFromCID, CopiesWhatThereIsOfAShortMiddleGroup) {
+    EXPECT_EQ(dashed(u"02123"), "02-123-");
+    EXPECT_EQ(dashed(u"01012"), "010-12-");
+    EXPECT_EQ(dashed(u"021234"), "02-1234-");
+    EXPECT_EQ(dashed(u"12345"), "1234-5");
+}
+
+RC_GTEST_PROP(MakeTelNoStrFromCID, AddsNothingButDashes, ()) {
+    const auto text = *rc::gen::container<std::u16string>(rc::gen::element(u'0', u'1', u'2', u'5', u'9', u'P', u'#'));
+    std::u16string shown(makeTelNoStrFromCID(text.c_str()).view());
+
+    std::erase(shown, u'-');
+
+    RC_ASSERT(shown == text);
+}
+
+}  // namespace
+}  // namespace PhoneBook
