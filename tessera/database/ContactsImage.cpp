@@ -1,0 +1,221 @@
+#include "tessera/database/ContactsImage.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "tessera/database/UnicodeHandler.h"
+
+namespace Database {
+
+namespace {
+
+constexpr WCHAR firstCompatibilityConsonant = 0x3131;
+constexpr WCHAR lastCompatibilityConsonant = 0x314E;
+constexpr WCHAR firstInitial = 0x1100;
+constexpr WCHAR lastInitial = 0x1159;
+
+bool isCompatibilityConsonant(WCHAR ch) {
+    return ch >= firstCompatibilityConsonant && ch <= lastCompatibilityConsonant;
+}
+
+bool isInitial(WCHAR ch) {
+    return ch >= firstInitial && ch <= lastInitial;
+}
+
+bool isWhiteSpace(int ch) {
+    return (ch >= 0x09 && ch <= 0x0D) || ch == 0x20 || ch == 0x85 || ch == 0xA0 || ch == 0x1680 ||
+           (ch >= 0x2000 && ch <= 0x200A) || ch == 0x2028 || ch == 0x2029 || ch == 0x202F || ch == 0x205F ||
+           ch == 0x3000;
+}
+
+/// The initials that compatibility consonants stand for; whatever stands for none is dropped.
+CString initialsOf(const CString& key) {
+    CString initials;
+    for (const WCHAR ch : key.view()) {
+        if (!isCompatibilityConsonant(ch)) continue;
+        if (const int initial = UnicodeHandler::getLIndex(ch); initial != ch) initials += static_cast<WCHAR>(initial);
+    }
+    return initials;
+}
+
+/// The key as bytes; nothing when it has a character that no reduced number has.
+bool narrowed(const CString& key, std::string& bytes) {
+    for (const WCHAR ch : key.view()) {
+        if (ch == 0 || ch > 0x7E) return false;
+        bytes += static_cast<char>(ch);
+    }
+    return true;
+}
+
+}  // namespace
+
+ContactsImage::Slot ContactsImage::addSlot(const ScannedContact& contact) {
+    const auto slot = static_cast<Slot>(contacts_.size());
+    const auto nameStart = static_cast<std::uint32_t>(names_.size());
+    const auto numbersStart = static_cast<std::uint32_t>(numbers_.size());
+    const auto keyStart = static_cast<std::uint32_t>(keys_.size());
+
+    CString lower(std::u16string_view(contact.name));
+    lower.MakeLower();
+    names_.append(contact.name).push_back(u'\0');
+    lowerNames_.append(lower.view()).push_back(u'\0');
+    for (const std::string& number : contact.numbers)
+        numbers_.append(number).push_back('\0');
+    keys_ += contact.sortKey;
+
+    contacts_.push_back({.oid = contact.oid,
+                         .nameStart = nameStart,
+                         .nameLength = static_cast<std::uint32_t>(contact.name.size()),
+                         .numbersStart = numbersStart,
+                         .numbersEnd = static_cast<std::uint32_t>(numbers_.size()),
+                         .keyStart = keyStart,
+                         .keyEnd = static_cast<std::uint32_t>(keys_.size()),
+                         .numbersBeforeName = static_cast<std::uint16_t>(contact.numbersBeforeName),
+                         .live = true});
+    return slot;
+}
+
+std::vector<ContactsImage::Identifier>::iterator ContactsImage::identifierOf(DWORD oid) {
+    return std::ranges::lower_bound(identifiers_, oid, {}, &Identifier::oid);
+}
+
+void ContactsImage::append(const ScannedContact& contact) {
+    const Slot slot = addSlot(contact);
+    order_.push_back(slot);
+    identifiers_.insert(identifierOf(contact.oid), {contact.oid, slot});
+}
+
+void ContactsImage::put(const ScannedContact& contact) {
+    remove(contact.oid);
+    const Slot slot = addSlot(contact);
+    const auto place =
+        std::ranges::upper_bound(order_, slot, [&](Slot left, Slot right) { return standsBefore(left, right); });
+    slotsInOrder_ = slotsInOrder_ && place == order_.end();
+    order_.insert(place, slot);
+    identifiers_.insert(identifierOf(contact.oid), {contact.oid, slot});
+}
+
+void ContactsImage::remove(DWORD oid) {
+    const auto identifier = identifierOf(oid);
+    if (identifier == identifiers_.end() || identifier->oid != oid) return;
+    contacts_[identifier->slot].live = false;
+    order_.erase(std::ranges::find(order_, identifier->slot));
+    identifiers_.erase(identifier);
+}
+
+bool ContactsImage::wasteful() const {
+    constexpr std::size_t worthwhile = 1'000;
+    return contacts_.size() > worthwhile && contacts_.size() > order_.size() + order_.size() / 4;
+}
+
+std::u16string_view ContactsImage::nameOf(const Contact& contact) const {
+    return std::u16string_view(names_).substr(contact.nameStart, contact.nameLength);
+}
+
+std::u16string_view ContactsImage::lowerNameOf(const Contact& contact) const {
+    return std::u16string_view(lowerNames_).substr(contact.nameStart, contact.nameLength);
+}
+
+std::string_view ContactsImage::keyOf(const Contact& contact) const {
+    return std::string_view(keys_).substr(contact.keyStart, contact.keyEnd - contact.keyStart);
+}
+
+bool ContactsImage::standsBefore(Slot left, Slot right) const {
+    const int order = keyOf(contacts_[left]).compare(keyOf(contacts_[right]));
+    return order != 0 ? order < 0 : contacts_[left].oid < contacts_[right].oid;
+}
+
+std::vector<ScanMatch> ContactsImage::matchingName(const CString& key) const {
+    CString lowerKey = key;
+    lowerKey.MakeLower();
+    const WCHAR first = key.IsEmpty() ? u'\0' : key[0];
+    if (isCompatibilityConsonant(first)) lowerKey = initialsOf(key);
+    const bool byInitials = isCompatibilityConsonant(first) || isInitial(first);
+
+    std::vector<ScanMatch> matches;
+    for (const Slot slot : byInitials ? slotsWithInitials(lowerKey.view()) : slotsWithName(lowerKey.view())) {
+        matches.push_back({.oid = contacts_[slot].oid, .name = CString(nameOf(contacts_[slot]))});
+    }
+    return matches;
+}
+
+std::vector<ContactsImage::Slot> ContactsImage::slotsWithInitials(std::u16string_view initials) const {
+    std::vector<Slot> slots;
+    for (const Slot slot : order_) {
+        if (beginsWithInitials(contacts_[slot], initials)) slots.push_back(slot);
+    }
+    return slots;
+}
+
+bool ContactsImage::beginsWithInitials(const Contact& contact, std::u16string_view initials) const {
+    std::size_t matched = 0;
+    for (const WCHAR ch : lowerNameOf(contact)) {
+        if (matched == initials.size()) break;
+        const int initial = UnicodeHandler::getLIndex(ch);
+        if (isWhiteSpace(initial) || initial == u',') continue;
+        // A plain consonant finds its tense partner too.
+        if (initial != initials[matched] && initial != UnicodeHandler::getRelatedJa(initials[matched])) break;
+        ++matched;
+    }
+    return matched == initials.size();
+}
+
+std::vector<ContactsImage::Slot> ContactsImage::slotsWithName(std::u16string_view lowerKey) const {
+    if (lowerKey.empty()) return order_;
+    std::vector<Slot> slots;
+    const std::u16string_view names = lowerNames_;
+    for (std::size_t hit = names.find(lowerKey); hit != std::u16string_view::npos;) {
+        // The contact whose name the hit begins in; a zero behind each name keeps a hit within one.
+        const Contact& contact = *std::prev(std::ranges::upper_bound(contacts_, hit, {}, &Contact::nameStart));
+        if (contact.live) slots.push_back(static_cast<Slot>(&contact - contacts_.data()));
+        hit = names.find(lowerKey, contact.nameStart + contact.nameLength);
+    }
+    return inNameOrder(std::move(slots));
+}
+
+std::vector<ScanMatch> ContactsImage::matchingNumber(const CString& key) const {
+    std::vector<ScanMatch> matches;
+    std::string digits;
+    if (!narrowed(key, digits)) return matches;
+    for (const Slot slot : slotsWithNumber(digits)) {
+        const Contact& contact = contacts_[slot];
+        const bool named = firstHitStandsBehindName(contact, digits);
+        matches.push_back({.oid = contact.oid, .name = named ? CString(nameOf(contact)) : CString()});
+    }
+    return matches;
+}
+
+std::vector<ContactsImage::Slot> ContactsImage::slotsWithNumber(std::string_view digits) const {
+    std::vector<Slot> slots;
+    const std::boyer_moore_horspool_searcher searcher(digits.begin(), digits.end());
+    for (auto from = numbers_.begin(); from != numbers_.end();) {
+        const auto found = std::search(from, numbers_.end(), searcher);
+        if (found == numbers_.end()) break;
+        // The contact whose number the hit begins in; a zero behind each number keeps a hit within one.
+        const auto hit = static_cast<std::size_t>(found - numbers_.begin());
+        const Contact& contact = *std::prev(std::ranges::upper_bound(contacts_, hit, {}, &Contact::numbersStart));
+        if (contact.live) slots.push_back(static_cast<Slot>(&contact - contacts_.data()));
+        from = numbers_.begin() + static_cast<std::ptrdiff_t>(contact.numbersEnd);
+    }
+    return inNameOrder(std::move(slots));
+}
+
+bool ContactsImage::firstHitStandsBehindName(const Contact& contact, std::string_view digits) const {
+    if (contact.numbersBeforeName == 0) return true;
+    const std::string_view numbers =
+        std::string_view(numbers_).substr(contact.numbersStart, contact.numbersEnd - contact.numbersStart);
+    const std::string_view before = numbers.substr(0, numbers.find(digits));
+    return std::ranges::count(before, '\0') >= contact.numbersBeforeName;
+}
+
+std::vector<ContactsImage::Slot> ContactsImage::inNameOrder(std::vector<Slot> slots) const {
+    if (slotsInOrder_ || slots.size() < 2) return slots;
+    std::vector<bool> wanted(contacts_.size());
+    for (const Slot slot : slots)
+        wanted[slot] = true;
+    slots.clear();
+    std::ranges::copy_if(order_, std::back_inserter(slots), [&](Slot slot) { return wanted[slot]; });
+    return slots;
+}
+
+}  // namespace Database

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "tessera/Export.h"
+#include "tessera/database/Iterator.h"
+#include "tessera/platform/base/CString.h"
+#include "tessera/platform/contacts/OutlookInterfaces.h"
+
+namespace Database {
+
+/// A cursor over contacts: all of a collection, those between two bounds of one attribute, or those that a
+/// restriction lets through.
+///
+/// Made by POlDBTable::getIterator and owned by the caller, who deletes it before the table. Positions are
+/// the collection's, from 1; 0 stands before the first. A lower bound alone and an upper bound alone are
+/// inclusive; of two bounds the upper is exclusive; one property object given as both means equality. The
+/// collection is live: what others write shows. One thread.
+class TESSERA_API POlDBIterator : public Iterator {
+public:
+    /// Takes over the caller's reference to `items`. The bounds are borrowed and are not used after
+    /// construction.
+    POlDBIterator(Table* owner, IPOutlookItemCollection* items, CCeDBProp* from, CCeDBProp* to);
+    POlDBIterator(Table* owner, IPOutlookItemCollection* items, int attr, CCeDBProp* from, CCeDBProp* to);
+    POlDBIterator(Table* owner, IPOutlookItemCollection* items, const CString& restriction);
+    /// Copies the collection pointer as it is. Both destructors give a reference back: whoever copies
+    /// calls getItemCol()->AddRef() for the copy first.
+    POlDBIterator(const POlDBIterator& other) = default;
+    POlDBIterator& operator=(const POlDBIterator& other) = default;
+    ~POlDBIterator() override;
+
+    /// The contact at the position, read from the collection; 0 when there is none.
+    DWORD getCur() override;
+    /// An empty property: contacts are read as text only.
+    CCeDBProp getProp(int attrIdx) override;
+    CString getString(int attrIdx) override;
+    /// @return S_OK; E_ACCESSDENIED when not opened
+    HRESULT last() override;
+    /// @return S_OK; S_FALSE beyond the last contact, where the position then stands; E_FAIL without a
+    ///         collection
+    HRESULT next() override;
+    /// @return S_OK; S_FALSE before the first contact, where the position then stands; E_ACCESSDENIED when
+    ///         not opened
+    HRESULT prev() override;
+    /// Deletes the contact at the position. Always S_OK.
+    HRESULT deleteCur() override;
+    /// By index from 0. The count itself is accepted, and answers 0.
+    DWORD getAt(int idx) override;
+    CCeDBProp getPropAt(int idx, int attrIdx) override;
+    CString getStringAt(int idx, int attrIdx) override;
+    /// The base's, after which the collection is restricted anew and the position is `idx`.
+    HRESULT deleteAt(int idx, bool positionOnly) override;
+    /// True with at least one contact.
+    bool isOpened() override;
+
+    /// The collection, no reference added.
+    IPOutlookItemCollection* getItemCol() { return items_; }
+
+protected:
+    HRESULT init() override;
+    HRESULT init(const CString& restriction);
+
+private:
+    CString rangeRestriction() const;
+    HRESULT countItems();
+    bool moveToIndex(int idx);
+
+    IPOutlookItemCollection* items_;
+    CString restriction_;
+};
+
+}  // namespace Database

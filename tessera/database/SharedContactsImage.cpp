@@ -1,0 +1,155 @@
+#include "tessera/database/SharedContactsImage.h"
+
+#include <algorithm>
+#include <mutex>
+#include <shared_mutex>
+#include <vector>
+
+#include "tessera/phonebook/model/Schemas.h"
+#include "tessera/phonebook/model/TelNo.h"
+#include "tessera/platform/contacts/ContactProperties.h"
+#include "tessera/platform/objectstore/StoreChanges.h"
+
+namespace Database {
+
+namespace {
+
+enum RawAttr : int { rawName = 0, rawMobile = 2, rawHome = 3, rawBusiness = 4, rawPager = 8, rawFax = 9 };
+
+bool isRaw(CEPROPID property, int attr) {
+    return identOf(property) == PhoneBook::recdefPOlCRaw_.getAttrIdent(attr);
+}
+
+bool isRawNumber(CEPROPID property) {
+    return std::ranges::any_of(std::initializer_list<int>{rawMobile, rawHome, rawBusiness, rawPager, rawFax},
+                               [&](int attr) { return isRaw(property, attr); });
+}
+
+/// A number in the form that callers are compared in. Its characters are ASCII.
+std::string reduced(std::u16string_view number) {
+    const CString canonical = PhoneBook::makeCNIP(CString(number));
+    return {canonical.view().begin(), canonical.view().end()};
+}
+
+ScannedContact scanned(const RecordView& record) {
+    ScannedContact contact;
+    contact.oid = record.oid();
+    contact.sortKey = record.sortKey();
+    for (const TextProperty& property : record.texts()) {
+        if (isRaw(property.id, rawName)) {
+            contact.name = property.text;
+            contact.numbersBeforeName = contact.numbers.size();
+        } else if (isRawNumber(property.id) && !property.text.empty()) {
+            contact.numbers.push_back(reduced(property.text));
+        }
+    }
+    return contact;
+}
+
+/// An image, and how far in the change log it has followed the contacts database.
+class FollowingImage {
+public:
+    enum class State { current, behind, unreadable };
+
+    const ContactsImage& image() const { return image_; }
+
+    /// Whether the image holds what the calling thread would read. Remembers what it lacks.
+    State compare(DatabaseReader& reader) {
+        pending_.clear();
+        if (!whole_) return State::behind;
+        pendingSequence_ = sequence_;
+        switch (reader.changesSince(pendingSequence_, pending_)) {
+            case ChangesResult::complete:
+                if (!pending_.empty()) return State::behind;
+                sequence_ = pendingSequence_;
+                return State::current;
+            case ChangesResult::tooOld:
+                whole_ = false;
+                return State::behind;
+            case ChangesResult::failed:
+                break;
+        }
+        return State::unreadable;
+    }
+
+    /// Puts in what `compare` found it to lack. False when the database cannot be read.
+    bool bringUpToDate(DatabaseReader& reader) {
+        const bool many = pending_.size() > rebuildAfter && pending_.size() > image_.size() / 8;
+        if (!whole_ || many || image_.wasteful()) return readAll(reader);
+        whole_ = false;  // until every change is in
+        for (const StoreChange& change : pending_) {
+            image_.remove(change.oid);
+            const bool there = reader.read(change.oid, [&](const RecordView& record) { image_.put(scanned(record)); });
+            if (!there && GetLastError() != ERROR_KEY_DELETED) return false;
+        }
+        sequence_ = pendingSequence_;
+        whole_ = true;
+        return true;
+    }
+
+private:
+    /// More changes than this, and than an eighth of the contacts, are not put in one by one.
+    static constexpr std::size_t rebuildAfter = 1'000;
+
+    bool readAll(DatabaseReader& reader) {
+        whole_ = false;
+        image_.clear();
+        if (!reader.readAll(sequence_, [&](const RecordView& record) { image_.append(scanned(record)); })) return false;
+        whole_ = true;
+        return true;
+    }
+
+    ContactsImage image_;
+    std::uint64_t sequence_ = 0;
+    bool whole_ = false;  ///< The image is complete as of sequence_.
+    std::vector<StoreChange> pending_;  ///< What it lacks of the changes up to pendingSequence_.
+    std::uint64_t pendingSequence_ = 0;
+};
+
+struct SharedImage {
+    std::shared_mutex mutex;
+    DatabaseReader reader{szContactsDatabase, ContactProperty::fileAs};
+    FollowingImage following;
+};
+
+SharedImage& sharedImage() {
+    static SharedImage image;
+    return image;
+}
+
+/// Searches what the thread's open batch has made of the contacts; no other thread may see that yet.
+bool searchWithinBatch(SharedImage& shared, const std::function<void(const ContactsImage&)>& search) {
+    FollowingImage own = shared.following;
+    if (!own.bringUpToDate(shared.reader)) return false;
+    search(own.image());
+    return true;
+}
+
+}  // namespace
+
+bool withContactsImage(const std::function<void(const ContactsImage&)>& search) {
+    /// When the calling thread last found the shared image current.
+    thread_local StoreStamp current;
+
+    SharedImage& shared = sharedImage();
+    {
+        const std::shared_lock lock(shared.mutex);
+        if (current != StoreStamp{} && shared.reader.stamp() == current) {
+            search(shared.following.image());
+            return true;
+        }
+    }
+    const std::unique_lock lock(shared.mutex);
+    const StoreStamp now = shared.reader.stamp();
+    const FollowingImage::State state = shared.following.compare(shared.reader);
+    if (state == FollowingImage::State::unreadable) return false;
+    if (state == FollowingImage::State::behind) {
+        if (shared.reader.inBatch()) return searchWithinBatch(shared, search);
+        if (!shared.following.bringUpToDate(shared.reader)) return false;
+    }
+    current = now;
+    search(shared.following.image());
+    return true;
+}
+
+}  // namespace Database

@@ -1,0 +1,159 @@
+#include "tessera/database/POlDBIterator.h"
+
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "tessera/database/POlDBTable.h"
+#include "tests/support/Builders.h"
+#include "tests/support/TemporaryStore.h"
+#include "tests/support/Values.h"
+
+namespace Database {
+namespace {
+
+using testing_support::contact;
+using testing_support::MemoryStoreMount;
+using testing_support::OpenPhoneBook;
+
+/// Three contacts, Ann, Bob and Carl, and a cursor over them.
+class ThreeContacts : public testing::Test {
+protected:
+    ThreeContacts() {
+        ann = book.add(contact().name(u"Ann").mobile(u"010-1"));
+        bob = book.add(contact().name(u"Bob"));
+        carl = book.add(contact().name(u"Carl"));
+        cursor.reset(contacts().getIterator(nullptr, nullptr));
+    }
+
+    POlDBTable& contacts() { return *static_cast<POlDBTable*>(book->getTable(0)); }
+    std::unique_ptr<Iterator> between(const WCHAR* from, const WCHAR* to) {
+        lower = CCeDBProp::ofText(0, from);
+        upper = CCeDBProp::ofText(0, to);
+        return std::unique_ptr<Iterator>(contacts().getIterator(&lower, &upper));
+    }
+
+    MemoryStoreMount store;
+    OpenPhoneBook book;
+    CCeDBProp lower;
+    CCeDBProp upper;
+    DWORD ann = 0;
+    DWORD bob = 0;
+    DWORD carl = 0;
+    std::unique_ptr<Iterator> cursor;
+};
+
+TEST_F(ThreeContacts, ACursorStandsBeforeTheFirstContactUntilItIsMoved) {
+    ASSERT_NE(nullptr, cursor);
+    EXPECT_TRUE(cursor->isOpened());
+    EXPECT_EQ(0u, cursor->getCur());
+    EXPECT_EQ(S_OK, cursor->next());
+    EXPECT_EQ(ann, cursor->getCur());
+}
+
+TEST_F(ThreeContacts, AFailedMoveStandsBeyondTheEnd) {
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(S_OK, cursor->next());
+    EXPECT_EQ(S_FALSE, cursor->next());
+    EXPECT_EQ(0u, cursor->getCur());
+    EXPECT_EQ(S_OK, cursor->prev()) << "from behind the last back onto it";
+    EXPECT_EQ(carl, cursor->getCur());
+
+    EXPECT_EQ(ann, cursor->getAt(0));
+    EXPECT_EQ(S_FALSE, cursor->prev());
+    EXPECT_EQ(0u, cursor->getCur());
+    EXPECT_EQ(S_OK, cursor->next()) << "from before the first onto it";
+    EXPECT_EQ(ann, cursor->getCur());
+}
+
+TEST_F(ThreeContacts, LastStandsOnTheLast) {
+    EXPECT_EQ(S_OK, cursor->last());
+    EXPECT_EQ(carl, cursor->getCur());
+}
+
+TEST_F(ThreeContacts, IndexesCountFromZeroAndTheCountItselfAnswersNothing) {
+    EXPECT_EQ(ann, cursor->getAt(0));
+    EXPECT_EQ(carl, cursor->getAt(2));
+    EXPECT_EQ(0u, cursor->getAt(3));
+    EXPECT_EQ(0u, cursor->getAt(4));
+    EXPECT_EQ(0u, cursor->getAt(-1));
+    EXPECT_EQ(CString(u"Bob"), cursor->getStringAt(1, 0));
+    EXPECT_EQ(CString(u""), cursor->getStringAt(3, 0));
+    EXPECT_EQ(CString(u""), cursor->getStringAt(4, 0));
+}
+
+TEST_F(ThreeContacts, FieldsAreReadAsTextOnly) {
+    EXPECT_EQ(CString(u"010-1"), cursor->getStringAt(0, 2));
+    EXPECT_EQ(CString(u""), cursor->getStringAt(1, 2));
+    EXPECT_EQ(CString(u""), cursor->getStringAt(0, 99)) << "no such attribute";
+    EXPECT_TRUE(cursor->getPropAt(0, 0).isEmpty());
+    EXPECT_TRUE(cursor->getProp(0).isEmpty());
+    EXPECT_EQ(E_NOTIMPL, cursor->getRecord(nullptr));
+}
+
+TEST_F(ThreeContacts, TheUpperOfTwoBoundsIsExclusive) {
+    const auto found = between(u"Ann", u"Carl");
+    ASSERT_NE(nullptr, found);
+    EXPECT_EQ(2, found->getNumItems());
+}
+
+TEST_F(ThreeContacts, ALoneUpperBoundIsInclusive) {
+    upper = CCeDBProp::ofText(0, u"Bob");
+    const std::unique_ptr<Iterator> found(contacts().getIterator(nullptr, &upper));
+    ASSERT_NE(nullptr, found);
+    EXPECT_EQ(2, found->getNumItems());
+}
+
+TEST_F(ThreeContacts, OneObjectAsBothBoundsMeansEqualityAndTwoEqualOnesNothing) {
+    lower = CCeDBProp::ofText(0, u"Bob");
+    const std::unique_ptr<Iterator> equal(contacts().getIterator(&lower, &lower));
+    ASSERT_NE(nullptr, equal);
+    EXPECT_EQ(1, equal->getNumItems());
+    EXPECT_EQ(nullptr, between(u"Bob", u"Bob"));
+}
+
+TEST_F(ThreeContacts, BoundsMayBeOfAnotherAttribute) {
+    lower = CCeDBProp::ofText(0, u"010-1");
+    const std::unique_ptr<Iterator> found(contacts().getIterator(2, &lower, &lower));
+    ASSERT_NE(nullptr, found);
+    EXPECT_EQ(1, found->getNumItems());
+    EXPECT_EQ(ann, found->getAt(0));
+}
+
+TEST_F(ThreeContacts, ABoundWithAQuoteFindsNothing) {
+    lower = CCeDBProp::ofText(0, u"\" or [FileAs] >= \"");
+    EXPECT_EQ(nullptr, contacts().getIterator(&lower, nullptr));
+}
+
+TEST_F(ThreeContacts, DeletingTheCurrentContactDeletesItFromTheStore) {
+    cursor->getAt(1);
+    EXPECT_EQ(S_OK, cursor->deleteCur());
+    EXPECT_EQ(2, cursor->getNumItems());
+    EXPECT_EQ(2u, book->getNumRecords());
+    EXPECT_EQ(carl, cursor->getAt(1));
+}
+
+TEST_F(ThreeContacts, DeletingByIndexTakesTheIndexForAPositionAndReadsTheResultAnew) {
+    // The position it deletes at counts from 1: index 1 is the first contact.
+    EXPECT_EQ(S_OK, cursor->deleteAt(1, false));
+    EXPECT_EQ(2, cursor->getNumItems());
+    EXPECT_EQ(bob, cursor->getAt(0));
+    EXPECT_EQ(E_FAIL, cursor->deleteAt(3, false));
+    EXPECT_EQ(E_FAIL, cursor->deleteAt(-1, true));
+}
+
+TEST_F(ThreeContacts, ANewResultWithinARestrictionIsReadAfterADeletion) {
+    const std::unique_ptr<Iterator> found(contacts().getIterator(nullptr, CString(u"[FileAs] >= \"B\"")));
+    ASSERT_NE(nullptr, found);
+    EXPECT_EQ(S_OK, found->deleteAt(1, false));
+    EXPECT_EQ(1, found->getNumItems());
+    EXPECT_EQ(carl, found->getAt(0));
+}
+
+TEST_F(ThreeContacts, AnEmptyResultIsNoCursor) {
+    EXPECT_EQ(nullptr, between(u"X", u"Z"));
+    EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(u"[FileAs] = \"Nobody\"")));
+    EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(u"nonsense")));
+}
+
+}  // namespace
+}  // namespace Database

@@ -1,0 +1,328 @@
+#include "tessera/database/POlDBTable.h"
+
+#include <memory>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tessera/database/POlDBIterator.h"
+#include "tessera/phonebook/model/PBAttributes.h"
+#include "tessera/phonebook/model/PBRecord.h"
+#include "tessera/phonebook/model/Schemas.h"
+#include "tests/support/TemporaryStore.h"
+#include "tests/support/Values.h"
+
+namespace Database {
+namespace {
+
+using PhoneBook::PBRecord;
+using testing_support::MemoryStoreMount;
+
+class ContactsTable : public POlDBTable {
+public:
+    ContactsTable() : POlDBTable(u"QZ_POlContacts", &PhoneBook::aRecDef_[0], olFolderContacts) {}
+    using POlDBTable::splitName;
+};
+
+/// A row of the contacts table: ten properties in attribute order.
+std::vector<CCeDBProp> rowNamed(const WCHAR* name) {
+    std::vector<CCeDBProp> row;
+    const RecordDef& schema = PhoneBook::aRecDef_[0];
+    for (int i = 0; i < schema.getNumAttrs(); ++i) {
+        row.emplace_back(schema.getAttrDef(i)->getType(), schema.getAttrIdent(i));
+    }
+    row[0] = CCeDBProp::ofText(schema.getAttrIdent(0), name);
+    return row;
+}
+
+CCeDBProp text(const WCHAR* value) {
+    return CCeDBProp::ofText(0, value);
+}
+
+DWORD insert(POlDBTable& table, std::vector<CCeDBProp> row) {
+    DWORD oid = 0;
+    EXPECT_EQ(S_OK, table.insertRecord(row.data(), oid));
+    return oid;
+}
+
+CString fieldOf(POlDBTable& table, DWORD oid, HRESULT (IContact::*get)(BSTR*)) {
+    ComPtr<IDispatch> item;
+    EXPECT_EQ(S_OK, table.getItemFromOid(oid, item.out()));
+    Bstr value;
+    (static_cast<IContact*>(item.get())->*get)(value.out());
+    return value.text();
+}
+
+PBRecord callerInfo(POlDBTable& table, DWORD oid, DWORD mask, HRESULT expected, DWORD expectedFound) {
+    ComPtr<IDispatch> item;
+    EXPECT_EQ(S_OK, table.getItemFromOid(oid, item.out()));
+    PBRecord record;
+    record.dwCITypeMask = mask;
+    DWORD found = 0xFFFFFFFF;
+    EXPECT_EQ(expected, table.getCallerInfo(static_cast<IContact*>(item.get()), &record, &found));
+    EXPECT_EQ(expectedFound, found);
+    return record;
+}
+
+TEST(POlDBTable, AnswersNothingUntilItIsOpen) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    DWORD oid = 1;
+    IPOutlookItemCollection* items = nullptr;
+    CCeDBRecord record;
+
+    EXPECT_FALSE(table.isOpen());
+    EXPECT_EQ(0u, table.getNumRecords());
+    EXPECT_EQ(nullptr, table.getIterator(nullptr, nullptr));
+    EXPECT_EQ(nullptr, table.getIterator(nullptr, CString(u"[FileAs] >= \"\"")));
+    EXPECT_EQ(nullptr, table.getScanIterator(nullptr, 0, CString(u"")));
+    EXPECT_EQ(E_POINTER, table.getItems(nullptr));
+    EXPECT_EQ(E_ACCESSDENIED, table.getItems(&items));
+    EXPECT_EQ(E_FAIL, table.deleteRecord(oid));
+    EXPECT_EQ(E_FAIL, table.deleteAllRecords());
+    EXPECT_EQ(E_FAIL, table.insertRecord(&record, oid));
+    EXPECT_EQ(E_FAIL, table.updateRecord(1, &record, 0, nullptr));
+    EXPECT_EQ(E_NOTIMPL, table.insertRecord());
+    EXPECT_NE(nullptr, table.getApp());
+}
+
+TEST(POlDBTable, OpensClosesAndOpensAgain) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+
+    EXPECT_EQ(0u, table.create());
+    EXPECT_EQ(0u, table.getCEOID());
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_TRUE(table.open(nullptr));
+        EXPECT_TRUE(table.open(nullptr)) << "a second time is no fault";
+        EXPECT_TRUE(table.isOpen());
+        EXPECT_TRUE(table.close());
+        EXPECT_FALSE(table.isOpen());
+        EXPECT_TRUE(table.close()) << "closing what is closed is no fault";
+    }
+    EXPECT_TRUE(table.open(nullptr));
+    EXPECT_TRUE(table.drop()) << "dropping only closes";
+    EXPECT_FALSE(table.isOpen());
+}
+
+TEST(POlDBTable, ADifferentFolderIsNotOpen) {
+    const MemoryStoreMount store;
+    POlDBTable table(u"Appointments", &PhoneBook::aRecDef_[0], 9);
+    EXPECT_TRUE(table.open(nullptr)) << "whether there is such a folder is not looked at";
+    EXPECT_FALSE(table.isOpen());
+    EXPECT_TRUE(table.close());
+}
+
+TEST(POlDBTable, DropLeavesTheContactsInTheStore) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    insert(table, rowNamed(u"Kim"));
+    EXPECT_TRUE(table.drop());
+    table.open(nullptr);
+    EXPECT_EQ(1u, table.getNumRecords());
+}
+
+TEST(POlDBTable, InsertsARowByPositionAndLeavesTheBodyOut) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    std::vector<CCeDBProp> row = rowNamed(u"Doe, John");
+    row[1] = text(u"Family;Work");
+    row[2] = text(u"010-1");
+    row[3] = text(u"02-2");
+    row[4] = text(u"02-3");
+    row[5] = text(u"john@example.com");
+    row[6] = text(u"a note");
+    row[7] = CCeDBProp::ofR8(0, 32'937.0);
+    row[8] = text(u"012-4");
+    row[9] = text(u"02-5");
+
+    const DWORD oid = insert(table, row);
+
+    const PBRecord read = callerInfo(table, oid, 0xFFF, S_OK, 0xE3F);
+    EXPECT_EQ(CString(u"Doe, John"), read.strName);
+    EXPECT_EQ(CString(u"Family,Work"), read.strCategories);
+    EXPECT_EQ(CString(u"010-1"), read.strMobileTelephoneNumber);
+    EXPECT_EQ(CString(u"02-2"), read.strHomeTelephoneNumber);
+    EXPECT_EQ(CString(u"02-3"), read.strBusinessTelephoneNumber);
+    EXPECT_EQ(CString(u"john@example.com"), read.strEmail1Address);
+    EXPECT_EQ(CString(u""), read.strBody);
+    EXPECT_EQ(32'937.0, read.dtBirthday);
+    EXPECT_EQ(CString(u"012-4"), read.strPagerNumber);
+    EXPECT_EQ(CString(u"02-5"), read.strBusinessFaxNumber);
+    EXPECT_EQ(CString(u"John"), fieldOf(table, oid, &IContact::get_FirstName));
+    EXPECT_EQ(CString(u"Doe"), fieldOf(table, oid, &IContact::get_LastName));
+}
+
+TEST(POlDBTable, InsertsARecordAsFarAsItGoes) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    CCeDBRecord record;
+    record.addProp(text(u"Cher"));
+    DWORD oid = 0;
+
+    EXPECT_EQ(S_OK, table.insertRecord(&record, oid));
+
+    EXPECT_NE(0u, oid);
+    EXPECT_EQ(CString(u"Cher"), callerInfo(table, oid, 0xFFF, S_OK, 0x1).strName);
+    CCeDBRecord empty;
+    EXPECT_EQ(E_FAIL, table.insertRecord(&empty, oid));
+    EXPECT_EQ(E_FAIL, table.insertRecord(static_cast<CCeDBRecord*>(nullptr), oid));
+}
+
+TEST(POlDBTable, ATextThatTheStoreDoesNotTakeInsertsNothing) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    const CString huge(u'x', 40'000);
+    std::vector<CCeDBProp> row = rowNamed(huge);
+    DWORD oid = 0;
+    EXPECT_TRUE(FAILED(table.insertRecord(row.data(), oid)));
+    EXPECT_EQ(0u, table.getNumRecords());
+}
+
+TEST(POlDBTable, ABirthdayOfZeroIsNoBirthday) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    std::vector<CCeDBProp> row = rowNamed(u"Kim");
+    row[7] = CCeDBProp::ofR8(0, 0.0);
+
+    const DWORD oid = insert(table, row);
+
+    ComPtr<IDispatch> item;
+    ASSERT_EQ(S_OK, table.getItemFromOid(oid, item.out()));
+    DATE stored = 0;
+    static_cast<IContact*>(item.get())->get_Birthday(&stored);
+    EXPECT_EQ(949'998.0, stored);
+    EXPECT_EQ(949'998.0, callerInfo(table, oid, 0x200, E_FAIL, 0).dtBirthday);
+}
+
+TEST(POlDBTable, CallerInfoFindsNothingWhenAllWantedFieldsAreEmpty) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    const DWORD oid = insert(table, rowNamed(u"Kim"));
+    callerInfo(table, oid, 0xC1C, E_FAIL, 0);
+    callerInfo(table, oid, 0, E_FAIL, 0);
+    callerInfo(table, oid, 0xC1D, S_OK, 0x1);
+
+    PBRecord record;
+    EXPECT_EQ(E_FAIL, table.getCallerInfo(nullptr, &record, nullptr));
+    ComPtr<IDispatch> item;
+    ASSERT_EQ(S_OK, table.getItemFromOid(oid, item.out()));
+    EXPECT_EQ(E_FAIL, table.getCallerInfo(static_cast<IContact*>(item.get()), nullptr, nullptr));
+}
+
+TEST(POlDBTable, SplitsNamesByCommaElseByTheFirstSpace) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    struct Case {
+        const WCHAR* name;
+        const WCHAR* first;
+        const WCHAR* last;
+    };
+    for (const Case& c : {Case{u"김 민수", u"민수", u"김"}, Case{u"John Smith", u"John", u"Smith"},
+                          Case{u"Smith, John", u"John", u"Smith"}, Case{u"Smith,John", u"John", u"Smith"},
+                          Case{u"Smith,  John", u" John", u"Smith"}, Case{u"Cher", u"Cher", u""}, Case{u"", u"", u""},
+                          Case{u"김민수", u"김민수", u""}, Case{u"Anna Maria Lee", u"Anna", u"Maria Lee"},
+                          Case{u"Lee, Anna, Maria", u"Anna, Maria", u"Lee"}, Case{u"\u00c9va Kis", u"\u00c9va", u"Kis"},
+                          Case{u"\u0141ukasz Nowak", u"Nowak", u"\u0141ukasz"}}) {
+        CString first(u"kept?");
+        CString last(u"kept?");
+        EXPECT_EQ(S_OK, table.splitName(CString(c.name), first, last));
+        EXPECT_EQ(CString(c.first), first) << CString(c.name);
+        EXPECT_EQ(CString(c.last), last) << CString(c.name);
+    }
+}
+
+TEST(POlDBTable, UpdatesAllAttributesOfAContact) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    std::vector<CCeDBProp> row = rowNamed(u"Kim");
+    row[2] = text(u"010-1");
+    row[7] = CCeDBProp::ofR8(0, 100.0);
+    const DWORD oid = insert(table, row);
+    std::vector<CCeDBProp> changed = rowNamed(u"Lee Ann");
+    changed[1] = text(u"A;B;C");
+    changed[3] = text(u"02-2");
+    CCeDBRecord record(changed.data(), static_cast<int>(changed.size()));
+
+    EXPECT_EQ(S_OK, table.updateRecord(oid, &record, 0, nullptr));
+
+    const PBRecord read = callerInfo(table, oid, 0xFFF, S_OK, 0xB);
+    EXPECT_EQ(CString(u"Lee Ann"), read.strName);
+    EXPECT_EQ(CString(u"A,B,C"), read.strCategories);
+    EXPECT_EQ(CString(u"Ann"), fieldOf(table, oid, &IContact::get_LastName));
+    EXPECT_TRUE(FAILED(table.updateRecord(oid + 1'000, &record, 0, nullptr)));
+    EXPECT_EQ(E_FAIL, table.updateRecord(oid, nullptr, 0, nullptr));
+}
+
+TEST(POlDBTable, DeletesOneContactAndAll) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    EXPECT_EQ(S_OK, table.deleteAllRecords()) << "nothing to delete is no fault";
+    DWORD oid = insert(table, rowNamed(u"A"));
+    insert(table, rowNamed(u"B"));
+    insert(table, rowNamed(u"C"));
+
+    EXPECT_EQ(S_OK, table.deleteRecord(oid));
+    EXPECT_EQ(2u, table.getNumRecords());
+    EXPECT_EQ(E_FAIL, table.deleteRecord(oid)) << "it is gone";
+    EXPECT_EQ(S_OK, table.deleteAllRecords());
+    EXPECT_EQ(0u, table.getNumRecords());
+}
+
+TEST(POlDBTable, FindsTheFirstContactThatARestrictionAdmits) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    insert(table, rowNamed(u"Ann"));
+    const DWORD bob = insert(table, rowNamed(u"Bob"));
+    insert(table, rowNamed(u"Bob"));
+
+    ComPtr<IDispatch> item;
+    ASSERT_EQ(S_OK, table.find(u"[FileAs] = \"Bob\"", item.out()));
+    LONG oid = 0;
+    static_cast<IContact*>(item.get())->get_Oid(&oid);
+    EXPECT_EQ(bob, static_cast<DWORD>(oid));
+    EXPECT_EQ(E_INVALIDARG, table.find(u"[FileAs] = Bob", item.out()));
+}
+
+TEST(POlDBTable, ReportsTheSizeOfTheContactsDatabase) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    const DWORD before = table.getSize();
+    table.open(nullptr);
+    insert(table, rowNamed(u"Kim"));
+    EXPECT_GT(table.getSize(), before);
+}
+
+TEST(POlDBTable, NarrowsAnEarlierResult) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"}) insert(table, rowNamed(name));
+    CCeDBProp from = text(u"B");
+    const std::unique_ptr<Iterator> fromB(table.getIterator(&from, nullptr));
+    ASSERT_NE(nullptr, fromB);
+    auto* outer = static_cast<POlDBIterator*>(fromB.get());
+
+    CCeDBProp to = text(u"Bz");
+    const std::unique_ptr<Iterator> onlyBob(table.getIterator(outer, 0, nullptr, &to));
+    ASSERT_NE(nullptr, onlyBob);
+    EXPECT_EQ(1, onlyBob->getNumItems());
+    EXPECT_EQ(CString(u"Bob"), onlyBob->getStringAt(0, 0));
+    const std::unique_ptr<Iterator> onlyCarl(table.getIterator(outer, CString(u"[FileAs] > \"Bob\"")));
+    ASSERT_NE(nullptr, onlyCarl);
+    EXPECT_EQ(CString(u"Carl"), onlyCarl->getStringAt(0, 0));
+    EXPECT_EQ(nullptr, table.getIterator(nullptr, 0, nullptr, &to)) << "nothing to narrow";
+    EXPECT_EQ(2, outer->getNumItems()) << "the earlier result stays";
+}
+
+}  // namespace
+}  // namespace Database

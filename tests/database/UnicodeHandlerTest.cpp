@@ -1,0 +1,115 @@
+#include <array>
+#include <map>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+
+#include "tessera/database/UnicodeHandler.h"
+
+namespace Database {
+namespace {
+
+constexpr int firstSyllable = 0xAC00;
+constexpr int lastSyllable = 0xD7A3;
+
+std::u16string decomposed(WCHAR ch) {
+    CString jamo = u"left over";
+    const int length = UnicodeHandler::decomposeHangul(jamo, ch);
+    EXPECT_EQ(length, jamo.GetLength());
+    return std::u16string(jamo.view());
+}
+
+std::u16string decomposedIntoBuffer(WCHAR ch) {
+    std::array<WCHAR, 5> buffer{};
+    buffer.fill(u'~');
+    const int length = UnicodeHandler::decomposeHangul(buffer.data(), ch);
+    EXPECT_EQ(buffer[static_cast<std::size_t>(length)], u'\0');
+    EXPECT_EQ(buffer[static_cast<std::size_t>(length) + 1], u'~');
+    return {buffer.data(), static_cast<std::size_t>(length)};
+}
+
+std::u16string canonicallyDecomposed(int ch) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const nfd = icu::Normalizer2::getNFDInstance(status);
+    icu::UnicodeString jamo;
+    EXPECT_TRUE(U_SUCCESS(status) && nfd->getDecomposition(ch, jamo)) << ch;
+    return {jamo.getBuffer(), static_cast<std::size_t>(jamo.length())};
+}
+
+TEST(UnicodeHandler, TakesEverySyllableApartAsUnicodeDoes) {
+    for (int syllable = firstSyllable; syllable <= lastSyllable; ++syllable) {
+        const auto ch = static_cast<WCHAR>(syllable);
+        const std::u16string jamo = canonicallyDecomposed(syllable);
+        ASSERT_EQ(decomposed(ch), jamo) << syllable;
+        ASSERT_EQ(decomposedIntoBuffer(ch), jamo) << syllable;
+        ASSERT_EQ(UnicodeHandler::getLIndex(ch), jamo[0]) << syllable;
+    }
+}
+
+TEST(UnicodeHandler, TakesTheEdgesOfTheSyllablesApart) {
+    EXPECT_EQ(decomposed(0xAC00), u"\x1100\x1161");
+    EXPECT_EQ(decomposed(0xAC01), u"\x1100\x1161\x11A8");
+    EXPECT_EQ(decomposed(0xD7A3), u"\x1112\x1175\x11C2");
+}
+
+TEST(UnicodeHandler, LeavesEveryOtherCharacterWhole) {
+    for (int ch = 1; ch <= 0xFFFF; ++ch) {
+        if (ch >= firstSyllable && ch <= lastSyllable) continue;
+        const std::u16string itself(1, static_cast<WCHAR>(ch));
+        ASSERT_EQ(decomposed(static_cast<WCHAR>(ch)), itself) << ch;
+        ASSERT_EQ(decomposedIntoBuffer(static_cast<WCHAR>(ch)), itself) << ch;
+    }
+}
+
+// A compatibility letter is an initial exactly when its compatibility decomposition is one.
+TEST(UnicodeHandler, TheInitialOfALetterIsItsCompatibilityDecompositionWhenThatIsAnInitial) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const nfkd = icu::Normalizer2::getNFKDInstance(status);
+    ASSERT_TRUE(U_SUCCESS(status));
+    for (WCHAR letter = 0x3131; letter <= 0x314E; ++letter) {
+        icu::UnicodeString jamo;
+        ASSERT_TRUE(nfkd->getDecomposition(letter, jamo));
+        // Unicode has the clusters that end no syllable among the initials beyond the nineteen modern ones.
+        const bool isModernInitial = jamo.length() == 1 && jamo[0] >= 0x1100 && jamo[0] <= 0x1112;
+        EXPECT_EQ(UnicodeHandler::getLIndex(letter), isModernInitial ? jamo[0] : letter) << static_cast<int>(letter);
+    }
+}
+
+TEST(UnicodeHandler, WhatIsNeitherSyllableNorConsonantLetterIsItsOwnInitial) {
+    for (int ch = 1; ch <= 0xFFFF; ++ch) {
+        if ((ch >= firstSyllable && ch <= lastSyllable) || (ch >= 0x3131 && ch <= 0x314E)) continue;
+        ASSERT_EQ(UnicodeHandler::getLIndex(static_cast<WCHAR>(ch)), ch);
+    }
+}
+
+TEST(UnicodeHandler, InitialsAtTheEdgesOfTheLetters) {
+    EXPECT_EQ(UnicodeHandler::getLIndex(u'A'), u'A');
+    EXPECT_EQ(UnicodeHandler::getLIndex(0x3130), 0x3130);
+    EXPECT_EQ(UnicodeHandler::getLIndex(0x3131), 0x1100);
+    EXPECT_EQ(UnicodeHandler::getLIndex(0x3133), 0x3133);
+    EXPECT_EQ(UnicodeHandler::getLIndex(0x314E), 0x1112);
+    EXPECT_EQ(UnicodeHandler::getLIndex(0x314F), 0x314F);
+}
+
+TEST(UnicodeHandler, ExactlyTheTenPlainConsonantsHaveATenseOne) {
+    const std::map<int, int> tense = {
+        {0x1100, 0x1101}, {0x1103, 0x1104}, {0x1107, 0x1108}, {0x1109, 0x110A}, {0x110C, 0x110D},
+        {0x3131, 0x3132}, {0x3137, 0x3138}, {0x3142, 0x3143}, {0x3145, 0x3146}, {0x3148, 0x3149},
+    };
+    for (int ch = 0; ch <= 0xFFFF; ++ch) {
+        const auto found = tense.find(ch);
+        ASSERT_EQ(UnicodeHandler::getRelatedJa(static_cast<WCHAR>(ch)), found != tense.end() ? found->second : 0) << ch;
+    }
+}
+
+TEST(UnicodeHandler, AssigningAnswersTheObject) {
+    UnicodeHandler handler;
+    const UnicodeHandler other;
+
+    EXPECT_EQ(&(handler = other), &handler);
+}
+
+}  // namespace
+}  // namespace Database

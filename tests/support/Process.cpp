@@ -1,0 +1,179 @@
+#include "tests/support/Process.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace testing_support {
+
+namespace {
+
+constexpr std::chrono::seconds longestRun{60};
+
+void check(bool good, const char* what) {
+    if (!good) throw std::system_error(errno, std::generic_category(), what);
+}
+
+void closeEnd(int& end) {
+    if (end >= 0) ::close(end);
+    end = -1;
+}
+
+struct Ends {
+    int ours = -1;
+    int theirs = -1;
+};
+
+Ends makePipe(bool weRead) {
+    int ends[2];
+    check(pipe2(ends, O_CLOEXEC) == 0, "pipe");
+    return weRead ? Ends{ends[0], ends[1]} : Ends{ends[1], ends[0]};
+}
+
+Ends makeTerminal() {
+    const int ours = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    check(ours >= 0 && grantpt(ours) == 0 && unlockpt(ours) == 0, "terminal");
+    const int theirs = open(ptsname(ours), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    check(theirs >= 0, "terminal");
+    return {ours, theirs};
+}
+
+std::vector<std::string> environmentOf(const Command& command) {
+    std::map<std::string, std::string> all;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string text = *entry;
+        const std::size_t equals = text.find('=');
+        all[text.substr(0, equals)] = text.substr(equals + 1);
+    }
+    for (const auto& [name, value] : command.environment)
+        all[name] = value;
+    std::vector<std::string> entries;
+    for (const auto& [name, value] : all)
+        entries.push_back(name + "=" + value);
+    return entries;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// Answers false when the other end was closed or is read dry.
+bool drain(int& end, std::string& into) {
+    char block[1 << 16];
+    const ssize_t count = ::read(end, block, sizeof block);
+    if (count < 0 && (errno == EINTR || errno == EAGAIN)) return true;
+    if (count <= 0) {  // a terminal ends with an error
+        closeEnd(end);
+        return false;
+    }
+    into.append(block, static_cast<std::size_t>(count));
+    return true;
+}
+
+void feed(int& end, std::string& input) {
+    const ssize_t count = ::write(end, input.data(), input.size());
+    if (count > 0) input.erase(0, static_cast<std::size_t>(count));
+    if (count < 0 || input.empty()) closeEnd(end);
+}
+
+}  // namespace
+
+Process::Process(const Command& command) {
+    Ends in = makePipe(false);
+    Ends out = makePipe(true);
+    Ends err = command.errorToTerminal ? makeTerminal() : makePipe(true);
+    std::vector<std::string> arguments{command.program};
+    arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
+    std::vector<std::string> environment = environmentOf(command);
+    const std::vector<char*> argumentPointers = pointersTo(arguments);
+    const std::vector<char*> environmentPointers = pointersTo(environment);
+
+    child_ = fork();
+    check(child_ >= 0, "fork");
+    if (child_ == 0) {
+        std::signal(SIGPIPE, SIG_DFL);
+        dup2(in.theirs, STDIN_FILENO);
+        dup2(out.theirs, STDOUT_FILENO);
+        dup2(err.theirs, STDERR_FILENO);
+        execve(command.program.c_str(), argumentPointers.data(), environmentPointers.data());
+        _exit(127);
+    }
+    closeEnd(in.theirs);
+    closeEnd(out.theirs);
+    closeEnd(err.theirs);
+    input_ = in.ours;
+    out_ = out.ours;
+    err_ = err.ours;
+}
+
+Process::~Process() {
+    closeEnd(input_);
+    if (child_ > 0) {
+        kill();
+        wait();
+    }
+    closeEnd(out_);
+    closeEnd(err_);
+}
+
+std::optional<std::string> Process::read(std::chrono::milliseconds patience) {
+    if (out_ < 0) return std::nullopt;
+    pollfd waiting{out_, POLLIN, 0};
+    std::string text;
+    if (poll(&waiting, 1, static_cast<int>(patience.count())) > 0 && !drain(out_, text)) return std::nullopt;
+    return text;
+}
+
+void Process::kill() {
+    if (child_ > 0) ::kill(child_, SIGKILL);
+}
+
+Outcome Process::wait() {
+    Outcome outcome;
+    std::string ignored;
+    while (out_ >= 0 && drain(out_, ignored)) {
+    }
+    while (err_ >= 0 && drain(err_, outcome.err)) {
+    }
+    int status = 0;
+    check(waitpid(child_, &status, 0) == child_, "waitpid");
+    child_ = -1;
+    if (WIFEXITED(status)) outcome.status = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) outcome.signal = WTERMSIG(status);
+    return outcome;
+}
+
+Outcome run(const Command& command) {
+    std::signal(SIGPIPE, SIG_IGN);  // of a program that does not read its input
+    Process process(command);
+    std::string input = command.input;
+    if (input.empty()) closeEnd(process.input_);
+    std::string out;
+    std::string err;
+    const auto deadline = std::chrono::steady_clock::now() + longestRun;
+    while (process.out_ >= 0 || process.err_ >= 0) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0) throw std::runtime_error(command.program + " does not end");
+        pollfd waiting[] = {{process.out_, POLLIN, 0}, {process.err_, POLLIN, 0}, {process.input_, POLLOUT, 0}};
+        poll(waiting, 3, static_cast<int>(left.count()));
+        if (waiting[0].revents != 0) drain(process.out_, out);
+        if (waiting[1].revents != 0) drain(process.err_, err);
+        if (waiting[2].revents != 0) feed(process.input_, input);
+    }
+    Outcome outcome = process.wait();
+    outcome.out = out;
+    outcome.err = err;
+    return outcome;
+}
+
+}  // namespace testing_support

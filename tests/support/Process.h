@@ -1,0 +1,55 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace testing_support {
+
+/// A program to run: what is added to this process's environment, and what it reads from standard input.
+struct Command {
+    std::string program;
+    std::vector<std::string> arguments;
+    std::map<std::string, std::string> environment = {};
+    std::string input = {};
+    bool errorToTerminal = false;  ///< Standard error is a terminal, read back as `err`.
+};
+
+struct Outcome {
+    int status = -1;  ///< What it exited with; -1 when a signal ended it.
+    int signal = 0;   ///< Which signal ended it; 0 when none did.
+    std::string out;
+    std::string err;
+};
+
+/// Runs a program to its end. Throws when it cannot be started, and when it has not ended after a minute.
+Outcome run(const Command& command);
+
+/// A program that runs on while its output is read. Killed when this ends, if it still runs.
+class Process {
+public:
+    explicit Process(const Command& command);
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    /// Reads what there is of standard output, waiting for it no longer than this; nothing at its end.
+    std::optional<std::string> read(std::chrono::milliseconds patience);
+    /// Ends it at once, as the loss of the battery would.
+    void kill();
+    /// Waits for the end. Output that was not read is read, and lost.
+    Outcome wait();
+
+private:
+    friend Outcome run(const Command& command);
+
+    pid_t child_ = -1;
+    int input_ = -1;
+    int out_ = -1;
+    int err_ = -1;
+};
+
+}  // namespace testing_support
