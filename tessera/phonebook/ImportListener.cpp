@@ -1,0 +1,7 @@
+#include "tessera/phonebook/ImportListener.h"
+
+namespace PhoneBook {
+
+ImportListener::~ImportListener() = default;
+
+}  // namespace PhoneBook

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <new>
+#include <utility>
+
+#include "tessera/platform/base/Results.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
+
+namespace PhoneBook {
+
+/// Runs an operation of the manager: memory that is short becomes a result code.
+template <class Body>
+HRESULT operation(Body&& body) noexcept {
+    try {
+        return std::forward<Body>(body)();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_FAIL;
+    }
+}
+
+/// The same for an operation that writes: all that it writes becomes durable, and visible to others, at
+/// its end. E_FAIL when the store cannot be had for writing or cannot keep what was written.
+template <class Body>
+HRESULT writingOperation(Body&& body) noexcept {
+    return operation([&]() -> HRESULT {
+        ObjectStoreBatch batch;
+        if (!batch.begun()) return E_FAIL;
+        const HRESULT result = std::forward<Body>(body)();
+        return batch.end() ? result : E_FAIL;
+    });
+}
+
+}  // namespace PhoneBook

@@ -1,0 +1,233 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "tessera/Export.h"
+#include "tessera/database/CeDBTable.h"
+#include "tessera/database/Iterator.h"
+#include "tessera/database/POlDBIterator.h"
+#include "tessera/database/POlDBTable.h"
+#include "tessera/database/Table.h"
+#include "tessera/database/schema/RecordDef.h"
+#include "tessera/phonebook/ImportListener.h"
+#include "tessera/phonebook/PBGroupInfo.h"
+#include "tessera/phonebook/model/PBAttributes.h"
+#include "tessera/phonebook/model/PBRecord.h"
+#include "tessera/phonebook/model/Schemas.h"
+#include "tessera/phonebook/model/SpeedDialInfo.h"
+#include "tessera/platform/base/CString.h"
+#include "tessera/platform/base/Collections.h"
+#include "tessera/platform/contacts/OutlookInterfaces.h"
+#include "tessera/platform/objectstore/CeDB.h"
+#include "tessera/platform/windows/CWnd.h"
+
+namespace PhoneBook {
+
+/// The phone book: every operation on contacts, their extension rows, groups and callers.
+///
+/// A client makes one, sets the store up once with `initDB`, opens it with `openDB`, and works. All calls
+/// come on one thread; a program with several threads gives each a manager of its own. `Create` makes the
+/// hidden window through which the manager follows changes that other programs make; a client that does
+/// not pump messages does without. Every operation that writes is one unit: after a crash it is there whole
+/// or not at all, and other programs never see half of it.
+///
+/// Results: S_OK; S_FALSE for "nothing found" or "only in part"; E_FAIL for a table that is not open, a
+/// missing row, and most failures; E_POINTER for a null output; E_INVALIDARG for an empty number;
+/// E_OUTOFMEMORY when memory is short.
+class TESSERA_API PhoneBookDBMgr : public CWnd {
+public:
+    PhoneBookDBMgr();
+    ~PhoneBookDBMgr() override;
+
+    // --- Lifecycle -------------------------------------------------------------------------------------
+
+    /// Makes the hidden window "PBDBMgrWnd" and asks for the change notifications of contacts and
+    /// categories. The argument is not used. Non-zero on success.
+    BOOL Create(UINT unused = 0);
+
+    /// Creates the phone book's databases and fills the groups from the platform's categories; with
+    /// `createWindow` also calls `Create`. Existing databases stay as they are. Opens nothing for use.
+    /// @return the result of filling the groups
+    [[nodiscard]] HRESULT initDB(bool createWindow);
+    /// Creates the four databases of the phone book. E_FAIL when any could not be made; one that exists
+    /// cannot be made again.
+    [[nodiscard]] HRESULT createDB();
+    /// Opens the five tables; `notifyWnd` (null: nobody) receives the notifications of the four databases.
+    /// E_FAIL when any table could not be opened; the others are open all the same.
+    [[nodiscard]] HRESULT openDB(CWnd* notifyWnd);
+    /// Closes the five tables. E_FAIL when any was not open.
+    HRESULT closeDB();
+    /// Drops the four databases with all they hold; never the contacts.
+    [[nodiscard]] HRESULT destroyDB();
+
+    /// The table object of an ID, null when it was not made yet. No range test. Borrowed.
+    Database::Table* getTable(UINT tableId) { return tables_[tableId]; }
+    int getNumTables() const { return nNumTables_; }
+    static const WCHAR* getDBName() { return PhoneBook::szPBDBName_; }
+
+    /// An iterator over a table in the order of one of its attributes, between two bounds that the caller
+    /// keeps alive. The caller deletes the iterator. Null when the table gives none.
+    Database::Iterator* getIterator(UINT tableId, int sortIdx, CCeDBProp* from, CCeDBProp* to);
+    /// The same by phone book attribute: its table, in its order.
+    Database::Iterator* getIterator(UINT pbAttrId, CCeDBProp* from, CCeDBProp* to);
+
+    /// The window that hears (message 0x8778) when the set of groups has changed; null: nobody.
+    void registerNotificationReceiver(CWnd* receiver) { receiver_ = receiver; }
+
+    // --- Attributes and schemas ------------------------------------------------------------------------
+    // None of the lookups tests its argument for range.
+
+    static constexpr const auto& aszTableName_ = PhoneBook::aszTableName_;
+    static constexpr const auto& atmDBAttrMap_ = PhoneBook::atmDBAttrMap_;
+    static constexpr const auto& adwCITypeMaskMap_ = PhoneBook::adwCITypeMaskMap_;
+    static constexpr const auto& adwTelNoAttrFlagMap_ = PhoneBook::adwTelNoAttrFlagMap_;
+    static constexpr const auto& aszDefPBGroupName_ = PhoneBook::aszDefPBGroupName_;
+    /// The schema of each table, by table ID.
+    static const Database::RecordDef (&aRecDef_)[nNumTableSchemas_];
+    /// What the contacts database calls the contacts table's attributes, index for index.
+    static const Database::RecordDef& recdefPOlCRaw_;
+    /// The empty speed-dial entry.
+    static const SpeedDialInfo nullSDialInfo;
+
+    static int getNumPBAttrs() { return nNumPBAttrs_; }
+    static int getTableID(int pbAttrId) { return PhoneBook::getTableID(pbAttrId); }
+    static int getAttrIDInTable(int pbAttrId) { return PhoneBook::getAttrIDInTable(pbAttrId); }
+    /// 18 when no phone book attribute is (tableId, attrIdx).
+    static int getPBDBAttrID(int tableId, int attrIdx) { return PhoneBook::getPBDBAttrID(tableId, attrIdx); }
+    static DWORD getCITypeMaskFromPBDBAttrID(int pbAttrId) { return PhoneBook::getCITypeMaskFromPBDBAttrID(pbAttrId); }
+    /// The first attribute whose mask is exactly `flag`; 18 when none is.
+    static int getPBDBAttrIDFromCITypeFlag(DWORD flag) { return PhoneBook::getPBDBAttrIDFromCITypeFlag(flag); }
+    static DWORD getTelNoAttrFlag(int index) { return PhoneBook::getTelNoAttrFlag(index); }
+    /// 5 when `flag` is none of the five telephone-number flags.
+    static int getTelNoAttrIdx(DWORD flag) { return PhoneBook::getTelNoAttrIdx(flag); }
+    /// The flag of the record's primary number, 0 when it has no number.
+    static DWORD getPrimaryTelNoFlag(const PBRecord& record) { return PhoneBook::getPrimaryTelNoFlag(record); }
+    /// The attribute's name, asked of its table. Not for PBDBATTR_NONE, nor before the table was made.
+    CString& getDBAttrName(int pbAttrId);
+    static bool isHiddenAttr(int pbAttrId) { return PhoneBook::isHiddenAttr(pbAttrId); }
+    static bool isSDialNoAttr(int pbAttrId) { return PhoneBook::isSDialNoAttr(pbAttrId); }
+    static bool isTelNoAttr(int pbAttrId) { return PhoneBook::isTelNoAttr(pbAttrId); }
+    static bool isSMSReceiverAttr(int pbAttrId) { return PhoneBook::isSMSReceiverAttr(pbAttrId); }
+
+    // --- Records ---------------------------------------------------------------------------------------
+
+    /// Adds one newly allocated CCeDBProp per attribute of the table to `props`, in attribute order; a field
+    /// that the record's mask lacks gets the zero value of its type. The caller frees them: clearObArray.
+    /// The record's categories are replaced by its group in front of the categories that contact `oid` has.
+    HRESULT getTableAttrsFromPBRecord(int tableId, DWORD oid, PBRecord& record, CObArray& props);
+    /// Deletes what the array holds, last first, and empties it.
+    HRESULT clearObArray(CObArray& props);
+
+    /// Adds a contact and, when the record has any extension field, its extension row. The categories
+    /// become the group. Sets the categories bit in the record's mask.
+    /// @param oid receives the contact's identifier; may be null
+    /// @return the result of the last insert; E_FAIL when the contacts table is not open
+    [[nodiscard]] HRESULT insertPBRecord(PBRecord& record, DWORD* oid);
+    /// How many contacts there are, 0 before the contacts table was made.
+    DWORD getNumRecords();
+    /// Adds a row of sample values to the extension table.
+    [[nodiscard]] HRESULT insertRecord();
+
+    /// Contacts whose attribute holds the text: for the name, a part of it or its initial consonants. The
+    /// caller deletes the iterator. Null when there is no match.
+    Database::Iterator* searchPBRecord(int pbAttrId, const CString& text);
+    /// Contacts that a restriction such as [FileAs] >= "A" admits.
+    Database::Iterator* searchPBRecord(const CString& restriction);
+    /// Contacts within an earlier result, between two bounds of one attribute.
+    Database::Iterator* searchPBRecord(Database::POlDBIterator* outer, int attrIdx, CCeDBProp* from, CCeDBProp* to);
+    /// Contacts one of whose reduced numbers holds `telNo`. The outer iterator is not consulted: meant so.
+    Database::Iterator* searchPBRecordOfTelNo(Database::POlDBIterator* outer, const CString& telNo);
+
+    // --- Callers ---------------------------------------------------------------------------------------
+
+    /// Who has this number? The record's mask says which fields are wanted, and afterwards which were found.
+    /// @param telNo a reduced number (makeCNIP), compared exactly
+    /// @param oid receives the contact's identifier, or 0 unless an extension field was wanted; may be null
+    /// @return S_OK; S_FALSE when found only in part; E_INVALIDARG for an empty number; E_FAIL when no
+    ///         contact holds the number in any of its own, the record then being reset. When contacts hold
+    ///         it within a longer number only: S_OK, with the record untouched.
+    [[nodiscard]] HRESULT queryCallerInfo(const CString& telNo, PBRecord* record, DWORD* oid);
+    /// The wanted fields of one contact.
+    [[nodiscard]] HRESULT queryCallerInfo(const DWORD& oid, PBRecord* record);
+    /// The reduced number in a speed-dial slot. S_FALSE when the slot is empty.
+    [[nodiscard]] HRESULT queryCID(DWORD speedDialId, CString* telNo);
+
+    /// The reduced form of a number: digits, P, T, * and #, at most 32; a '+', the country code and the
+    /// space or '-' behind it become one '0'.
+    /// @param out receives at most 32 characters and a terminator
+    static void makeCNIP(const WCHAR* in, WCHAR* out);
+    static CString makeCNIP(const WCHAR* in);
+    /// A reduced number with dashes, by the domestic numbering plan: 010-1234-5678.
+    static CString makeTelNoStrFromCID(const WCHAR* cid);
+
+    // --- Groups ----------------------------------------------------------------------------------------
+
+    /// One past the largest group ID, 1 when there is no group. E_POINTER for a null `id`.
+    [[nodiscard]] HRESULT getNextAvailablePBGroupID(DWORD* id);
+    /// Makes a group of each category, or renames the one with its ID. E_FAIL when the categories are not open.
+    [[nodiscard]] HRESULT initAvailablePBGroup();
+    /// Adds a group under its own ID, or under the next one when `newId`. Its flags become 7.
+    [[nodiscard]] HRESULT insertAvailablePBGroup(PBGroupInfo* info, bool newId);
+    /// Adds the group or writes over the one with that ID. With bit 1 of `flags` a group that exists keeps
+    /// all but its name, and `info` receives what it kept.
+    [[nodiscard]] HRESULT writeAvailablePBGroup(DWORD id, PBGroupInfo* info, DWORD flags);
+    /// Writes all of `info` into the row `oid`. Its flags become 7.
+    [[nodiscard]] HRESULT updateAvailablePBGroup(DWORD oid, PBGroupInfo* info);
+    /// Copies a row into `info`; with bit 1 of `flags` without ID and name.
+    void RecordToPBGroupInfo(Database::Table* table, const CCeDBRecord& record, PBGroupInfo* info, DWORD flags);
+
+    // --- Import ----------------------------------------------------------------------------------------
+
+    /// Fills the databases from a comma-separated UTF-16LE file whose first line is a header: entries (every
+    /// mode but 1), or rows of the table that the file is named for (mode 1; "QZ_SpeedDialNo.csv"). Any mode
+    /// but 0 wants such a file name. A line that cannot be inserted is passed over.
+    /// Commits every 1,000 lines and at least every 250 ms.
+    /// @param listener learns what became of each line; may be null
+    /// @return S_OK when the file was read; E_FAIL when it names no table or cannot be opened, or when
+    ///         what was inserted could not be made durable
+    [[nodiscard]] HRESULT buildDBFromFile(CString& path, int mode, ImportListener* listener = nullptr);
+
+protected:
+    const MessageEntry* findHandler(UINT message) const override;
+    int OnCreate(LPCREATESTRUCT create);
+    void OnDestroy();
+
+    BOOL initTableObj(UINT tableId);
+    void finishTableObj();
+    BOOL createTable(UINT tableId);
+    BOOL openTable(UINT tableId, CWnd* notifyWnd);
+    BOOL closeTable(UINT tableId);
+    BOOL dropTable(UINT tableId);
+    void initCeNotifyRequest();
+    HRESULT addSHNotification();
+
+    CString makeCategories(Database::POlDBTable* contacts, DWORD oid, const CString& group);
+    CString getPBGroupName(const CString& categories, const CString& group);
+    HRESULT getPBRecord(CStringArray& values, PBRecord& record);
+    HRESULT getCallerInfo(IContact* contact, PBRecord* record, DWORD* found, DWORD* oid);
+    HRESULT getCallerInfo(DWORD& oid, CString& text, PBRecord* record, DWORD* found);
+
+private:
+    static const MessageEntry _messageEntries[];
+
+    Database::POlDBTable* contactsTable();
+    Database::CeDBTable* cedbTable(UINT tableId);
+    bool isTableOpen(UINT tableId);
+    Database::CeDBTable* reopenSortedBy(UINT tableId, WORD attrIdx);
+
+    HRESULT insertExtensionRow(DWORD contactOid, PBRecord& record);
+    HRESULT fillRecord(IContact* contact, PBRecord* record, DWORD* oid);
+    HRESULT importEntry(CStringArray& values, DWORD& oid);
+    HRESULT importRow(UINT tableId, const CStringArray& values);
+
+    CWnd* receiver_ = nullptr;
+    std::array<Database::Table*, nNumTableSchemas_> tables_{};
+    std::array<HANDLE, 2> databaseHandles_{};
+    CENOTIFYREQUEST notifyRequest_{};
+    CMap<DWORD, DWORD, std::int16_t, std::int16_t> categories_{8};  ///< Category record to the ID of its group.
+    std::array<SpeedDialInfo, 100> speedDialCache_;
+    std::unique_ptr<Database::Table> categoriesTable_;  ///< What slot 5 points at; finishTableObj passes it over.
+};
+
+}  // namespace PhoneBook
