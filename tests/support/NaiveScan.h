@@ -85,9 +85,9 @@ inline std::vector<NaiveMatch> naiveNameScan(const CString& key) {
 }
 
 inline std::vector<NaiveMatch> naiveNumberScan(const CString& key) {
-    static constexpr CEPROPID numbers[] = {
-        ContactProperty::mobileTelephoneNumber, ContactProperty::homeTelephoneNumber,
-        ContactProperty::businessTelephoneNumber, ContactProperty::pagerNumber, ContactProperty::businessFaxNumber};
+    static constexpr CEPROPID numbers[] = {ContactProperty::mobileTelephoneNumber, ContactProperty::homeTelephoneNumber,
+                                           ContactProperty::businessTelephoneNumber, ContactProperty::pagerNumber,
+                                           ContactProperty::businessFaxNumber};
     std::vector<NaiveMatch> matches;
     readContactsInNameOrder([&](CEOID oid, const CCeDBRecord& record) {
         CString name;

@@ -1,0 +1,258 @@
+// Files of contacts: both encodings, lines that are skipped, and files that make no sense.
+
+#include <sys/stat.h>
+
+#include "tests/tools/ToolTest.h"
+
+using namespace tool_test;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using testing_support::readFile;
+using testing_support::utf16Bytes;
+
+namespace {
+
+constexpr std::u16string_view threePeople =
+    u"Name,Group\n김민수,친구,,010-2345-6789\nAnna,family,,010-1111-2222\n고민정,,,010-3333-4444\n";
+
+std::string utf8(std::u16string_view text) {
+    std::string bytes;
+    for (const char16_t unit : text) {
+        if (unit < 0x80) {
+            bytes += static_cast<char>(unit);
+        } else {
+            bytes += static_cast<char>(0xE0 | unit >> 12);
+            bytes += static_cast<char>(0x80 | (unit >> 6 & 0x3F));
+            bytes += static_cast<char>(0x80 | (unit & 0x3F));
+        }
+    }
+    return bytes;
+}
+
+std::vector<std::string> importedNames(const std::string& bytes) {
+    const Tool tool;
+    const Outcome outcome = tool("import", tool.file("people.csv", bytes));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("imported 3 of 3 lines\n"));
+    return namesIn(tool.json(0, "list"));
+}
+
+std::vector<Json> jsonLines(const std::string& text) {
+    std::vector<Json> objects;
+    for (const std::string& line : linesOf(text))
+        objects.push_back(Json::parse(line));
+    return objects;
+}
+
+/// Nothing of the file was imported, no store was made, and nothing was left behind.
+void expectRefused(const Tool& tool, const std::string& path, const std::string& why) {
+    expectFailure(tool("import", path), 3, why);
+    EXPECT_FALSE(exists(tool.store())) << why;
+    EXPECT_TRUE(std::filesystem::is_empty(tool.temporary())) << why;
+}
+
+void expectRefusedBytes(const std::string& bytes, const std::string& why) {
+    const Tool tool;
+    expectRefused(tool, tool.file("people.csv", bytes), why);
+}
+
+}  // namespace
+
+TEST(ToolImport, ReadsUtf16AndUtf8WithAMarkAndWithout) {
+    const auto names = ElementsAre("Anna", "고민정", "김민수");
+    EXPECT_THAT(importedNames(utf16Bytes(threePeople)), names);
+    EXPECT_THAT(importedNames("\xFF\xFE" + utf16Bytes(threePeople)), names);
+    EXPECT_THAT(importedNames(utf8(threePeople)), names);
+    EXPECT_THAT(importedNames("\xEF\xBB\xBF" + utf8(threePeople)), names);
+}
+
+TEST(ToolImport, RecognisesUtf16WhoseHeaderHasNoLatinCharacter) {
+    EXPECT_THAT(importedNames(utf16Bytes(u"이름\n가\n나\n다\n")), ElementsAre("가", "나", "다"));
+    // The first byte of 上 is that of a line feed.
+    EXPECT_THAT(importedNames(utf16Bytes(u"上\n上가\n上나\n上다\n")).size(), 3);
+}
+
+TEST(ToolImport, TakesLinesThatEndTheWayOfOtherSystems) {
+    const Tool tool;
+    tool("import", tool.file("people.csv", "Name,Group\r\nAnna,friends\r\nPaul\r\n"));
+    const Json contacts = tool.json(0, "list");
+    EXPECT_THAT(namesIn(contacts), ElementsAre("Anna", "Paul"));
+    EXPECT_EQ(contacts[0]["group"], "friends");
+}
+
+TEST(ToolImport, TakesALastLineWithoutItsEnd) {
+    const Tool tool;
+    EXPECT_EQ(tool("import", tool.file("people.csv", "Name\nAnna")).out, "imported 1 of 1 line\n");
+}
+
+TEST(ToolImport, StoresEveryColumn) {
+    const Tool tool;
+    tool("import",
+         tool.file("people.csv",
+                   "header\n김민수,친구,ignored,010-1,02-2,031-3,m@example.com,av,ph,be,1990-03-05,0x1c,015-4,"
+                   "02-5,notes,0x0201,0x10\n"));
+    const Json contact = tool.json(0, "list")[0];
+    EXPECT_EQ(contact, (Json{{"oid", contact["oid"]},
+                             {"name", "김민수"},
+                             {"group", "친구"},
+                             {"categories", "친구"},
+                             {"mobile", "010-1"},
+                             {"home", "02-2"},
+                             {"business", "031-3"},
+                             {"email", "m@example.com"},
+                             {"pager", "015-4"},
+                             {"fax", "02-5"},
+                             {"birthday", "1990-03-05"},
+                             {"avatar", "av"},
+                             {"photo", "ph"},
+                             {"bell", "be"},
+                             {"callingScreen", 28},
+                             {"private", 513},
+                             {"primary", 16}}));
+}
+
+TEST(ToolImport, AddsToThePhoneBookThatThereIs) {
+    const Tool tool;
+    tool("add", "--name", "Zoe");
+    EXPECT_EQ(tool("import", tool.file("people.csv", "Name\nAnna\n")).status, 0);
+    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("Anna", "Zoe"));
+}
+
+TEST(ToolImport, SkipsLinesThatCannotBecomeContactsAndSaysWhy) {
+    const Tool tool;
+    const std::string columns(16, ',');
+    const std::string bytes =
+        "Name\n"     // 1
+        "Anna\n"     // 2
+        "\n"         // 3
+        " ,\t,\r\n"  // 4
+        "Paul\n" +   // 5
+        std::string(100'000, 'x') +
+        "\n"  // 6
+        "Nu" +
+        std::string(1, '\0') +
+        "ll\n"  // 7
+        "Many" +
+        columns +
+        "17,18\n"  // 8
+        "Enough" +
+        columns +
+        "4,,,\n"  // 9
+        "a," +
+        std::string(32'735, 'y') + "\n\n";  // 10, 11
+    const Outcome outcome = tool("import", tool.file("people.csv", bytes));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out,
+              "line 3 skipped: it is blank\n"
+              "line 4 skipped: it is blank\n"
+              "line 6 skipped: a value is longer than 32735 characters\n"
+              "line 7 skipped: it holds a zero character\n"
+              "line 8 skipped: it has more columns than the format\n"
+              "line 11 skipped: it is blank\n"
+              "imported 4 of 10 lines\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("a", "Anna", "Enough", "Paul"));
+}
+
+TEST(ToolImport, WritesAnObjectALineInTheirOrderAndTheSums) {
+    const Tool tool;
+    const Outcome outcome = tool("import", "--json", tool.file("people.csv", "Name\n\nAnna\n\n\nPaul\n\n"));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    const Json contacts = tool.json(0, "list");
+    EXPECT_THAT(
+        jsonLines(outcome.out),
+        ElementsAre(Json{{"line", 2}, {"skipped", "it is blank"}}, Json{{"line", 3}, {"oid", contacts[0]["oid"]}},
+                    Json{{"line", 4}, {"skipped", "it is blank"}}, Json{{"line", 5}, {"skipped", "it is blank"}},
+                    Json{{"line", 6}, {"oid", contacts[1]["oid"]}}, Json{{"line", 7}, {"skipped", "it is blank"}},
+                    Json{{"imported", 2}, {"lines", 6}, {"skipped", 4}}));
+}
+
+TEST(ToolImport, SkipsALineWhoseValuesFitOneByOneButNotTogether) {
+    const Tool tool;
+    std::string line = "Big";
+    for (int column = 0; column < 6; ++column)
+        line += "," + std::string(30'000, 'x');
+    const Outcome outcome = tool("import", tool.file("people.csv", "Name\nAnna\n" + line + "\nPaul\n"));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out,
+              "line 3 skipped: its values together are longer than a contact can be\n"
+              "imported 2 of 3 lines\n");
+}
+
+TEST(ToolImport, OfAHeaderAloneImportsNothingAndIsDone) {
+    const Tool tool;
+    EXPECT_EQ(tool("import", tool.file("people.csv", "Name,Group\n")).out, "imported 0 of 0 lines\n");
+    EXPECT_EQ(tool.json(0, "list"), Json::array());
+}
+
+TEST(ToolImport, RefusesFilesThatItCannotRead) {
+    const Tool tool;
+    expectRefused(tool, (tool / "missing.csv").string(), "there is no such file");
+    expectRefused(tool, tool.temporary().string(), "is a folder");
+    expectRefused(tool, "/dev/null", "is no regular file");
+}
+
+TEST(ToolImport, RefusesFilesThatAreNoText) {
+    expectRefusedBytes("", "is empty");
+    expectRefusedBytes("\xFF\xFE", "is empty");
+    expectRefusedBytes("\xEF\xBB\xBF", "is empty");
+    expectRefusedBytes(utf16Bytes(threePeople) + "x", "even number of bytes");
+    expectRefusedBytes("\xFF\xFE" + utf16Bytes(threePeople) + "x", "even number of bytes");
+    expectRefusedBytes("\xFE\xFF" + utf16Bytes(threePeople), "big-endian");
+    expectRefusedBytes("Name\nAnna\nP\xE9ter\n", "line 3 is neither UTF-8 nor UTF-16LE");
+    expectRefusedBytes(utf16Bytes(u"Name\nAnna\n") + std::string("\x3D\xD8 \0", 4), "line 3 is neither");
+    expectRefusedBytes(std::string(4096, '\0'), "zero character");
+}
+
+TEST(ToolImport, TakesNamesWithQuotesAndEmoji) {
+    const Tool tool;
+    tool("import", tool.file("people.csv", "Name\nO'Brien [\"the 😀\"]\n"));
+    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("O'Brien [\"the 😀\"]"));
+    EXPECT_THAT(namesIn(tool.json(0, "search", "\"the 😀\"]")), ElementsAre("O'Brien [\"the 😀\"]"));
+}
+
+TEST(ToolImport, TakesNumbersOfFortyDigits) {
+    const Tool tool;
+    const std::string number = "1234567890123456789012345678901234567890";
+    tool("import", tool.file("people.csv", "Name\nAnna,,," + number + "\n"));
+    EXPECT_EQ(tool.json(0, "list")[0]["mobile"], number);
+    EXPECT_EQ(tool.json(0, "identify", number)["name"], "Anna");
+}
+
+TEST(ToolImport, LeavesItsSourceAndTheTemporaryFolderAsTheyWere) {
+    const Tool tool;
+    const std::string path = tool.file("people.csv", "Name\r\nAnna\r\n\r\n");
+    tool("import", path);
+    EXPECT_EQ(readFile(path), "Name\r\nAnna\r\n\r\n");
+    EXPECT_TRUE(std::filesystem::is_empty(tool.temporary()));
+}
+
+TEST(ToolImport, SaysWhenThereIsNoPlaceForItsWorkingFile) {
+    const Tool tool;
+    auto command = tool.command({"import", tool.file("people.csv", "Name\nAnna\n")});
+    command.environment["TMPDIR"] = (tool / "nowhere").string();
+    expectFailure(run(command), 3, "temporary");
+    EXPECT_FALSE(exists(tool.store()));
+}
+
+TEST(ToolImport, DrawsItsProgressOnATerminalAndNowhereElse) {
+    const Tool tool;
+    auto command = tool.command({"import", tool.file("people.csv", "Name\nAnna\nPaul\n")});
+    EXPECT_EQ(run(command).err, "");
+    command.errorToTerminal = true;
+    const Outcome onTerminal = run(command);
+    EXPECT_EQ(onTerminal.status, 0);
+    EXPECT_THAT(onTerminal.err, HasSubstr("2 of 2 lines"));
+    EXPECT_THAT(onTerminal.err, Not(HasSubstr("\x1B")));
+    EXPECT_EQ(onTerminal.out, "imported 2 of 2 lines\n");
+}
+
+TEST(ToolImport, KeepsPeopleApartFromOtherUsersOfTheMachine) {
+    const Tool tool;
+    tool("import", tool.file("people.csv", "Name\nAnna\n"));
+    struct stat status {};
+    ASSERT_EQ(stat(tool.store().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+}

@@ -1,0 +1,77 @@
+// Stores that cannot be used: each a clear error that names the file, which stays as it was.
+
+#include <unistd.h>
+
+#include "tests/tools/ToolTest.h"
+
+using namespace tool_test;
+using testing_support::readFile;
+
+namespace {
+
+const std::vector<std::vector<std::string>> commands = {
+    {"init"}, {"add", "--name", "Anna"}, {"list"}, {"search", "a"}, {"number", "1"}, {"identify", "1"}, {"show", "1"}};
+
+void expectUnusable(const Tool& tool, const std::filesystem::path& store) {
+    for (auto arguments : commands) {
+        arguments.insert(arguments.begin(), {"--store", store.string()});
+        expectFailure(run(tool.command(arguments)), 3, store.string());
+    }
+    const std::string people = tool.file("people.csv", "Name\nAnna\n");
+    expectFailure(tool("--store", store.string(), "import", people), 3, store.string());
+}
+
+}  // namespace
+
+TEST(ToolStore, LeavesAFileThatIsNoStoreUntouched) {
+    const Tool tool;
+    const std::string text = "Dear diary, this is no phone book.\n" + std::string(5000, '.');
+    tool.file("diary.txt", text);
+    expectUnusable(tool, tool / "diary.txt");
+    EXPECT_EQ(readFile(tool / "diary.txt"), text);
+    EXPECT_FALSE(std::filesystem::exists(tool / "diary.txt-wal"));
+}
+
+TEST(ToolStore, LeavesAFolderUntouched) {
+    const Tool tool;
+    std::filesystem::create_directory(tool / "folder");
+    expectUnusable(tool, tool / "folder");
+    EXPECT_TRUE(std::filesystem::is_empty(tool / "folder"));
+}
+
+TEST(ToolStore, CannotBeMadeBelowAFile) {
+    const Tool tool;
+    tool.file("file", "text");
+    expectUnusable(tool, tool / "file/store.db");
+    EXPECT_EQ(readFile(tool / "file"), "text");
+}
+
+TEST(ToolStore, CannotBeMadeWhereNobodyMayWrite) {
+    const Tool tool;
+    // Not even the administrator writes here.
+    const std::filesystem::path store = "/proc/tessera-test/store.db";
+    expectFailure(tool("--store", store.string(), "init"), 3, store.string());
+    expectFailure(tool("--store", store.string(), "add", "--name", "Anna"), 3, store.string());
+}
+
+TEST(ToolStore, IsMadeInAFolderThatIsMissing) {
+    const Tool tool;
+    EXPECT_EQ(tool("--store", (tool / "new/folder/store.db").string(), "add", "--name", "Anna").status, 0);
+    EXPECT_TRUE(std::filesystem::exists(tool / "new/folder/store.db"));
+}
+
+TEST(ToolStore, MayHaveANameInAnyScript) {
+    const Tool tool;
+    const std::string store = (tool / "전화번호부 \x1B.db").string();
+    EXPECT_EQ(tool("--store", store, "add", "--name", "Anna").status, 0);
+    EXPECT_TRUE(std::filesystem::exists(store));
+}
+
+TEST(ToolStore, OfAnotherProgramGetsAPhoneBookFromInitAlone) {
+    const Tool tool;
+    ASSERT_TRUE(ObjectStore::mount(tool.store().string())) << ObjectStore::errorText();
+    ObjectStore::unmount();
+    expectFailure(tool("list"), 3, "tessera init");
+    EXPECT_EQ(tool("init").out, "made a phone book in " + tool.store().string() + "\n");
+    EXPECT_EQ(tool.json(0, "list"), Json::array());
+}

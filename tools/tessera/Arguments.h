@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "tessera/platform/base/CString.h"
+#include "tessera/platform/base/Types.h"
+
+namespace Tool {
+
+/// An argument of the command line as text; `name` is what the user calls it. Throws a Failure of wrong
+/// usage for what is not UTF-8.
+CString textArgument(const std::string& name, const std::string& value);
+
+/// A number, decimal or with 0x hexadecimal, of 32 bits. Throws a Failure of wrong usage for anything else.
+DWORD numberArgument(const std::string& name, const std::string& value);
+
+}  // namespace Tool

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+
+#include "Failure.h"
+#include "Settings.h"
+
+namespace CLI {
+class App;
+}
+
+namespace Tool {
+
+/// Runs the command that the command line chose.
+using Action = std::function<ExitStatus()>;
+
+// Each adds a command, with its options, to the program; parsing it sets `chosen`. The settings are read
+// when the action runs, not before.
+
+void defineInit(CLI::App& program, const Settings& settings, Action& chosen);
+void defineImport(CLI::App& program, const Settings& settings, Action& chosen);
+void defineAdd(CLI::App& program, const Settings& settings, Action& chosen);
+void defineShow(CLI::App& program, const Settings& settings, Action& chosen);
+void defineList(CLI::App& program, const Settings& settings, Action& chosen);
+void defineSearch(CLI::App& program, const Settings& settings, Action& chosen);
+void defineNumber(CLI::App& program, const Settings& settings, Action& chosen);
+void defineIdentify(CLI::App& program, const Settings& settings, Action& chosen);
+
+}  // namespace Tool

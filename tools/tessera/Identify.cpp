@@ -1,0 +1,105 @@
+// identify: who is calling?
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "Numbers.h"
+#include "Output.h"
+#include "Records.h"
+#include "Store.h"
+#include "tessera/platform/base/Unicode.h"
+
+namespace Tool {
+
+namespace {
+
+using PhoneBook::PhoneBookDBMgr;
+
+struct Arguments {
+    std::string number;
+    bool all = false;
+};
+
+struct Callers {
+    std::vector<Contact> contacts;
+    std::string matched;  ///< The form of the number that they hold.
+};
+
+/// The first contact with the number, as the phone book itself identifies a caller.
+std::vector<Contact> callerWith(PhoneBookDBMgr& manager, const CString& form) {
+    Contact caller{0, wantingAllFields()};
+    // The result does not tell whether anybody was found; the identifier does, as all fields were wanted.
+    static_cast<void>(manager.queryCallerInfo(form, &caller.record, &caller.oid));
+    if (caller.oid == 0) return {};
+    return {caller};
+}
+
+std::vector<Contact> holdersOf(PhoneBookDBMgr& manager, const CString& form) {
+    std::vector<Contact> contacts = readContacts(manager, manager.searchPBRecordOfTelNo(nullptr, form));
+    std::erase_if(contacts, [&](const Contact& contact) { return !holdsNumber(contact, form); });
+    return contacts;
+}
+
+Callers findCallers(PhoneBookDBMgr& manager, const std::vector<CString>& forms, bool all) {
+    for (const CString& form : forms) {
+        Callers callers{all ? holdersOf(manager, form) : callerWith(manager, form), utf8Of(form.view())};
+        if (!callers.contacts.empty()) return callers;
+    }
+    return {};
+}
+
+Json jsonOfCaller(const Contact& contact, const std::string& matched) {
+    Json object = jsonOf(contact);
+    object["matched"] = matched;
+    return object;
+}
+
+void write(const Settings& settings, const Callers& callers, bool all) {
+    if (!settings.json) {
+        if (all) {
+            writeContacts(settings, callers.contacts);
+        } else {
+            writeContact(settings, callers.contacts.front());
+        }
+        return writeLine("Matched", callers.matched);
+    }
+    if (!all) return writeJson(jsonOfCaller(callers.contacts.front(), callers.matched));
+    std::vector<Json> objects;
+    for (const Contact& contact : callers.contacts)
+        objects.push_back(jsonOfCaller(contact, callers.matched));
+    writeJsonArray(objects);
+}
+
+ExitStatus identify(const Settings& settings, const Arguments& arguments) {
+    const std::vector<CString> forms = formsOf(textArgument("NUMBER", arguments.number));
+    if (forms.empty()) throw wrongUsage("\"" + arguments.number + "\" holds no digits of a number");
+    Store store(settings, Store::WhenMissing::fail);
+    const Callers callers = findCallers(store.manager(), forms, arguments.all);
+    if (callers.contacts.empty()) {
+        return nothingFound(settings, "nobody in the phone book has the number " + arguments.number,
+                            arguments.all ? Json::array() : Json());
+    }
+    write(settings, callers, arguments.all);
+    return ExitStatus::done;
+}
+
+}  // namespace
+
+void defineIdentify(CLI::App& program, const Settings& settings, Action& chosen) {
+    CLI::App* command = program.add_subcommand("identify", "Tell who has a number, as it was received or typed");
+    const auto arguments = std::make_shared<Arguments>();
+    command->add_option("NUMBER", arguments->number, "The number in any spelling")->required();
+    command->add_flag("--all", arguments->all, "List everybody who has the number, not just the first");
+    command->footer("Examples:\n  tessera identify \"+82 10-2345-6789\"\n  tessera identify 01023456789 --all");
+    command->callback([&settings, &chosen, arguments] {
+        chosen = [&settings, arguments] { return identify(settings, *arguments); };
+    });
+}
+
+}  // namespace Tool

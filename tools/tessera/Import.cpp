@@ -1,0 +1,49 @@
+// import: contacts from a comma-separated file.
+
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "ImportFile.h"
+#include "ImportReport.h"
+#include "Store.h"
+#include "tessera/platform/base/Results.h"
+
+namespace Tool {
+
+namespace {
+
+constexpr int contactLines = 0;  // the mode in which a file's name is not looked at
+
+ExitStatus import(const Settings& settings, const std::string& path) {
+    const ImportFile file(path);  // before the store: a bad file makes none
+    Store store(settings, Store::WhenMissing::make);
+    ImportReport report(settings, file);
+    CString clean = textArgument("FILE", file.cleanPath());
+    if (FAILED(store.manager().buildDBFromFile(clean, contactLines, &report))) {
+        throw Failure("the import stopped; " + std::to_string(report.imported()) +
+                      " lines are in the phone book: " + storeErrorText(store.path()));
+    }
+    report.finish();
+    return ExitStatus::done;
+}
+
+}  // namespace
+
+void defineImport(CLI::App& program, const Settings& settings, Action& chosen) {
+    CLI::App* command =
+        program.add_subcommand("import", "Add the contacts of a file; makes the phone book when there is none");
+    const auto path = std::make_shared<std::string>();
+    command->add_option("FILE", *path, "Comma-separated text in UTF-8 or UTF-16LE, the first line being a header")
+        ->required();
+    command->footer(
+        "Columns: name, group, categories, mobile, home, business, e-mail, avatar, photo, bell, birthday,\n"
+        "calling screen, pager, fax, notes, private, primary. A value holds no comma; there is no quoting.\n"
+        "Example:\n  tessera import contacts.csv");
+    command->callback([&settings, &chosen, path] { chosen = [&settings, path] { return import(settings, *path); }; });
+}
+
+}  // namespace Tool

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "System.h"
+#include "tessera/platform/base/CString.h"
+
+namespace Tool {
+
+/// Neighbouring lines that are not handed to the phone book, all for one reason.
+struct SkippedLines {
+    int first;
+    int count;
+    const char* why;
+};
+
+/// A file of contacts, checked, and written anew as the phone book reads it: UTF-16LE without a mark, lines
+/// that end with a line feed alone, none that the phone book would make nothing good of.
+class ImportFile {
+public:
+    /// Throws a Failure when the file is none of contacts; see TextLines.
+    explicit ImportFile(const std::string& path);
+
+    /// The file for the phone book, there while this lives.
+    const std::string& cleanPath() const { return clean_.path(); }
+    /// Lines behind the header, those that are skipped included.
+    int lines() const { return lines_; }
+    /// In their order; the header is line 1.
+    const std::vector<SkippedLines>& skipped() const { return skipped_; }
+
+private:
+    void take(const CString& line, int number);
+    void write(const CString& line);
+    void flush();
+
+    PrivateFile clean_;
+    std::string buffer_;
+    int lines_ = 0;
+    std::vector<SkippedLines> skipped_;
+};
+
+}  // namespace Tool

@@ -1,0 +1,73 @@
+#include "ImportReport.h"
+
+#include <cstdio>
+#include <iostream>
+
+#include "System.h"
+#include "tessera/platform/base/Results.h"
+
+namespace Tool {
+
+namespace {
+
+/// Where JSON runs over the terminal a bar would only be in its way.
+bool progressIsWanted(const Settings& settings) {
+    return errorIsTerminal() && !(settings.json && outputIsTerminal());
+}
+
+std::string refusal(const char* what, HRESULT result) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%s (0x%08x)", what, static_cast<unsigned>(result));
+    return text;
+}
+
+}  // namespace
+
+ImportReport::ImportReport(const Settings& settings, const ImportFile& file)
+    : settings_(settings), file_(file), progress_(file.lines(), progressIsWanted(settings)) {}
+
+void ImportReport::lineTried(int line, HRESULT result, CEOID oid) {
+    pending_.push_back({line, result, oid});
+}
+
+void ImportReport::linesCommitted(int line) {
+    for (; !pending_.empty() && pending_.front().line <= line; pending_.pop_front())
+        tell(pending_.front());
+    std::cout.flush();
+    progress_.show(told_ - 1);
+}
+
+void ImportReport::tell(const Tried& tried) {
+    moveToNextLine();
+    // A contact that was refused may have left its extension row, which then gives the result.
+    if (tried.oid == 0) return tellSkipped(refusal("the phone book did not take it", tried.result));
+    if (FAILED(tried.result)) return tellSkipped(refusal("the phone book took only a part of it", tried.result));
+    ++imported_;
+    if (settings_.json) writeJson({{"line", told_}, {"oid", tried.oid}});
+}
+
+/// Steps to the next line of the source that was handed to the phone book, telling of those before it.
+void ImportReport::moveToNextLine() {
+    ++told_;
+    while (nextSkipped_ < file_.skipped().size() && file_.skipped()[nextSkipped_].first == told_) {
+        const SkippedLines& skipped = file_.skipped()[nextSkipped_++];
+        for (int i = 0; i < skipped.count; ++i, ++told_)
+            tellSkipped(skipped.why);
+    }
+}
+
+void ImportReport::tellSkipped(const std::string& why) {
+    if (settings_.json) return writeJson({{"line", told_}, {"skipped", why}});
+    progress_.clear();
+    std::cout << "line " << told_ << " skipped: " << why << '\n';
+}
+
+void ImportReport::finish() {
+    moveToNextLine();
+    progress_.clear();
+    const int lines = file_.lines();
+    if (settings_.json) return writeJson({{"imported", imported_}, {"lines", lines}, {"skipped", lines - imported_}});
+    std::cout << "imported " << imported_ << " of " << lines << (lines == 1 ? " line" : " lines") << '\n';
+}
+
+}  // namespace Tool

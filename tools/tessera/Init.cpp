@@ -1,0 +1,36 @@
+// init: makes the phone book.
+
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "DisplayText.h"
+#include "Output.h"
+#include "Store.h"
+
+namespace Tool {
+
+namespace {
+
+ExitStatus init(const Settings& settings) {
+    const Store store(settings, Store::WhenMissing::make);
+    if (settings.json) {
+        writeJson({{"store", store.path()}, {"made", store.wasMade()}});
+    } else {
+        std::cout << (store.wasMade() ? "made a phone book in " : "there is a phone book already in ")
+                  << displayable(store.path()) << '\n';
+    }
+    return ExitStatus::done;
+}
+
+}  // namespace
+
+void defineInit(CLI::App& program, const Settings& settings, Action& chosen) {
+    CLI::App* command = program.add_subcommand("init", "Make the phone book; one that exists stays as it is");
+    command->footer("Example:\n  tessera --store family.db init");
+    command->final_callback([&settings, &chosen] { chosen = [&settings] { return init(settings); }; });
+}
+
+}  // namespace Tool

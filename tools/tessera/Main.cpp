@@ -1,0 +1,78 @@
+// The command line: which command, with which options, and what the shell is told.
+
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "Commands.h"
+#include "DisplayText.h"
+#include "Failure.h"
+#include "Settings.h"
+
+namespace {
+
+using Tool::ExitStatus;
+
+constexpr auto define = {Tool::defineInit, Tool::defineImport, Tool::defineAdd,    Tool::defineShow,
+                         Tool::defineList, Tool::defineSearch, Tool::defineNumber, Tool::defineIdentify};
+
+int report(ExitStatus status, const std::string& why) {
+    std::cout.flush();
+    std::cerr << "tessera: " << Tool::displayable(why) << '\n';
+    return static_cast<int>(status);
+}
+
+void describe(CLI::App& program, Tool::Settings& settings) {
+    program.set_version_flag("--version", "tessera " TESSERA_VERSION, "Print the version and exit");
+    program
+        .add_option("--store", settings.storePath,
+                    "The store's file; else $TESSERA_STORE, else tessera/store.db in the data folder")
+        ->type_name("FILE");
+    program.add_flag("--json", settings.json, "Write JSON instead of text");
+    program.footer(
+        "Exit status: 0 done or found, 1 nothing found, 2 wrong usage, 3 failure.\n"
+        "Example:\n  tessera import contacts.csv && tessera identify \"+82 10-2345-6789\"");
+    program.require_subcommand(1);
+    program.fallthrough();  // the options above may also stand behind the command
+}
+
+/// Answers false when the line asked for help or the version, which are then printed.
+bool parse(CLI::App& program, int argc, char** argv) {
+    try {
+        program.parse(argc, argv);
+        return true;
+    } catch (const CLI::ParseError& stop) {
+        if (stop.get_exit_code() != 0) throw Tool::wrongUsage(std::string(stop.what()) + " (see tessera --help)");
+        program.exit(stop, std::cout, std::cerr);
+        return false;
+    }
+}
+
+ExitStatus run(int argc, char** argv) {
+    Tool::Settings settings;
+    Tool::Action chosen;
+    CLI::App program("Keeps a phone book and tells who is calling.", "tessera");
+    describe(program, settings);
+    for (const auto& defineCommand : define)
+        defineCommand(program, settings, chosen);
+    const ExitStatus status = parse(program, argc, argv) ? chosen() : ExitStatus::done;
+    if (!std::cout.flush()) throw Tool::Failure("cannot write to standard output");
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return static_cast<int>(run(argc, argv));
+    } catch (const Tool::Failure& failure) {
+        return report(failure.status(), failure.what());
+    } catch (const std::bad_alloc&) {
+        return report(ExitStatus::failure, "out of memory");
+    } catch (const std::exception& error) {
+        return report(ExitStatus::failure, error.what());
+    }
+}

@@ -1,0 +1,82 @@
+#include "Numbers.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "CountryCodes.h"
+#include "tessera/phonebook/PhoneBookDBMgr.h"
+
+namespace Tool {
+
+namespace {
+
+constexpr std::u16string_view internationalPrefix = u"00";
+
+bool counts(WCHAR ch) {
+    return std::u16string_view(u"0123456789PT*#").find(ch) != std::u16string_view::npos;
+}
+
+/// What counts of a number, of any length.
+std::u16string reduced(std::u16string_view text) {
+    std::u16string kept;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(kept), counts);
+    return kept;
+}
+
+/// Blanks, a parenthesis and the like may stand before the plus sign, digits may not.
+bool beginsWithPlus(std::u16string_view text) {
+    const auto first = std::find_if(text.begin(), text.end(), [](WCHAR ch) { return ch == u'+' || counts(ch); });
+    return first != text.end() && *first == u'+';
+}
+
+class Forms {
+public:
+    void add(std::u16string_view number) {
+        const CString form = PhoneBook::PhoneBookDBMgr::makeCNIP(CString(number));
+        if (form.IsEmpty() || std::find(forms_.begin(), forms_.end(), form) != forms_.end()) return;
+        forms_.push_back(form);
+    }
+
+    void addWithAndWithoutZero(const std::u16string& number) {
+        if (number.empty()) return;
+        add(number);
+        if (number.starts_with(u'0')) {
+            add(std::u16string_view(number).substr(1));
+        } else {
+            add(u'0' + number);
+        }
+    }
+
+    /// `number` begins with its country calling code.
+    void addInternational(const std::u16string& number) {
+        const std::u16string national = number.substr(countryCodeLength(number));
+        if (national.empty()) return;
+        add(u'0' + national);  // what the phone book makes of a plus sign, a code and a separator
+        addWithAndWithoutZero(national);
+        add(std::u16string(internationalPrefix) + number);
+    }
+
+    std::vector<CString> take() { return std::move(forms_); }
+
+private:
+    std::vector<CString> forms_;
+};
+
+}  // namespace
+
+std::vector<CString> formsOf(const CString& received) {
+    const std::u16string number = reduced(received.view());
+    const bool plus = beginsWithPlus(received.view());
+    const bool prefixed = !plus && number.starts_with(internationalPrefix);
+    const std::u16string behindPrefix = prefixed ? number.substr(internationalPrefix.size()) : number;
+
+    Forms forms;
+    if ((plus || prefixed) && countryCodeLength(behindPrefix) != 0) forms.addInternational(behindPrefix);
+    if (!plus) forms.addWithAndWithoutZero(number);
+    // A plus sign before no known code: all that is left is what the phone book itself would make of it.
+    if (plus && countryCodeLength(behindPrefix) == 0) forms.add(received.view());
+    return forms.take();
+}
+
+}  // namespace Tool

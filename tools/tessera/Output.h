@@ -1,0 +1,38 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "Failure.h"
+#include "Records.h"
+#include "Settings.h"
+
+namespace Tool {
+
+/// Keeps its keys in the order in which they were put.
+using Json = nlohmann::ordered_json;
+
+/// A contact with its fields under their keys, without those that it lacks.
+Json jsonOf(const Contact& contact);
+
+/// Writes one document, or one line of a stream, to standard output.
+void writeJson(const Json& document);
+
+/// A contact field by field, or as one JSON object.
+void writeContact(const Settings& settings, const Contact& contact);
+
+/// A table of contacts, aligned by display width, without the columns that all of them leave empty; or a
+/// JSON array with an object a line.
+void writeContacts(const Settings& settings, std::span<const Contact> contacts);
+void writeJsonArray(std::span<const Json> elements);
+
+/// Says on standard error what was not found; in JSON, standard output gets the document for nothing.
+ExitStatus nothingFound(const Settings& settings, const std::string& what, const Json& document = Json());
+
+/// A label and its value, aligned with the other lines about one contact.
+void writeLine(const std::string& label, const std::string& value);
+
+}  // namespace Tool

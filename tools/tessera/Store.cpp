@@ -1,0 +1,60 @@
+#include "Store.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "Failure.h"
+#include "tessera/platform/base/Results.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
+
+namespace Tool {
+
+namespace {
+
+bool isMissing(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path file(std::u8string(path.begin(), path.end()));
+    return std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found;
+}
+
+Failure noPhoneBook(const std::string& path) {
+    return Failure("there is no phone book in " + path +
+                   "; make one with \"tessera init\", or with \"tessera import FILE\" from a file of contacts");
+}
+
+}  // namespace
+
+std::string storeErrorText(const std::string& path) {
+    const std::string text = ObjectStore::errorText();
+    if (text.empty()) return path + ": the store does not answer";
+    return text.find(path) != std::string::npos ? text : path + ": " + text;
+}
+
+Store::Store(const Settings& settings, WhenMissing whenMissing)
+    : path_(settings.storePath.empty() ? ObjectStore::environmentPath() : settings.storePath) {
+    if (whenMissing == WhenMissing::fail && isMissing(path_)) throw noPhoneBook(path_);
+    mount();
+    manager_ = std::make_unique<PhoneBook::PhoneBookDBMgr>();
+    if (SUCCEEDED(manager_->openDB(nullptr))) return;
+    // A store that another program made may be without a phone book; anything else is an error.
+    if (GetLastError() != ERROR_FILE_NOT_FOUND) throw Failure(storeErrorText(path_));
+    if (whenMissing == WhenMissing::fail) throw noPhoneBook(path_);
+    makePhoneBook();
+}
+
+Store::~Store() {
+    manager_.reset();
+    ObjectStore::unmount();
+}
+
+void Store::mount() {
+    if (!ObjectStore::mount(path_)) throw Failure(storeErrorText(path_));
+}
+
+void Store::makePhoneBook() {
+    manager_->closeDB();
+    if (FAILED(manager_->initDB(false)) || FAILED(manager_->openDB(nullptr))) throw Failure(storeErrorText(path_));
+    wasMade_ = true;
+}
+
+}  // namespace Tool

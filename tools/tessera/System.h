@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Tool {
+
+// What the tool asks of the operating system beyond the standard library.
+
+bool outputIsTerminal();
+bool errorIsTerminal();
+
+/// A temporary file that nobody else can read. It has no name by which it could be left behind, wherever
+/// the system can do without: then it is gone even when the process is killed.
+class PrivateFile {
+public:
+    /// Throws a Failure when no file can be made.
+    PrivateFile();
+    ~PrivateFile();
+    PrivateFile(const PrivateFile&) = delete;
+    PrivateFile& operator=(const PrivateFile&) = delete;
+
+    /// Throws a Failure when it cannot be written, the disk being full.
+    void append(std::string_view bytes);
+    /// The path under which this process can open the file while this lives.
+    const std::string& path() const { return path_; }
+
+private:
+    int descriptor_ = -1;
+    std::string path_;
+    bool named_ = true;
+};
+
+}  // namespace Tool
