@@ -1,0 +1,14 @@
+#include <tessera/phonebook/PhoneBookDBMgr.h>
+
+// Puts one person into the store that the environment names, for the examples to find.
+
+int main() {
+    PhoneBook::PhoneBookDBMgr phoneBook;
+    if (FAILED(phoneBook.initDB(false)) || FAILED(phoneBook.openDB(nullptr))) return 1;
+    PhoneBook::PBRecord person;
+    person.strName = u"김민수";
+    person.strGroup = u"친구";
+    person.strMobileTelephoneNumber = u"010-2345-6789";
+    person.dwCITypeMask = 0x10005;  // these three
+    return FAILED(phoneBook.insertPBRecord(person, nullptr)) ? 1 : 0;
+}
