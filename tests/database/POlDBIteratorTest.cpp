@@ -1,9 +1,8 @@
-#include "tessera/database/POlDBIterator.h"
-
 #include <memory>
 
 #include <gtest/gtest.h>
 
+#include "tessera/database/POlDBIterator.h"
 #include "tessera/database/POlDBTable.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
@@ -52,7 +51,8 @@ TEST_F(ThreeContacts, ACursorStandsBeforeTheFirstContactUntilItIsMoved) {
 }
 
 TEST_F(ThreeContacts, AFailedMoveStandsBeyondTheEnd) {
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(S_OK, cursor->next());
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(S_OK, cursor->next());
     EXPECT_EQ(S_FALSE, cursor->next());
     EXPECT_EQ(0u, cursor->getCur());
     EXPECT_EQ(S_OK, cursor->prev()) << "from behind the last back onto it";

@@ -1,11 +1,10 @@
-#include "tessera/database/POlDBTable.h"
-
 #include <memory>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tessera/database/POlDBIterator.h"
+#include "tessera/database/POlDBTable.h"
 #include "tessera/phonebook/model/PBAttributes.h"
 #include "tessera/phonebook/model/PBRecord.h"
 #include "tessera/phonebook/model/Schemas.h"
@@ -306,7 +305,8 @@ TEST(POlDBTable, NarrowsAnEarlierResult) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"}) insert(table, rowNamed(name));
+    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"})
+        insert(table, rowNamed(name));
     CCeDBProp from = text(u"B");
     const std::unique_ptr<Iterator> fromB(table.getIterator(&from, nullptr));
     ASSERT_NE(nullptr, fromB);

@@ -1,5 +1,3 @@
-#include "tessera/database/ScanIterator.h"
-
 #include <memory>
 #include <thread>
 #include <vector>
@@ -7,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tessera/database/POlDBTable.h"
+#include "tessera/database/ScanIterator.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
@@ -30,7 +29,8 @@ protected:
     }
     static std::vector<CString> namesOf(const std::unique_ptr<Iterator>& found) {
         std::vector<CString> names;
-        while (found != nullptr && found->next() == S_OK) names.push_back(found->getString(0));
+        while (found != nullptr && found->next() == S_OK)
+            names.push_back(found->getString(0));
         return names;
     }
     static std::vector<CString> names(std::initializer_list<const WCHAR*> list) { return {list.begin(), list.end()}; }
@@ -40,7 +40,8 @@ protected:
 };
 
 TEST_F(Scans, ANameIsFoundByAnyPartOfItInAnyCase) {
-    for (const WCHAR* name : {u"Kim", u"KIM Su", u"Akim", u"Lee"}) book.add(contact().name(name));
+    for (const WCHAR* name : {u"Kim", u"KIM Su", u"Akim", u"Lee"})
+        book.add(contact().name(name));
     EXPECT_EQ(names({u"Akim", u"Kim", u"KIM Su"}), namesOf(byName(u"kim")));
     EXPECT_EQ(names({u"Akim", u"Kim", u"KIM Su"}), namesOf(byName(u"KiM")));
     EXPECT_EQ(names({u"KIM Su"}), namesOf(byName(u"m s")));
@@ -57,13 +58,15 @@ TEST_F(Scans, InitialConsonantsFindTheBeginningOfAName) {
 }
 
 TEST_F(Scans, ATenseConsonantFindsOnlyItself) {
-    for (const WCHAR* name : {u"가", u"까"}) book.add(contact().name(name));
+    for (const WCHAR* name : {u"가", u"까"})
+        book.add(contact().name(name));
     EXPECT_EQ(names({u"까"}), namesOf(byName(u"ㄲ")));
     EXPECT_EQ(names({u"가", u"까"}), namesOf(byName(u"ㄱ")));
 }
 
 TEST_F(Scans, AConsonantWithoutAnInitialFindsEveryName) {
-    for (const WCHAR* name : {u"Kim", u"김"}) book.add(contact().name(name));
+    for (const WCHAR* name : {u"Kim", u"김"})
+        book.add(contact().name(name));
     EXPECT_EQ(2u, namesOf(byName(u"ㄳ")).size());
     EXPECT_EQ(names({u"김"}), namesOf(byName(u"ㄳㄱ"))) << "it is dropped from the key";
 }

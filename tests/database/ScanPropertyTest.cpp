@@ -21,6 +21,7 @@ using testing_support::contact;
 using testing_support::MemoryStoreMount;
 using testing_support::NaiveMatch;
 using testing_support::OpenPhoneBook;
+using testing_support::TemporaryStore;
 
 /// Few characters, so that keys are found: Hangul with plain and tense initials, Latin in both cases, blanks.
 rc::Gen<std::u16string> nameText(std::size_t atMost) {
@@ -45,7 +46,8 @@ rc::Gen<std::u16string> numberText() {
 std::vector<NaiveMatch> matchesOf(POlDBTable& contacts, int attr, const CString& key) {
     std::vector<NaiveMatch> matches;
     const std::unique_ptr<Iterator> found(contacts.getScanIterator(nullptr, attr, key));
-    while (found != nullptr && found->next() == S_OK) matches.emplace_back(found->getCur(), found->getString(0));
+    while (found != nullptr && found->next() == S_OK)
+        matches.emplace_back(found->getCur(), found->getString(0));
     return matches;
 }
 
@@ -80,8 +82,8 @@ void changeSomething(OpenPhoneBook& book, std::vector<DWORD>& oids) {
     RC_ASSERT(contacts.updateRecord(oids[at], &row, 0, nullptr) == S_OK);
 }
 
-RC_GTEST_PROP(ScanIterator, FindsWhatAPlainReadingFindsInItsOrder, ()) {
-    const MemoryStoreMount store;
+/// Holds searches in between changes against the plain reading, on the mounted store.
+void searchWhileChanging() {
     OpenPhoneBook book;
     POlDBTable& contacts = *static_cast<POlDBTable*>(book->getTable(0));
     std::vector<DWORD> oids;
@@ -95,6 +97,16 @@ RC_GTEST_PROP(ScanIterator, FindsWhatAPlainReadingFindsInItsOrder, ()) {
         RC_ASSERT(matchesOf(contacts, 0, nameKey) == testing_support::naiveNameScan(nameKey));
         RC_ASSERT(matchesOf(contacts, SCANATTR_TELNO, numberKey) == testing_support::naiveNumberScan(numberKey));
     }
+}
+
+RC_GTEST_PROP(ScanIterator, FindsWhatAPlainReadingFindsInItsOrder, ()) {
+    const MemoryStoreMount store;
+    searchWhileChanging();
+}
+
+RC_GTEST_PROP(ScanIterator, FindsWhatAPlainReadingFindsOnDisk, ()) {
+    const TemporaryStore store;
+    searchWhileChanging();
 }
 
 }  // namespace

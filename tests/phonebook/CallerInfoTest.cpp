@@ -163,7 +163,8 @@ TEST(QueryCallerInfo, FindsTheExtensionRowWhateverOrderItsTableIsIn) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
     DWORD last = 0;
-    for (const WCHAR* group : {u"C", u"B", u"A", u"B"}) last = book.add(contact().name(u"Kim").group(group));
+    for (const WCHAR* group : {u"C", u"B", u"A", u"B"})
+        last = book.add(contact().name(u"Kim").group(group));
     auto* extension = static_cast<Database::CeDBTable*>(book->getTable(PBDBTBL_PHONEBOOKEXT));
     extension->close();
     ASSERT_TRUE(extension->open(3, 0, nullptr));

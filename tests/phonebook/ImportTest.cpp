@@ -21,7 +21,8 @@ protected:
     /// Writes the text as UTF-16LE; answers the path.
     CString file(const std::string& name, std::u16string_view text) {
         std::ofstream out(folder / name, std::ios::binary);
-        for (const char16_t unit : text) out.put(static_cast<char>(unit)).put(static_cast<char>(unit >> 8));
+        for (const char16_t unit : text)
+            out.put(static_cast<char>(unit)).put(static_cast<char>(unit >> 8));
         return path(name);
     }
     CString path(const std::string& name) { return *textOfUtf8((folder / name).string()); }
@@ -59,8 +60,9 @@ TEST_F(Import, AnEntryLineMakesAContactAndItsExtensionRow) {
 }
 
 TEST_F(Import, EachColumnFillsItsField) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\n김민수,가족,ignored,010-1,02-2,031-3,k@x.kr,av,ph,ding,1990-03-05,0x1c,"
-                                         u"012-4,02-5,note,513,0x10,more,and more\n")));
+    EXPECT_EQ(S_OK, import(file("a.csv",
+                                u"header\n김민수,가족,ignored,010-1,02-2,031-3,k@x.kr,av,ph,ding,1990-03-05,0x1c,"
+                                u"012-4,02-5,note,513,0x10,more,and more\n")));
     const auto all = contacts();
     ASSERT_EQ(1u, all.size());
     const PBRecord& kim = all[0];
@@ -133,7 +135,8 @@ TEST_F(Import, AFileThatCannotBeOpenedFails) {
 }
 
 TEST_F(Import, RowsGoIntoTheTableThatTheFileIsNamedFor) {
-    EXPECT_EQ(S_OK, import(file("QZ_SpeedDialNo.csv", u"id,type,number,flags\n7,0x4,0101234,7\n010,8,02,7,more\n9,4\n"), 1));
+    EXPECT_EQ(S_OK,
+              import(file("QZ_SpeedDialNo.csv", u"id,type,number,flags\n7,0x4,0101234,7\n010,8,02,7,more\n9,4\n"), 1));
     EXPECT_EQ(2u, book->getTable(PBDBTBL_SPEEDDIALNO)->getNumRecords()) << "a line with too few values is passed over";
     CString number;
     EXPECT_EQ(S_OK, book->queryCID(7, &number));
@@ -144,7 +147,8 @@ TEST_F(Import, RowsGoIntoTheTableThatTheFileIsNamedFor) {
 
 TEST_F(Import, RowsTakeTheirValuesByType) {
     EXPECT_EQ(S_OK, import(file("QZ_AvailablePBGroup.csv", u"h\n4000000000,Family,1,cat,bell,sms,12\n"), 1));
-    const std::unique_ptr<Database::Iterator> rows(book->getIterator(UINT{PBDBTBL_AVAILABLEPBGROUP}, 0, nullptr, nullptr));
+    const std::unique_ptr<Database::Iterator> rows(
+        book->getIterator(UINT{PBDBTBL_AVAILABLEPBGROUP}, 0, nullptr, nullptr));
     CCeDBRecord row;
     ASSERT_EQ(S_OK, rows->getRecordAt(0, &row));
     EXPECT_EQ(4'000'000'000u, row.findProp(768)->getUI4());
@@ -195,7 +199,8 @@ TEST_F(Import, AListenerLearnsWhatBecameOfEachLine) {
 
 TEST_F(Import, CommitsAtLeastEveryThousandLines) {
     std::u16string text = u"header\n";
-    for (int i = 0; i < 2'500; ++i) text += u"Kim\n";
+    for (int i = 0; i < 2'500; ++i)
+        text += u"Kim\n";
     Recorder recorder;
     EXPECT_EQ(S_OK, import(file("a.csv", text), 0, &recorder));
     ASSERT_GE(recorder.committed.size(), 3u);

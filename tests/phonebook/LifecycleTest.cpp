@@ -28,7 +28,8 @@ public:
 TEST(PhoneBookDBMgr, OpensNothingWhenItIsMade) {
     const MemoryStoreMount store;
     Manager manager;
-    for (UINT id = 0; id < 6; ++id) EXPECT_EQ(nullptr, manager.getTable(id));
+    for (UINT id = 0; id < 6; ++id)
+        EXPECT_EQ(nullptr, manager.getTable(id));
     EXPECT_EQ(5, manager.getNumTables());
     EXPECT_EQ(CString(u"PhoneBookDB"), CString(PhoneBookDBMgr::getDBName()));
     EXPECT_EQ(0u, manager.getNumRecords());
@@ -50,10 +51,12 @@ TEST(PhoneBookDBMgr, SetsUpOpensAndClosesTheDatabases) {
     EXPECT_EQ(0u, manager.GetSafeHwnd()) << "no window was asked for";
     EXPECT_FALSE(manager.getTable(3)->isOpen()) << "setting up leaves nothing open";
     EXPECT_EQ(S_OK, manager.openDB(nullptr));
-    for (UINT id = 0; id < 5; ++id) EXPECT_TRUE(manager.getTable(id)->isOpen()) << id;
+    for (UINT id = 0; id < 5; ++id)
+        EXPECT_TRUE(manager.getTable(id)->isOpen()) << id;
     EXPECT_FALSE(manager.getTable(5)->isOpen());
     EXPECT_EQ(S_OK, manager.closeDB());
-    for (UINT id = 0; id < 5; ++id) EXPECT_FALSE(manager.getTable(id)->isOpen()) << id;
+    for (UINT id = 0; id < 5; ++id)
+        EXPECT_FALSE(manager.getTable(id)->isOpen()) << id;
 }
 
 TEST(PhoneBookDBMgr, SettingUpTwiceKeepsWhatIsThere) {

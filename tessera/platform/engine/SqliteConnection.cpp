@@ -129,12 +129,14 @@ SqliteFailure SqliteConnection::failureOf(int result) const {
     const int primary = result == SQLITE_IOERR_NOMEM ? SQLITE_NOMEM : result & 0xFF;
     const auto found = std::find_if(troubles.begin(), troubles.end(),
                                     [&](const Trouble& trouble) { return trouble.result == primary; });
+    if (found == troubles.end()) return failure(ERROR_GEN_FAILURE, sqlite3_errstr(result));
+    if (primary != SQLITE_BUSY) return failure(found->error, found->sentence);
+    return failure(found->error, std::string(found->sentence) + "; gave up after " + spell(writerWait_));
+}
+
+SqliteFailure SqliteConnection::failure(DWORD error, std::string_view sentence) const {
     const std::u8string name = file_.u8string();
-    std::string text(name.begin(), name.end());
-    if (found == troubles.end()) return {ERROR_GEN_FAILURE, text + ": " + sqlite3_errstr(result)};
-    text += std::string(": ") + found->sentence;
-    if (primary == SQLITE_BUSY) text += "; gave up after " + spell(writerWait_);
-    return {found->error, text};
+    return {error, std::string(name.begin(), name.end()).append(": ").append(sentence)};
 }
 
 SqliteFailure SqliteConnection::damage() const {

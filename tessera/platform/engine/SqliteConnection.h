@@ -47,6 +47,8 @@ public:
     std::uint64_t fileSize();
 
     const std::filesystem::path& file() const { return file_; }
+    /// A failure with this file: the sentence is put behind its name.
+    SqliteFailure failure(DWORD error, std::string_view sentence) const;
     /// What to say of a result code of SQLite's.
     SqliteFailure failureOf(int result) const;
     /// The failure of a store whose contents make no sense.

@@ -29,8 +29,7 @@ void SqliteEngine::begin() {
     const StoreState& store = counters_.store();
     lastChangeBefore_ = store.lastChange;
     if (store.collation == keys_.version()) return;
-    throw SqliteFailure{ERROR_REVISION_MISMATCH,
-                        connection_->damage().text + ": a program with another collation has rebuilt it"};
+    throw connection_->failure(ERROR_REVISION_MISMATCH, "a program with another collation has rebuilt it");
 }
 
 void SqliteEngine::commit() {

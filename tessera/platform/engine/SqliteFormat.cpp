@@ -74,11 +74,6 @@ std::uint32_t bigEndian(std::string_view header, std::size_t at, std::size_t wid
     return value;
 }
 
-[[noreturn]] void refuse(const SqliteConnection& connection, DWORD error, const char* why) {
-    const std::u8string name = connection.file().u8string();
-    throw SqliteFailure{error, std::string(name.begin(), name.end()) + ": " + why};
-}
-
 bool hasLog(const std::filesystem::path& file) {
     std::filesystem::path log = file;
     log += "-wal";
@@ -99,20 +94,22 @@ bool cutShort(SqliteConnection& connection, std::string_view header) {
 
 void checkStoreFile(SqliteConnection& connection) {
     const std::string header = connection.readStart(headerBytes);
-    if (!header.starts_with(magic)) refuse(connection, ERROR_BAD_FORMAT, "it is not a Tessera store");
+    if (!header.starts_with(magic)) throw connection.failure(ERROR_BAD_FORMAT, "it is not a Tessera store");
     if (header.size() < headerBytes) throw connection.damage();
     if (bigEndian(header, atApplicationId, 4) != applicationId) {
-        refuse(connection, ERROR_BAD_FORMAT, "it is not a Tessera store");
+        throw connection.failure(ERROR_BAD_FORMAT, "it is not a Tessera store");
     }
     const std::uint32_t version = bigEndian(header, atUserVersion, 4);
     if (version > formatVersion) {
-        refuse(connection, ERROR_REVISION_MISMATCH, "it is a store of a newer version of Tessera");
+        throw connection.failure(ERROR_REVISION_MISMATCH, "it is a store of a newer version of Tessera");
     }
     if (version == 0 || cutShort(connection, header)) throw connection.damage();
 }
 
 void createTables(SqliteConnection& connection, const SortKeys& keys, const std::string& locale) {
-    connection.run("PRAGMA page_size = 4096; PRAGMA auto_vacuum = NONE; PRAGMA journal_mode = WAL");
+    // Whoever publishes the file makes it durable as a whole.
+    connection.run(
+        "PRAGMA page_size = 4096; PRAGMA auto_vacuum = NONE; PRAGMA journal_mode = WAL; PRAGMA synchronous = OFF");
     connection.run(tables);
     connection.run(("PRAGMA application_id = " + std::to_string(applicationId)).c_str());
     connection.run(("PRAGMA user_version = " + std::to_string(formatVersion)).c_str());

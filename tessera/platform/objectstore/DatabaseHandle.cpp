@@ -79,7 +79,7 @@ DWORD DatabaseHandle::read(Session& session, std::string_view& packed) {
 }
 
 void DatabaseHandle::moveOn(Session& session) {
-    if (autoIncrement_) static_cast<void>(cursor_.moveBy(session, 1));
+    if (autoIncrement_) static_cast<void>(cursor_.stepOn(session));
 }
 
 DWORD DatabaseHandle::write(Session& session, CEOID& record, std::span<const Edit> edits) {

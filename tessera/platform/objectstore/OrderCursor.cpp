@@ -131,6 +131,10 @@ DWORD OrderCursor::moveBy(Session& session, std::int64_t steps) {
     return advance(session, directionOf(steps), distanceOf(steps));
 }
 
+DWORD OrderCursor::stepOn(Session& session) {
+    return where_ == Where::at ? advance(session, Direction::forward, 1) : ERROR_SEEK;
+}
+
 DWORD OrderCursor::advance(Session& session, Direction direction, std::uint64_t count) {
     if (!advanceWithinBlock(direction, count)) {
         if (endsWithBlock(direction)) return runOff();

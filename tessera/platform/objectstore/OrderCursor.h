@@ -31,6 +31,8 @@ public:
     [[nodiscard]] DWORD toIndexFromEnd(Session& session, std::uint64_t index);
     /// Forward or, when negative, back. 0 asks whether the record last reached is still there.
     [[nodiscard]] DWORD moveBy(Session& session, std::int64_t steps);
+    /// One step forward right after a read, from what that read found.
+    [[nodiscard]] DWORD stepOn(Session& session);
     /// ERROR_KEY_DELETED when there is no such record.
     [[nodiscard]] DWORD toRecord(Session& session, CEOID record);
     void toEntry(Entry entry);

@@ -176,5 +176,40 @@ TEST_F(ReadAhead, NothingReadInABatchThatWasLostStays) {
     EXPECT_EQ(rows.info().dwNumRecords, static_cast<DWORD>(records));
 }
 
+TEST_F(ReadAhead, HandleOpenedInABatchThatWasLostFindsItsOrderAgain) {
+    makeDatabase(u"Small");
+    OpenDatabase rows(u"Small");
+    const CEOID a = rows.add(Row().number(2).ui4(1).i2(5));
+    const CEOID b = rows.add(Row().number(1).ui4(2).i2(6));
+    std::optional<OpenDatabase> sorted;
+    {
+        ObjectStoreBatch batch;
+        sorted.emplace(u"Small", numberId);  // builds the order, and the batch takes it along
+        EXPECT_EQ(sorted->to(0), b);
+        log().loseNextUnit = true;
+        EXPECT_FALSE(batch.end());
+    }
+    OpenDatabase other(u"Small", dwordId);
+    EXPECT_EQ(other.walk(), (Oids{a, b}));
+    EXPECT_EQ(sorted->next(), a);
+    EXPECT_EQ(sorted->walk(), (Oids{b, a}));
+}
+
+TEST_F(ReadAhead, IndexLearntInABatchThatWasLostIsForgotten) {
+    OpenDatabase rows(u"Rows", numberId);
+    rows.to(2);
+    {
+        ObjectStoreBatch batch;
+        rows.add(Row().number(-1));
+        rows.to(500);
+        rows.read();
+        log().loseNextUnit = true;
+        EXPECT_FALSE(batch.end());
+    }
+    rows.add(Row().number(records));  // as many changes to the order as the batch had made
+    EXPECT_NE(rows.to(500), 0u);
+    EXPECT_EQ(rows.read()->number(), 500);
+}
+
 }  // namespace
 }  // namespace objectstore_test

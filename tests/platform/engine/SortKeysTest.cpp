@@ -1,0 +1,163 @@
+#include <initializer_list>
+#include <limits>
+
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+#include <rapidcheck/gtest.h>
+
+#include "tessera/platform/base/Results.h"
+#include "tessera/platform/engine/SortKeys.h"
+#include "tests/platform/engine/RecordBuilders.h"
+
+namespace engine_testing {
+namespace {
+
+using Platform::SortKeys;
+using Platform::SortOrder;
+
+constexpr SortOrder byText{property(1, Platform::kindText), 0};
+constexpr SortOrder byTextWithoutCase{property(1, Platform::kindText), Platform::sortCaseInsensitive};
+
+std::string keyOf(const SortKeys& keys, const SortOrder& order, const std::string& value) {
+    return keys.keyOf(order, value).value();
+}
+
+int sign(int number) {
+    return int{number > 0} - int{number < 0};
+}
+
+template <typename Number>
+void numbersOrderAs(Platform::PropertyKind kind, Number a, Number b) {
+    const SortKeys keys("");
+    const SortOrder order{property(1, kind), 0};
+    const int compared = keyOf(keys, order, bytesOf(a)).compare(keyOf(keys, order, bytesOf(b)));
+    RC_ASSERT(sign(compared) == int{a > b} - int{a < b});
+}
+
+RC_GTEST_PROP(SortKeys, ShortsOrderByValue, (std::int16_t a, std::int16_t b)) {
+    numbersOrderAs(Platform::kindI2, a, b);
+}
+RC_GTEST_PROP(SortKeys, LongsOrderByValue, (std::int32_t a, std::int32_t b)) {
+    numbersOrderAs(Platform::kindI4, a, b);
+}
+RC_GTEST_PROP(SortKeys, UnsignedShortsOrderByValue, (std::uint16_t a, std::uint16_t b)) {
+    numbersOrderAs(Platform::kindUI2, a, b);
+}
+RC_GTEST_PROP(SortKeys, UnsignedLongsOrderByValue, (std::uint32_t a, std::uint32_t b)) {
+    numbersOrderAs(Platform::kindUI4, a, b);
+}
+RC_GTEST_PROP(SortKeys, TimesOrderByValue, (std::uint64_t a, std::uint64_t b)) {
+    numbersOrderAs(Platform::kindFileTime, a, b);
+}
+RC_GTEST_PROP(SortKeys, RealsOrderByValue, (double a, double b)) {
+    numbersOrderAs(Platform::kindR8, a, b);
+}
+
+TEST(SortKeys, RealsOrderAtTheirEdges) {
+    const SortKeys keys("");
+    const SortOrder order{property(1, Platform::kindR8), 0};
+    using Limits = std::numeric_limits<double>;
+    const std::vector<double> ascending{-Limits::infinity(),
+                                        Limits::lowest(),
+                                        -1.0,
+                                        -Limits::denorm_min(),
+                                        0.0,
+                                        Limits::denorm_min(),
+                                        1.0,
+                                        Limits::max(),
+                                        Limits::infinity(),
+                                        Limits::quiet_NaN()};
+    for (std::size_t i = 1; i < ascending.size(); ++i) {
+        EXPECT_LT(keyOf(keys, order, bytesOf(ascending[i - 1])), keyOf(keys, order, bytesOf(ascending[i]))) << i;
+    }
+    EXPECT_EQ(keyOf(keys, order, bytesOf(0.0)), keyOf(keys, order, bytesOf(-0.0)));
+    EXPECT_EQ(keyOf(keys, order, bytesOf(Limits::quiet_NaN())), keyOf(keys, order, bytesOf(-Limits::quiet_NaN())));
+}
+
+TEST(SortKeys, FalseComesBeforeTrueWhateverTrueIsWrittenAs) {
+    const SortKeys keys("");
+    const SortOrder order{property(1, Platform::kindBool), 0};
+
+    EXPECT_LT(keyOf(keys, order, bytesOf(std::uint16_t{0})), keyOf(keys, order, bytesOf(std::uint16_t{1})));
+    EXPECT_EQ(keyOf(keys, order, bytesOf(std::uint16_t{0xFFFF})), keyOf(keys, order, bytesOf(std::uint16_t{1})));
+}
+
+RC_GTEST_PROP(SortKeys, TextKeysAreEqualOnlyWhenTheTextsAre, ()) {
+    const SortKeys keys("ko_KR");
+    const auto unit = rc::gen::element<char16_t>(u'a', u'A', u'e', u'\u0301', u'\u00e9', u'가', u'ᄀ', u'ᅡ', u'\xD800',
+                                                 u'\xDC00', u'\0', u'\u200b', u' ');
+    const auto text = rc::gen::container<std::u16string>(unit);
+    const auto a = *text;
+    const auto b = *text;
+    for (const SortOrder& order : {byText, byTextWithoutCase}) {
+        RC_ASSERT((keyOf(keys, order, bytesOf(a)) == keyOf(keys, order, bytesOf(b))) == (a == b));
+    }
+}
+
+TEST(SortKeys, HangulOrdersAsInADictionary) {
+    const SortKeys keys("ko_KR");
+    const std::vector<const char16_t*> dictionary{u"가", u"가나", u"각", u"김민수", u"김민지", u"까치", u"나", u"힣"};
+    for (std::size_t i = 1; i < dictionary.size(); ++i) {
+        EXPECT_LT(keyOf(keys, byText, bytesOf(dictionary[i - 1])), keyOf(keys, byText, bytesOf(dictionary[i]))) << i;
+    }
+}
+
+TEST(SortKeys, CollationIsTheLocales) {
+    const SortKeys korean("ko_KR");
+    const SortKeys root("");
+
+    EXPECT_LT(keyOf(korean, byText, bytesOf(u"가")), keyOf(korean, byText, bytesOf(u"a")));
+    EXPECT_LT(keyOf(root, byText, bytesOf(u"a")), keyOf(root, byText, bytesOf(u"가")));
+}
+
+TEST(SortKeys, CaseOrdersLastAndNotAtAllWithoutCase) {
+    const SortKeys keys("en_US");
+
+    EXPECT_LT(keyOf(keys, byText, bytesOf(u"a")), keyOf(keys, byText, bytesOf(u"A")));
+    EXPECT_LT(keyOf(keys, byText, bytesOf(u"A")), keyOf(keys, byText, bytesOf(u"b")));
+    // Equal without case, they go by code unit.
+    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(u"AB")), keyOf(keys, byTextWithoutCase, bytesOf(u"aB")));
+    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(u"aB")), keyOf(keys, byTextWithoutCase, bytesOf(u"ab")));
+    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(u"ab")), keyOf(keys, byTextWithoutCase, bytesOf(u"AC")));
+}
+
+TEST(SortKeys, RecordsWithoutThePropertyComeLastOrFirst) {
+    const SortKeys keys("");
+    for (const WORD kind : std::initializer_list<WORD>{2, 3, 5, 11, 18, 19, 31, 64}) {
+        const CEPROPID id = property(1, kind);
+        const std::size_t width = kind == 31 ? 40 : (kind == 5 || kind == 64 ? 8 : (kind == 3 || kind == 19 ? 4 : 2));
+        for (const char filling : {'\0', '\x7F', '\xFF'}) {
+            const std::string key = keyOf(keys, {id, 0}, std::string(width, filling));
+            EXPECT_LT(key, keys.keyOfRecord({id, 0}, {})) << kind;
+            EXPECT_GT(key, keys.keyOfRecord({id, Platform::sortUnknownFirst}, {})) << kind;
+        }
+    }
+}
+
+TEST(SortKeys, RecordsKeyIsItsPropertys) {
+    const SortKeys keys("");
+    const Writing writing = Writing().set(property(2, 3), 9).set(property(1, 31), u"b");
+    std::string packed;
+    ASSERT_EQ(Platform::applyEdits({}, writing.edits(), packed), ERROR_SUCCESS);
+
+    EXPECT_EQ(keys.keyOfRecord(byText, packed), keyOf(keys, byText, bytesOf(u"b")));
+    EXPECT_EQ(keys.keyOfRecord({property(2, 3), 0}, packed), keyOf(keys, {property(2, 3), 0}, bytesOf(9)));
+    EXPECT_EQ(keys.keyOfRecord({0, 0}, packed), "");
+}
+
+TEST(SortKeys, ThereIsNoKeyForABlobOrAValueOfAWrongWidth) {
+    const SortKeys keys("");
+
+    EXPECT_EQ(keys.keyOf({property(1, 65), 0}, "abc"), std::nullopt);
+    EXPECT_EQ(keys.keyOf({property(1, 3), 0}, "abc"), std::nullopt);
+    EXPECT_EQ(keys.keyOf({property(1, 31), 0}, "abc"), std::nullopt);
+    EXPECT_EQ(keys.keyOf({0, 0}, "abc"), std::nullopt);
+}
+
+TEST(SortKeys, VersionIsTheSameForTheSameCollation) {
+    EXPECT_EQ(SortKeys("ko_KR").version(), SortKeys("ko_KR").version());
+    EXPECT_FALSE(SortKeys("ko_KR").version().empty());
+}
+
+}  // namespace
+}  // namespace engine_testing

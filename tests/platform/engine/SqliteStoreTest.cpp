@@ -1,0 +1,502 @@
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "tessera/platform/engine/RecordEngine.h"
+#include "tessera/platform/engine/StoreError.h"
+#include "tests/platform/engine/RecordBuilders.h"
+#include "tests/support/TemporaryStore.h"
+
+// What only a store on disk can show: its file, and other processes.
+
+namespace engine_testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Platform::Direction;
+using Platform::Entry;
+using Platform::Fetch;
+using Platform::OrderId;
+using Platform::RecordEngine;
+using Platform::RecordStore;
+using Platform::StoreOptions;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing_support::TemporaryFolder;
+
+constexpr CEPROPID name = property(2, Platform::kindText);
+const StoreOptions quick{std::chrono::milliseconds(50), false};
+
+std::unique_ptr<RecordStore> open(const fs::path& file, const std::string& locale = "") {
+    return Platform::openSqliteStore(file, quick, locale);
+}
+
+std::unique_ptr<RecordEngine> connect(const fs::path& file) {
+    const auto store = open(file);
+    return store ? store->connect() : nullptr;
+}
+
+CEOID contactsOf(RecordEngine& engine) {
+    CEOID database = 0;
+    EXPECT_EQ(engine.findDatabase(u"Contacts Database", database), ERROR_SUCCESS);
+    return database;
+}
+
+CEOID put(RecordEngine& engine, std::u16string_view value) {
+    CEOID record = 0;
+    EXPECT_EQ(engine.put(contactsOf(engine), record, Writing().set(name, value).edits()), ERROR_SUCCESS);
+    return record;
+}
+
+OrderId byName(RecordEngine& engine) {
+    OrderId order = 0;
+    EXPECT_EQ(engine.openOrder(contactsOf(engine), {name, 0}, order), ERROR_SUCCESS);
+    return order;
+}
+
+std::vector<CEOID> walk(RecordEngine& engine, OrderId order) {
+    std::vector<Entry> entries;
+    EXPECT_EQ(engine.step(order, nullptr, Direction::forward, 1'000, Fetch::placesOnly, entries), ERROR_SUCCESS);
+    std::vector<CEOID> records;
+    for (const Entry& entry : entries) {
+        records.push_back(entry.place.record);
+    }
+    return records;
+}
+
+std::string contentOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void write(const fs::path& file, const std::string& content) {
+    std::ofstream(file, std::ios::binary) << content;
+}
+
+std::map<std::string, std::string> folderContent(const fs::path& folder) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        files[entry.path().filename().string()] = contentOf(entry.path());
+    }
+    return files;
+}
+
+/// Does with SQL what no engine would.
+void runSql(const fs::path& file, const char* statements) {
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(database, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
+    sqlite3_close(database);
+}
+
+/// A finished store's bytes, nothing beside them.
+std::string storeBytes() {
+    const TemporaryFolder folder;
+    put(*connect(folder / "store.db"), u"someone");
+    return contentOf(folder / "store.db");
+}
+
+std::string foreignBytes() {
+    const TemporaryFolder folder;
+    runSql(folder / "foreign.db", "CREATE TABLE t (a); INSERT INTO t VALUES (1)");
+    return contentOf(folder / "foreign.db");
+}
+
+std::string patched(std::string bytes, std::size_t at, const std::string& with) {
+    return bytes.replace(at, with.size(), with);
+}
+
+/// Runs it in a process of its own, which must end as expected.
+pid_t inChild(const std::function<bool()>& body) {
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(body() ? 0 : 1);
+    return child;
+}
+
+int statusOf(pid_t child) {
+    int status = -1;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return status;
+}
+
+int modeOf(const fs::path& path) {
+    return static_cast<int>(fs::status(path).permissions() & fs::perms::mask);
+}
+
+TEST(SqliteStore, ReopenedHoldsWhatWasWritten) {
+    const TemporaryFolder folder;
+    std::vector<CEOID> written;
+    std::uint64_t modified = 0;
+    {
+        const auto engine = connect(folder / "store.db");
+        byName(*engine);
+        written = {put(*engine, u"b"), put(*engine, u"a")};
+        Platform::DatabaseInfo info;
+        ASSERT_EQ(engine->databaseInfo(contactsOf(*engine), info), ERROR_SUCCESS);
+        modified = info.modified;
+    }
+
+    const auto engine = connect(folder / "store.db");
+
+    EXPECT_THAT(walk(*engine, byName(*engine)), ElementsAre(written[1], written[0]));
+    std::uint64_t last = 0;
+    EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
+    EXPECT_EQ(last, 2u);
+    Platform::DatabaseInfo info;
+    EXPECT_EQ(engine->databaseInfo(contactsOf(*engine), info), ERROR_SUCCESS);
+    EXPECT_EQ(info.modified, modified);
+    EXPECT_EQ(info.records, 2u);
+    EXPECT_GT(put(*engine, u"c"), written[1]);
+}
+
+TEST(SqliteStore, LeavesOneFileWhenAllHaveClosedIt) {
+    const TemporaryFolder folder;
+
+    put(*connect(folder / "store.db"), u"a");
+
+    EXPECT_EQ(folderContent(folder.path()).size(), 1u);
+}
+
+TEST(SqliteStore, FullDurabilityKeepsARecordToo) {
+    const TemporaryFolder folder;
+    const auto store = Platform::openSqliteStore(folder / "store.db", {}, "");
+    ASSERT_TRUE(store);
+    const auto engine = store->connect();
+    const CEOID record = put(*engine, u"a");
+
+    EXPECT_THAT(walk(*connect(folder / "store.db"), byName(*engine)), ElementsAre(record));
+}
+
+TEST(SqliteStore, EveryConnectionAfterTheFirstIsAnotherWriter) {
+    const TemporaryFolder folder;
+    const auto store = open(folder / "store.db");
+    const auto one = store->connect();
+    const auto two = store->connect();
+    ASSERT_TRUE(one && two);
+
+    const CEOID record = put(*one, u"a");
+
+    EXPECT_THAT(walk(*two, byName(*two)), ElementsAre(record));
+    EXPECT_NE(one->origin(), two->origin());
+}
+
+TEST(SqliteStore, LocaleIsFixedWhenItIsMade) {
+    const TemporaryFolder folder;
+    ASSERT_TRUE(open(folder / "store.db", "ko_KR"));
+
+    const auto engine = connect(folder / "store.db");
+
+    const Platform::SortKeys korean("ko_KR");
+    EXPECT_EQ(engine->sortKeys().keyOf({name, 0}, bytesOf(u"가a")), korean.keyOf({name, 0}, bytesOf(u"가a")));
+}
+
+struct Refused {
+    const char* called;
+    std::string (*content)();
+    DWORD error;
+    const char* says;
+};
+
+void PrintTo(const Refused& refused, std::ostream* out) {
+    *out << refused.called;
+}
+
+class SqliteStoreRefuses : public testing::TestWithParam<Refused> {};
+
+TEST_P(SqliteStoreRefuses, TheFileAndLeavesItUntouched) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    write(file, GetParam().content());
+    const auto before = folderContent(folder.path());
+
+    EXPECT_EQ(open(file), nullptr);
+
+    EXPECT_EQ(GetLastError(), GetParam().error);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr(file.string() + ": "));
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr(GetParam().says));
+    EXPECT_EQ(folderContent(folder.path()), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, SqliteStoreRefuses,
+    testing::Values(
+        Refused{"Empty", [] { return std::string(); }, ERROR_BAD_FORMAT, "not a Tessera store"},
+        Refused{"Text", [] { return std::string("Name,Mobile\nKim,010\n"); }, ERROR_BAD_FORMAT, "not a Tessera store"},
+        Refused{"LongText", [] { return std::string(20'000, 'x'); }, ERROR_BAD_FORMAT, "not a Tessera store"},
+        Refused{"ForeignDatabase", foreignBytes, ERROR_BAD_FORMAT, "not a Tessera store"},
+        Refused{"HeaderOnly", [] { return storeBytes().substr(0, 60); }, ERROR_FILE_CORRUPT, "damaged"},
+        Refused{"CutWithinAPage", [] { return storeBytes().substr(0, 6'000); }, ERROR_FILE_CORRUPT, "damaged"},
+        Refused{"CutBetweenPages", [] { return storeBytes().substr(0, 4 * 4'096); }, ERROR_FILE_CORRUPT, "damaged"},
+        Refused{"FirstPageOverwritten", [] { return patched(storeBytes(), 100, std::string(3'900, '\xA5')); },
+                ERROR_FILE_CORRUPT, "damaged"},
+        Refused{"TablesOverwritten", [] { return patched(storeBytes(), 4'096, std::string(4'096, '\xA5')); },
+                ERROR_FILE_CORRUPT, "damaged"},
+        Refused{"NoVersion", [] { return patched(storeBytes(), 60, std::string(4, '\0')); }, ERROR_FILE_CORRUPT,
+                "damaged"},
+        Refused{"NewerVersion", [] { return patched(storeBytes(), 60, std::string("\0\0\0\2", 4)); },
+                ERROR_REVISION_MISMATCH, "newer version"}),
+    [](const auto& each) { return std::string(each.param.called); });
+
+TEST(SqliteStore, IsItsOwnersAloneWhateverTheUmask) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "a" / "b" / "store.db";
+    const mode_t umaskBefore = ::umask(0);
+    const auto engine = connect(file);
+    put(*engine, u"a");
+    ::umask(umaskBefore);
+
+    EXPECT_EQ(modeOf(folder / "a"), 0700);
+    EXPECT_EQ(modeOf(folder / "a" / "b"), 0700);
+    std::size_t files = 0;
+    for (const auto& entry : fs::directory_iterator(folder / "a" / "b")) {
+        EXPECT_EQ(modeOf(entry.path()), 0600) << entry.path();
+        ++files;
+    }
+    EXPECT_EQ(files, 3u);  // SQLite's own two beside it
+}
+
+TEST(SqliteStore, SaysWhereItCannotBeMade) {
+    const TemporaryFolder folder;
+    write(folder / "file", "not a folder");
+
+    EXPECT_EQ(open(folder / "file" / "store.db"), nullptr);
+
+    EXPECT_NE(GetLastError(), ERROR_SUCCESS);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr((folder / "file").string()));
+    EXPECT_EQ(contentOf(folder / "file"), "not a folder");
+}
+
+TEST(SqliteStore, AFolderIsNotAStore) {
+    const TemporaryFolder folder;
+
+    EXPECT_EQ(open(folder.path()), nullptr);
+
+    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr("cannot be opened"));
+}
+
+TEST(SqliteStore, NamesTheFileAndTheWaitWhenAnotherProgramWrites) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    const auto engine = connect(file);
+    const CEOID contacts = contactsOf(*engine);
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+
+    CEOID record = 0;
+    EXPECT_EQ(engine->put(contacts, record, {}), ERROR_LOCK_VIOLATION);
+
+    EXPECT_EQ(Platform::storeErrorText(), file.string() + ": another program is writing to it; gave up after 50 ms");
+    EXPECT_EQ(contactsOf(*engine), contacts);  // readers do not wait
+    sqlite3_close(other);
+    EXPECT_EQ(engine->put(contacts, record, {}), ERROR_SUCCESS);
+}
+
+TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    ASSERT_TRUE(open(file));
+    std::atomic<bool> served = false;
+    std::atomic<int> units = 0;
+    std::thread greedy([&] {
+        const auto engine = connect(file);
+        while (!served && units < 100) {
+            if (engine->beginUnit() != ERROR_SUCCESS) continue;
+            const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(60);
+            while (std::chrono::steady_clock::now() < end) {
+                put(*engine, u"greedy");
+            }
+            ++units;
+            EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
+        }
+    });
+    const auto store = Platform::openSqliteStore(file, {std::chrono::seconds(60), false}, "");
+    const auto engine = store->connect();
+    while (units == 0) {
+        std::this_thread::yield();
+    }
+
+    put(*engine, u"modest");
+    served = true;
+    greedy.join();
+
+    EXPECT_LT(units, 100);
+}
+
+TEST(SqliteStore, TwoProcessesThatMakeItAtOnceHaveOne) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "new" / "store.db";
+    std::array<int, 2> start{};
+    ASSERT_EQ(::pipe(start.data()), 0);
+    std::vector<pid_t> children;
+    for (int i = 0; i < 4; ++i) {
+        children.push_back(inChild([&] {
+            char ready = 0;
+            ::close(start[1]);
+            if (::read(start[0], &ready, 1) != 0) return false;  // all are let go together
+            const auto store = Platform::openSqliteStore(file, {std::chrono::seconds(60), false}, "");
+            const auto engine = store ? store->connect() : nullptr;
+            return engine && put(*engine, u"a") != 0;
+        }));
+    }
+    ::close(start[0]);
+    ::close(start[1]);
+    for (const pid_t child : children) {
+        EXPECT_EQ(statusOf(child), 0);
+    }
+
+    EXPECT_EQ(folderContent(folder / "new").size(), 1u);
+    const auto engine = connect(file);
+    EXPECT_EQ(walk(*engine, byName(*engine)).size(), 4u);
+    std::uint64_t last = 0;
+    EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
+    EXPECT_EQ(last, 4u);
+}
+
+TEST(SqliteStore, ProcessKilledInAUnitLeavesNothingOfIt) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    ASSERT_TRUE(open(file));
+    const int status = statusOf(inChild([&] {
+        const auto engine = connect(file);
+        put(*engine, u"kept");
+        if (engine->beginUnit() != ERROR_SUCCESS) return false;
+        for (int i = 0; i < 3'000; ++i) {  // more than SQLite holds back from the file
+            put(*engine, std::u16string(2'000, u'x'));
+        }
+        return ::raise(SIGKILL) == 0;
+    }));
+    ASSERT_TRUE(WIFSIGNALED(status));
+
+    const auto engine = connect(file);
+
+    EXPECT_EQ(walk(*engine, byName(*engine)).size(), 1u);
+    std::uint64_t last = 0;
+    EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
+    EXPECT_EQ(last, 1u);
+    EXPECT_NE(put(*engine, u"next"), 0u);
+}
+
+TEST(SqliteStore, DamagedRecordIsAnErrorAndNotMore) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    const auto engine = connect(file);
+    const OrderId order = byName(*engine);
+    CEOID damaged = put(*engine, u"a");
+    const CEOID whole = put(*engine, u"b");
+    runSql(file, "UPDATE record SET data = x'010203' WHERE id = (SELECT min(id) FROM record)");
+    const CEOID contacts = contactsOf(*engine);
+    std::string packed;
+    std::vector<Entry> entries;
+    Platform::Place place;
+
+    EXPECT_EQ(engine->get(contacts, damaged, packed), ERROR_FILE_CORRUPT);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr(file.string()));
+    EXPECT_EQ(engine->step(order, nullptr, Direction::forward, 9, Fetch::records, entries), ERROR_FILE_CORRUPT);
+    EXPECT_EQ(engine->placeOf(order, damaged, place), ERROR_FILE_CORRUPT);
+    ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
+    EXPECT_EQ(engine->put(contacts, damaged, Writing().set(name, u"c").edits()), ERROR_FILE_CORRUPT);
+    EXPECT_EQ(engine->erase(contacts, damaged), ERROR_FILE_CORRUPT);
+    EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
+
+    EXPECT_EQ(engine->get(contacts, whole, packed), ERROR_SUCCESS);
+    EXPECT_THAT(walk(*engine, order), ElementsAre(damaged, whole));
+}
+
+TEST(SqliteStore, IndexEntryWithoutItsRecordIsDamage) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    const auto engine = connect(file);
+    const OrderId order = byName(*engine);
+    put(*engine, u"a");
+    runSql(file, "DELETE FROM record");
+
+    std::vector<Entry> entries;
+    EXPECT_EQ(engine->step(order, nullptr, Direction::forward, 9, Fetch::records, entries), ERROR_FILE_CORRUPT);
+}
+
+TEST(SqliteStore, FailureOfStorageGivesUpTheWholeUnit) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    const auto engine = connect(file);
+    const OrderId order = byName(*engine);
+    const CEOID kept = put(*engine, u"kept");
+    const CEOID contacts = contactsOf(*engine);
+    runSql(file,
+           "CREATE TRIGGER refuse BEFORE INSERT ON record WHEN length(NEW.data) > 1000 "
+           "BEGIN SELECT RAISE(ABORT, 'no'); END");
+    ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
+    put(*engine, u"lost");
+
+    CEOID record = 0;
+    const Writing large = Writing().set(name, std::u16string_view(std::u16string(1'000, u'x')));
+    EXPECT_EQ(engine->put(contacts, record, large.edits()), ERROR_FILE_CORRUPT);
+    EXPECT_EQ(record, 0u);
+    EXPECT_EQ(engine->put(contacts, record, {}), ERROR_FILE_CORRUPT);
+    EXPECT_EQ(engine->erase(contacts, kept), ERROR_FILE_CORRUPT);
+    EXPECT_THAT(walk(*engine, order), ElementsAre(kept));
+    EXPECT_EQ(engine->endUnit(), ERROR_FILE_CORRUPT);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr(file.string()));
+
+    const CEOID next = put(*engine, u"next");
+    EXPECT_THAT(walk(*engine, order), ElementsAre(kept, next));
+    std::uint64_t last = 0;
+    EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
+    EXPECT_EQ(last, 2u);
+}
+
+TEST(SqliteStore, KeysOfAnotherCollationAreMadeAnew) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    CEOID b = 0;
+    CEOID a = 0;
+    OrderId order = 0;
+    std::uint64_t versionBefore = 0;
+    {
+        const auto engine = connect(file);
+        order = byName(*engine);
+        b = put(*engine, u"b");
+        a = put(*engine, u"a");
+        ASSERT_EQ(engine->orderVersion(order, versionBefore), ERROR_SUCCESS);
+    }
+    runSql(file, "UPDATE store SET collation = 'of old'; UPDATE sort_key SET key = CAST('k' || record AS BLOB)");
+
+    const auto engine = connect(file);
+
+    EXPECT_THAT(walk(*engine, order), ElementsAre(a, b));
+    std::uint64_t version = 0;
+    EXPECT_EQ(engine->orderVersion(order, version), ERROR_SUCCESS);
+    EXPECT_GT(version, versionBefore);
+}
+
+TEST(SqliteStore, KeysOfTwoCollationsAreNeverMixed) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    const auto engine = connect(file);
+    const CEOID contacts = contactsOf(*engine);
+    put(*engine, u"a");
+    runSql(file, "UPDATE store SET collation = 'of a newer program'");
+
+    CEOID record = 0;
+    EXPECT_EQ(engine->put(contacts, record, {}), ERROR_REVISION_MISMATCH);
+    EXPECT_EQ(engine->beginUnit(), ERROR_REVISION_MISMATCH);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr("collation"));
+    EXPECT_NE(put(*connect(file), u"b"), 0u);  // which brings the keys back
+    EXPECT_EQ(engine->put(contacts, record, {}), ERROR_SUCCESS);
+}
+
+}  // namespace
+}  // namespace engine_testing
