@@ -173,9 +173,9 @@ HRESULT CeDBTable::deleteRecord(DWORD& oid) {
 
 HRESULT CeDBTable::deleteAllRecords() {
     if (!isOpen()) return E_FAIL;
-    if (db_->getNumRecords() == 0) return S_OK;
     ObjectStoreBatch batch;
     if (!batch.begun()) return E_FAIL;
+    if (db_->seekToIndex(0) == 0) return okIf(db_->isEof());  // there is none, or no telling
     const std::unique_ptr<Iterator> records(getIterator(0, nullptr, nullptr));
     if (!records) return E_FAIL;
     const HRESULT deleted = deleteEach(*records);
@@ -213,7 +213,7 @@ HRESULT CeDBTable::queryRecord(CCeDBProp& key, DWORD* oid, CCeDBRecord* rec) {
     SetLastError(ERROR_SUCCESS);
     db_->seekToIndex(0);
     *oid = db_->seekFirstEqual(key);
-    if (*oid == 0) return S_FALSE;
+    if (*oid == 0) return db_->isEof() ? S_FALSE : E_FAIL;
     if (rec != nullptr) db_->readCurrent(*rec);  // a failed read is not reported: meant so
     return S_OK;
 }

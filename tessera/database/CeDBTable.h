@@ -75,8 +75,8 @@ public:
 
     /// Finds the first record, in the order the table was opened in, whose property equals `key`, and
     /// reads it unless `rec` is null.
-    /// @return S_OK; S_FALSE, with `*oid` 0, when there is none; E_FAIL when not open; E_POINTER when `oid`
-    ///         is null.
+    /// @return S_OK; S_FALSE, with `*oid` 0, when there is none; E_FAIL when not open or the store cannot be
+    ///         searched; E_POINTER when `oid` is null.
     [[nodiscard]] HRESULT queryRecord(CCeDBProp& key, DWORD* oid, CCeDBRecord* rec) override;
     [[nodiscard]] HRESULT queryRecord(CCeDBProp& key, CCeDBRecord* rec) override;
 

@@ -75,14 +75,12 @@ ContactsImage::Slot ContactsImage::addSlot(const ScannedContact& contact) {
     return slot;
 }
 
-std::vector<ContactsImage::Identifier>::iterator ContactsImage::identifierOf(DWORD oid) {
-    return std::ranges::lower_bound(identifiers_, oid, {}, &Identifier::oid);
-}
-
 void ContactsImage::append(const ScannedContact& contact) {
     const Slot slot = addSlot(contact);
     order_.push_back(slot);
-    identifiers_.insert(identifierOf(contact.oid), {contact.oid, slot});
+    // Sorted when they are first wanted: name order is no order of identifiers.
+    identifiersSorted_ = identifiersSorted_ && (identifiers_.empty() || identifiers_.back().oid < contact.oid);
+    identifiers_.push_back({contact.oid, slot});
 }
 
 void ContactsImage::put(const ScannedContact& contact) {
@@ -92,15 +90,19 @@ void ContactsImage::put(const ScannedContact& contact) {
         std::ranges::upper_bound(order_, slot, [&](Slot left, Slot right) { return standsBefore(left, right); });
     slotsInOrder_ = slotsInOrder_ && place == order_.end();
     order_.insert(place, slot);
-    identifiers_.insert(identifierOf(contact.oid), {contact.oid, slot});
+    identifiers_.insert(std::ranges::lower_bound(identifiers_, contact.oid, {}, &Identifier::oid), {contact.oid, slot});
 }
 
 void ContactsImage::remove(DWORD oid) {
-    const auto identifier = identifierOf(oid);
-    if (identifier == identifiers_.end() || identifier->oid != oid) return;
-    contacts_[identifier->slot].live = false;
-    order_.erase(std::ranges::find(order_, identifier->slot));
-    identifiers_.erase(identifier);
+    if (!identifiersSorted_) std::ranges::sort(identifiers_, {}, &Identifier::oid);
+    identifiersSorted_ = true;
+    const auto first = std::ranges::lower_bound(identifiers_, oid, {}, &Identifier::oid);
+    const auto last = std::ranges::upper_bound(identifiers_, oid, {}, &Identifier::oid);
+    for (auto entry = first; entry != last; ++entry) {
+        contacts_[entry->slot].live = false;
+        order_.erase(std::ranges::find(order_, entry->slot));
+    }
+    identifiers_.erase(first, last);
 }
 
 bool ContactsImage::wasteful() const {
@@ -163,6 +165,7 @@ bool ContactsImage::beginsWithInitials(const Contact& contact, std::u16string_vi
 std::vector<ContactsImage::Slot> ContactsImage::slotsWithName(std::u16string_view lowerKey) const {
     if (lowerKey.empty()) return order_;
     std::vector<Slot> slots;
+    if (lowerKey.find(u'\0') != std::u16string_view::npos) return slots;  // zeros stand between names, in none
     const std::u16string_view names = lowerNames_;
     for (std::size_t hit = names.find(lowerKey); hit != std::u16string_view::npos;) {
         // The contact whose name the hit begins in; a zero behind each name keeps a hit within one.

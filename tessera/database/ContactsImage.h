@@ -27,9 +27,10 @@ struct ScannedContact {
 /// gone leaves its texts behind until the image is made anew: see `wasteful`.
 class ContactsImage {
 public:
-    /// Adds a contact that stands behind all others in name order.
+    /// Adds a contact that stands behind all others in name order. One that moved while all were read may
+    /// come twice; it is there twice until it is put or removed.
     void append(const ScannedContact& contact);
-    /// Puts a contact at its place in name order, instead of the one with its identifier.
+    /// Puts a contact at its place in name order, instead of whatever has its identifier.
     void put(const ScannedContact& contact);
     void remove(DWORD oid);
     void clear() { *this = ContactsImage(); }
@@ -65,7 +66,6 @@ private:
     };
 
     Slot addSlot(const ScannedContact& contact);
-    std::vector<Identifier>::iterator identifierOf(DWORD oid);
     std::u16string_view nameOf(const Contact& contact) const;
     std::u16string_view lowerNameOf(const Contact& contact) const;
     std::string_view keyOf(const Contact& contact) const;
@@ -79,13 +79,14 @@ private:
     std::vector<Slot> inNameOrder(std::vector<Slot> slots) const;
 
     std::vector<Contact> contacts_;        ///< By slot: the order in which they came.
-    std::vector<Identifier> identifiers_;  ///< Live contacts by identifier.
-    std::vector<Slot> order_;              ///< Live contacts in name order.
-    bool slotsInOrder_ = true;             ///< Slots ascend along order_.
-    std::u16string names_;                 ///< All names, each behind the other, a zero after each.
-    std::u16string lowerNames_;            ///< The same in lower case, at the same places.
-    std::string numbers_;                  ///< All numbers, a zero after each.
-    std::string keys_;                     ///< All sort keys.
+    std::vector<Identifier> identifiers_;  ///< Live contacts by identifier, once they are sorted.
+    bool identifiersSorted_ = true;
+    std::vector<Slot> order_;    ///< Live contacts in name order.
+    bool slotsInOrder_ = true;   ///< Slots ascend along order_.
+    std::u16string names_;       ///< All names, each behind the other, a zero after each.
+    std::u16string lowerNames_;  ///< The same in lower case, at the same places.
+    std::string numbers_;        ///< All numbers, a zero after each.
+    std::string keys_;           ///< All sort keys.
 };
 
 }  // namespace Database

@@ -74,8 +74,22 @@ public:
 
     /// Puts in what `compare` found it to lack. False when the database cannot be read.
     bool bringUpToDate(DatabaseReader& reader) {
-        const bool many = pending_.size() > rebuildAfter && pending_.size() > image_.size() / 8;
-        if (!whole_ || many || image_.wasteful()) return readAll(reader);
+        if (whole_ && pending_.size() <= rebuildAfter && !image_.wasteful()) return putPending(reader);
+        State state = State::behind;
+        do {
+            if (!readAll(reader)) return false;
+            // A contact that moved meanwhile was met twice or not at all; it is among the changes since.
+            state = compare(reader);
+        } while (!whole_);
+        return state == State::current || (state == State::behind && putPending(reader));
+    }
+
+private:
+    /// More changes than this are not put in one by one: each costs a pass over what is in memory, so that
+    /// this many cost about as much as reading everything, however many contacts there are.
+    static constexpr std::size_t rebuildAfter = 2'500;
+
+    bool putPending(DatabaseReader& reader) {
         whole_ = false;  // until every change is in
         for (const StoreChange& change : pending_) {
             image_.remove(change.oid);
@@ -87,21 +101,16 @@ public:
         return true;
     }
 
-private:
-    /// More changes than this, and than an eighth of the contacts, are not put in one by one.
-    static constexpr std::size_t rebuildAfter = 1'000;
-
     bool readAll(DatabaseReader& reader) {
         whole_ = false;
         image_.clear();
-        if (!reader.readAll(sequence_, [&](const RecordView& record) { image_.append(scanned(record)); })) return false;
-        whole_ = true;
-        return true;
+        whole_ = reader.readAll(sequence_, [&](const RecordView& record) { image_.append(scanned(record)); });
+        return whole_;
     }
 
     ContactsImage image_;
     std::uint64_t sequence_ = 0;
-    bool whole_ = false;  ///< The image is complete as of sequence_.
+    bool whole_ = false;                ///< The image is complete as of sequence_.
     std::vector<StoreChange> pending_;  ///< What it lacks of the changes up to pendingSequence_.
     std::uint64_t pendingSequence_ = 0;
 };

@@ -126,7 +126,7 @@ HRESULT PhoneBookDBMgr::getCallerInfo(DWORD& oid, CString& /*text*/, PBRecord* r
         }
         if ((record->dwCITypeMask & attribute.mask) == 0) continue;
         const CCeDBProp* value = row.findProp(schema.getAttrIdent(attribute.place.nAttrIdx));
-        if (value != nullptr && fillFromRow(*record, attribute, *value)) filled |= attribute.mask;
+        if (fillFromRow(*record, attribute, value != nullptr ? *value : CCeDBProp())) filled |= attribute.mask;
     }
     if (query != S_OK) return FAILED(query) ? query : E_FAIL;
     if (found != nullptr) *found = filled;

@@ -106,7 +106,7 @@ private:
     struct SeenPlace {
         OrderId order;
         CEOID database;
-        SortOrder spec;
+        SortOrder sorting;
         Place place;
         ModelPlace model;
     };
@@ -318,9 +318,10 @@ private:
                   1 + command.amount % 9);
     }
 
-    void walkWhole(Side& side, CEOID id, OrderId order, const SortOrder& spec, Direction direction, std::size_t limit) {
+    void walkWhole(Side& side, CEOID id, OrderId order, const SortOrder& sorting, Direction direction,
+                   std::size_t limit) {
         const ModelDatabase& database = model(side).databases.at(id);
-        const auto expected = sortedPlaces(database, spec, direction, locale, [](auto&&...) { return true; });
+        const auto expected = sortedPlaces(database, sorting, direction, locale, [](auto&&...) { return true; });
         std::vector<Entry> entries;
         std::optional<Place> from;
         std::size_t met = 0;
@@ -331,7 +332,7 @@ private:
                 RC_ASSERT(met < expected.size());
                 RC_ASSERT(entry.place.record == expected[met].record);
                 RC_ASSERT(unpacked(entry.packed) == database.records.at(entry.place.record));
-                remember({order, id, spec, entry.place, expected[met++]});
+                remember({order, id, sorting, entry.place, expected[met++]});
                 from = entry.place;
             }
         } while (!entries.empty());
@@ -360,7 +361,7 @@ private:
         const auto database = databases.find(start.database);
         if (database == databases.end() || !database->second.orders.contains(start.order)) return;
         const SortOrder order = database->second.orders.at(start.order).order;
-        if (order != start.spec) return;  // the identifier was that of an order in a unit given up
+        if (order != start.sorting) return;  // the identifier was that of an order in a unit given up
         const Direction direction = directionOf(command);
         const PlaceComparison comparison(order, locale);
         const auto expected =

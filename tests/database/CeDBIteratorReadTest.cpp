@@ -200,5 +200,18 @@ TEST(CeDBIterator, TextAtFindsARecordWhoseIdentifierIsWithinTheCount) {
     EXPECT_TRUE(records.getStringAt(-1, 1).IsEmpty());
 }
 
+TEST(CeDBIterator, TextAtFindsAnAttributeBeyondTheNumberOfPropertiesToo) {
+    SampleTable table;
+    const DWORD wanted = table.add(recordOf(rank(1), note(u"there")));
+    while (table.getNumRecords() < wanted)
+        table.add(1000, u"filler");
+    OpenIterator records(&table, nullptr, nullptr);
+    const int idx = static_cast<int>(wanted);
+
+    EXPECT_EQ(records.getStringAt(idx, 2), u"there");
+    EXPECT_EQ(records.curIdx, idx);
+    EXPECT_TRUE(records.getStringAt(idx, 1).IsEmpty()) << "it has no name";
+}
+
 }  // namespace
 }  // namespace Database

@@ -80,6 +80,27 @@ TEST(CeDBIterator, AfterItsTableWasClosedIsDenied) {
     EXPECT_TRUE(records.getStringAt(static_cast<int>(table.first), 1).IsEmpty());
 }
 
+TEST(CeDBIterator, AfterItsDatabaseWasRemovedFailsAndStaysWhereItWas) {
+    ThreeRecords table;
+    OpenIterator records(&table, nullptr, nullptr);
+    CCeDBProp wanted = rank(1);
+    OpenIterator equal(&table, &wanted, nullptr);
+    CCeDBRecord record = recordOf(rank(9));
+    ASSERT_EQ(records.next(), S_OK);
+    ASSERT_TRUE(CeDeleteDatabaseEx(table.getCEOID()));
+
+    EXPECT_EQ(records.next(), E_FAIL);
+    EXPECT_EQ(records.prev(), E_FAIL);
+    EXPECT_EQ(records.last(), E_FAIL);
+    EXPECT_EQ(equal.next(), E_FAIL);
+    EXPECT_EQ(records.getAt(1), 0u);
+    EXPECT_EQ(records.getRecordAt(1, &record), E_FAIL);
+    EXPECT_EQ(records.getRecord(&record), S_OK);  // a record that is not reached is no failure
+    EXPECT_EQ(record.getPropAt(0), rank(9));
+    EXPECT_EQ(records.curIdx, 0);
+    EXPECT_EQ(records.getCur(), table.first);
+}
+
 TEST(CeDBIterator, StandsBeforeTheFirstRecordUntilItIsMoved) {
     ThreeRecords table;
     OpenIterator records(&table, nullptr, nullptr);

@@ -50,6 +50,27 @@ TEST(CeDBTable, NotOpenFailsEveryRecordOperation) {
     EXPECT_EQ(opened.getNumRecords(), 1u);
 }
 
+TEST(CeDBTable, WhoseDatabaseIsGoneFailsInsteadOfFindingNothing) {
+    SampleTable table;
+    DWORD oid = table.add(1, u"a");
+    CCeDBRecord record = recordOf(note(u"untouched"));
+    CCeDBProp key = rank(1);
+    DWORD found = 99;
+    ASSERT_TRUE(CeDeleteDatabaseEx(table.getCEOID()));
+
+    EXPECT_EQ(table.queryRecord(key, &found, &record), E_FAIL);
+    EXPECT_EQ(found, 0u);
+    EXPECT_EQ(table.queryRecord(key, &record), E_FAIL);
+    EXPECT_EQ(table.deleteRecord(key), E_FAIL);
+    EXPECT_EQ(table.deleteRecord(oid), E_FAIL);
+    EXPECT_EQ(table.deleteAllRecords(), E_FAIL);
+    EXPECT_EQ(table.updateRecord(oid, &record, 0, nullptr), E_FAIL);
+    EXPECT_EQ(table.insertRecord(&record), E_FAIL);
+    EXPECT_EQ(table.getRecord(oid, &record), S_OK);
+    ASSERT_EQ(record.getNumProps(), 1);
+    EXPECT_EQ(record.getPropAt(0), note(u"untouched"));
+}
+
 TEST(CeDBTableInsert, AnswersTheIdentifierOfTheNewRecord) {
     SampleTable table;
     CCeDBRecord record = recordOf(rank(7), name(u"김민수"));
@@ -358,6 +379,17 @@ TEST(CeDBTableQuery, WithoutAPlaceForTheIdentifierIsRefused) {
     CCeDBProp key = rank(2);
 
     EXPECT_EQ(table.queryRecord(key, nullptr, nullptr), E_POINTER);
+}
+
+TEST(CeDBTableQuery, ForAValueThatNoOrderHasFails) {
+    SampleTable table;
+    table.add(1, u"a");
+    CCeDBProp key = CCeDBProp::ofBlob(noteIdent, "x", 1);
+    DWORD oid = 99;
+
+    EXPECT_EQ(table.queryRecord(key, &oid, nullptr), E_FAIL);
+
+    EXPECT_EQ(oid, 0u);
 }
 
 TEST(CeDBTableQuery, FindsByAnotherPropertyThanTheOrders) {

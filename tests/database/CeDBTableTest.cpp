@@ -28,6 +28,16 @@ TEST(CeDBTableOpen, ANameThatDoesNotExistLeavesNoDatabaseObject) {
     EXPECT_EQ(table.getDB(), nullptr);
 }
 
+TEST(CeDBTableOpen, WhenTheDatabaseIsGoneLetsGoOfItAndIsFalse) {
+    SampleTable table;
+    ASSERT_TRUE(CeDeleteDatabaseEx(table.getCEOID()));
+
+    EXPECT_EQ(table.open(nullptr), FALSE);
+
+    EXPECT_EQ(table.getDB(), nullptr);
+    EXPECT_FALSE(table.isOpen());
+}
+
 TEST(CeDBTableOpen, OpensWhatWasCreatedAndStaysOpen) {
     const MemoryStoreMount store;
     CeDBTable table(u"QZ_Sample", &sampleSchema);
@@ -170,6 +180,7 @@ TEST(CeDBTableDrop, RemovesTheDatabaseWhetherOpenOrNot) {
 
     EXPECT_TRUE(table.drop());
     EXPECT_EQ(table.getDB(), nullptr);
+    EXPECT_EQ(table.getCEOID(), 0u);
     EXPECT_FALSE(table.isOpen());
     EXPECT_EQ(table.open(nullptr), FALSE);
 

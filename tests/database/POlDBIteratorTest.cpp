@@ -141,6 +141,31 @@ TEST_F(ThreeContacts, DeletingByIndexTakesTheIndexForAPositionAndReadsTheResultA
     EXPECT_EQ(E_FAIL, cursor->deleteAt(-1, true));
 }
 
+TEST_F(ThreeContacts, DeletingByIndexForThePositionOnlyDeletesNothing) {
+    EXPECT_EQ(S_OK, cursor->deleteAt(2, true));
+    EXPECT_EQ(bob, cursor->getCur());
+    EXPECT_EQ(3u, book->getNumRecords());
+}
+
+TEST_F(ThreeContacts, BeforeTheFirstThereIsNothingToDelete) {
+    EXPECT_EQ(S_OK, cursor->deleteCur());
+    EXPECT_EQ(S_OK, cursor->deleteAt(0, false));
+    EXPECT_EQ(3u, book->getNumRecords());
+}
+
+TEST_F(ThreeContacts, ACursorWhoseLastContactWasDeletedIsNotOpenedAnyMore) {
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(S_OK, cursor->deleteAt(1, false));
+    EXPECT_EQ(0u, book->getNumRecords());
+    EXPECT_FALSE(cursor->isOpened());
+    EXPECT_EQ(E_ACCESSDENIED, cursor->last());
+    EXPECT_EQ(E_ACCESSDENIED, cursor->prev());
+    EXPECT_EQ(E_ACCESSDENIED, cursor->deleteAt(0, true));
+    EXPECT_EQ(S_OK, cursor->deleteCur());
+    EXPECT_EQ(0u, cursor->getCur());
+    EXPECT_EQ(S_FALSE, cursor->next());
+}
+
 TEST_F(ThreeContacts, ANewResultWithinARestrictionIsReadAfterADeletion) {
     const std::unique_ptr<Iterator> found(contacts().getIterator(nullptr, CString(u"[FileAs] >= \"B\"")));
     ASSERT_NE(nullptr, found);

@@ -199,6 +199,20 @@ TEST(POlDBTable, ABirthdayOfZeroIsNoBirthday) {
     EXPECT_EQ(949'998.0, callerInfo(table, oid, 0x200, E_FAIL, 0).dtBirthday);
 }
 
+TEST(POlDBTable, ABirthdayOnDayZeroReadsAsNone) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    const DWORD oid = insert(table, rowNamed(u"Kim"));
+    ComPtr<IDispatch> item;
+    ASSERT_EQ(S_OK, table.getItemFromOid(oid, item.out()));
+    auto* kim = static_cast<IContact*>(item.get());
+    ASSERT_EQ(S_OK, kim->put_Birthday(0.0));  // as another program may write it
+    ASSERT_EQ(S_OK, kim->Save());
+
+    EXPECT_EQ(949'998.0, callerInfo(table, oid, 0x200, E_FAIL, 0).dtBirthday);
+}
+
 TEST(POlDBTable, CallerInfoFindsNothingWhenAllWantedFieldsAreEmpty) {
     const MemoryStoreMount store;
     ContactsTable table;

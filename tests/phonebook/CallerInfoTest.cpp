@@ -71,6 +71,36 @@ TEST(QueryCallerInfo, AContactWithoutAnExtensionRowIsFoundInPart) {
     EXPECT_EQ(nameMask, record.dwCITypeMask);
 }
 
+TEST(QueryCallerInfo, TheContactIsFoundWithoutTheExtensionTable) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"0101").group(u"A"));
+    book->getTable(PBDBTBL_PHONEBOOKEXT)->close();
+    PBRecord record = wanting(nameMask | groupMask);
+    DWORD found = 0;
+    EXPECT_EQ(S_FALSE, book->queryCallerInfo(u"0101", &record, &found));
+    EXPECT_EQ(oid, found);
+    EXPECT_EQ(CString(u"Kim"), record.strName);
+    EXPECT_EQ(nameMask, record.dwCITypeMask);
+}
+
+TEST(QueryCallerInfo, ARowWithoutSlotsHasNoneAndThatIsAnAnswer) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim"));
+    CCeDBRecord sparse;  // as another program may write it
+    sparse.addProp(CCeDBProp::ofUI4(0x100, oid));
+    DWORD rowOid = 0;
+    ASSERT_EQ(S_OK, book->getTable(PBDBTBL_PHONEBOOKEXT)->insertRecord(&sparse, rowOid));
+    PBRecord record = wanting(privateMask | groupMask);
+    record.dwPrivate = 99;
+    record.strGroup = u"from before";
+    EXPECT_EQ(S_FALSE, book->queryCallerInfo(oid, &record));
+    EXPECT_EQ(privateMask, record.dwCITypeMask);
+    EXPECT_EQ(0u, record.dwPrivate);
+    EXPECT_EQ(CString(u""), record.strGroup);
+}
+
 TEST(QueryCallerInfo, ExtensionFieldsAloneAreFoundWhole) {
     const MemoryStoreMount store;
     OpenPhoneBook book;

@@ -145,6 +145,19 @@ TEST_F(Import, RowsGoIntoTheTableThatTheFileIsNamedFor) {
     EXPECT_EQ(0u, book->getNumRecords());
 }
 
+TEST_F(Import, RowsOfContactsAreWrittenByPosition) {
+    EXPECT_EQ(S_OK, import(file("QZ_POlContacts.csv",
+                                u"h\nKim,A;B,010-1,02-2,031-3,k@x.kr,note,1990-03-05,012-4,02-5\nLee,too few\n"),
+                           1));
+    const auto all = contacts();
+    ASSERT_EQ(1u, all.size());
+    EXPECT_EQ(CString(u"A,B"), all[0].strCategories);
+    EXPECT_EQ(CString(u"010-1"), all[0].strMobileTelephoneNumber);
+    EXPECT_EQ(CString(u"02-5"), all[0].strBusinessFaxNumber);
+    EXPECT_EQ(0u, all[0].dwCITypeMask & 0x300) << "neither notes nor, as a number that is no text, a birthday";
+    EXPECT_EQ(0u, book->getTable(PBDBTBL_PHONEBOOKEXT)->getNumRecords());
+}
+
 TEST_F(Import, RowsTakeTheirValuesByType) {
     EXPECT_EQ(S_OK, import(file("QZ_AvailablePBGroup.csv", u"h\n4000000000,Family,1,cat,bell,sms,12\n"), 1));
     const std::unique_ptr<Database::Iterator> rows(
