@@ -11,7 +11,7 @@ class TESSERA_API UnicodeHandler {
 public:
     UnicodeHandler() = default;
     UnicodeHandler(const UnicodeHandler&) = default;
-    UnicodeHandler& operator=(const UnicodeHandler&) { return *this; }
+    UnicodeHandler& operator=(const UnicodeHandler&) = default;
 
     /// `out` becomes the initial, the vowel and, where there is one, the final of a syllable; any other
     /// character by itself. @return the length of `out`: 1, 2 or 3.

@@ -13,8 +13,6 @@
 
 namespace PhoneBook {
 
-using Database::Table;
-
 namespace {
 
 constexpr int rowsMode = 1;
@@ -143,6 +141,7 @@ HRESULT PhoneBookDBMgr::importRow(UINT tableId, const CStringArray& values) {
     if (tables_[tableId] == nullptr) return E_FAIL;
     if (schema.getNumAttrs() > values.GetSize()) return E_INVALIDARG;
     std::vector<CCeDBProp> props;
+    props.reserve(static_cast<std::size_t>(schema.getNumAttrs()));
     for (int i = 0; i < schema.getNumAttrs(); ++i) props.push_back(valueOfColumn(*schema.getAttrDef(i), values[i]));
     DWORD oid = 0;
     return tables_[tableId]->insertRecord(props.data(), oid);

@@ -119,6 +119,7 @@ DWORD applyEdits(std::string_view packed, std::span<const Edit> edits, std::stri
     for (const Edit& edit : edits) {
         applyEdit(properties, edit);
     }
+    if (properties.size() > maxProperties) return ERROR_INVALID_PARAMETER;
     std::size_t valueBytes = 0;
     for (const PropertyView& property : properties) {
         valueBytes += property.bytes.size();

@@ -44,6 +44,7 @@ struct Edit {
 
 inline constexpr std::size_t maxPropertyBytes = 65'471;
 inline constexpr std::size_t maxRecordBytes = 131'072;
+inline constexpr std::size_t maxProperties = 65'535;  ///< What the calls can count.
 
 /// Reads the properties of a packed record, in the order in which they were first written.
 /// The views point into the packed bytes, which must outlive them.
@@ -66,7 +67,8 @@ std::optional<PropertyView> findProperty(std::string_view packed, CEPROPID id);
 
 /// The record after the edits: a named property is replaced where it stands or added at the end, the
 /// others stay. ERROR_INVALID_PARAMETER, and `result` untouched, when a value has a wrong width for its
-/// kind, the kind is unknown, or a property or the record would be larger than the limits.
+/// kind, the kind is unknown, or a property or the record would be larger than the limits or the record have
+/// too many properties.
 [[nodiscard]] DWORD applyEdits(std::string_view packed, std::span<const Edit> edits, std::string& result);
 
 }  // namespace Platform

@@ -10,7 +10,7 @@ namespace Platform {
 namespace {
 
 /// Before and after every key: a key starts with a byte between.
-constexpr std::string_view beforeAllKeys = "";
+constexpr std::string_view beforeAllKeys;
 constexpr std::string_view afterAllKeys = "\xFF";
 
 /// Up to so many equal records are looked up one by one to see which comes first along another order;

@@ -25,6 +25,7 @@ CENOTIFYREQUEST requestOf(const CWnd& window, DWORD param) {
 /// The properties in the form in which the calls take them; valid while the record and `extra` are.
 std::vector<CEPROPVAL> propValsOf(const CCeDBRecord& record, const CCeDBProp* extra) {
     std::vector<CEPROPVAL> values;
+    values.reserve(static_cast<std::size_t>(record.getNumProps()) + 1);
     for (int i = 0; i < record.getNumProps(); ++i) {
         values.push_back(record.getPropAt(i).propVal());
     }

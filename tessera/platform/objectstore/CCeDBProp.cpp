@@ -152,7 +152,8 @@ CCeDBProp CCeDBProp::ofPropVal(const CEPROPVAL& value) {
 }
 
 CEPROPID CCeDBProp::getPropId() const {
-    return makePropId(ident_, kinds[static_cast<std::size_t>(type_)]);
+    const auto type = static_cast<std::size_t>(type_);
+    return type < kinds.size() ? makePropId(ident_, kinds[type]) : 0;
 }
 
 std::int16_t CCeDBProp::getI2() const {

@@ -49,7 +49,8 @@ public:
     WORD getIdent() const { return ident_; }
     WORD getFlags() const { return flags_; }
     void setFlags(WORD flags) { flags_ = flags; }
-    /// The ident in the high 16 bits, the CEVT kind of the type in the low 16 bits.
+    /// The ident in the high 16 bits, the CEVT kind of the type in the low 16 bits; 0 for a type that is none
+    /// of the nine.
     CEPROPID getPropId() const;
 
     std::int16_t getI2() const;

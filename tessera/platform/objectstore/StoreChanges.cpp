@@ -130,7 +130,7 @@ StoreStamp DatabaseReader::stamp() const {
         Session* session = Session::current();
         if (session == nullptr) return StoreStamp{};
         const StoreMoment moment = session->moment();
-        return StoreStamp{moment.session, moment.commits, moment.writes};
+        return StoreStamp{moment.session, moment.commits, moment.writes, MountedStore::givenUpBatches()};
     });
 }
 

@@ -44,11 +44,13 @@ private:
     std::span<const TextProperty> texts_;
 };
 
-/// A moment in the life of the store. Two equal ones: nothing was written in between, by anybody.
+/// A moment in the life of the store. Two equal ones: nothing was written in between, by anybody, and
+/// nothing that was written has been undone.
 struct StoreStamp {
     std::uint64_t session = 0;  ///< Each thread has its own, and another one for another store.
     std::uint64_t commits = 0;
     std::uint64_t writes = 0;
+    std::uint64_t givenUpBatches = 0;
 
     friend bool operator==(const StoreStamp&, const StoreStamp&) = default;
 };

@@ -32,7 +32,7 @@ fs::path homeOfUser() {
 
 fs::path dataHome() {
     // A relative path is to be ignored, says the XDG base directory convention.
-    if (const fs::path data = environmentValue("XDG_DATA_HOME"); data.is_absolute()) return data;
+    if (fs::path data = environmentValue("XDG_DATA_HOME"); data.is_absolute()) return data;
     fs::path home = environmentValue("HOME");
     if (!home.is_absolute()) home = homeOfUser();
     return home.is_absolute() ? home / ".local" / "share" : fs::path();

@@ -11,9 +11,8 @@
 using Platform::WindowSystem;
 
 CWnd::~CWnd() {
-    if (hwnd_ == 0) return;
-    // On another thread nothing may be sent, but the window must not outlive its object.
-    if (!DestroyWindow()) WindowSystem::instance().removeWindow(hwnd_);
+    // Whoever handles WM_DESTROY is gone by now; the window must not outlive its object on any thread.
+    if (hwnd_ != 0) WindowSystem::instance().removeWindow(hwnd_);
 }
 
 BOOL CWnd::CreateEx(DWORD exStyle, const WCHAR* className, const WCHAR* windowName, DWORD style, int /*x*/, int /*y*/,
