@@ -1,7 +1,6 @@
 // Says who has a telephone number: identify 010-1234-5678
 
 #include <iostream>
-
 #include <tessera/phonebook/PhoneBookDBMgr.h>
 #include <tessera/platform/base/Unicode.h>
 

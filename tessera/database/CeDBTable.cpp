@@ -52,7 +52,7 @@ BOOL CeDBTable::open(WORD attrIdx, WORD sortFlags, CWnd* notifyWnd) {
 
 BOOL CeDBTable::openSortedBy(const CCeDBProp* sort, CWnd* notifyWnd) {
     if (!CCeDBDatabase::exists(getName())) {
-        db_.reset();
+        if (GetLastError() == ERROR_FILE_NOT_FOUND) db_.reset();  // else there is no telling, and it stays
         return FALSE;
     }
     if (isOpen()) return TRUE;
@@ -148,6 +148,7 @@ CCeDBProp CeDBTable::sampleOf(const AttrDef& attribute) {
 HRESULT CeDBTable::insertRecord() {
     return guarded(E_OUTOFMEMORY, [&] {
         std::vector<CCeDBProp> props;
+        props.reserve(static_cast<std::size_t>(getNumAttrs()));
         for (int i = 0; i < getNumAttrs(); ++i)
             props.push_back(sampleOf(*getAttrDef(i)));
         DWORD newOid = 0;

@@ -1,5 +1,7 @@
 #include "tessera/database/ContactItem.h"
 
+#include <new>
+
 #include "tessera/database/POlDBTable.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/PBAttributes.h"
@@ -47,8 +49,15 @@ constexpr TextField textFields[] = {
     {PhoneBook::PBDBATTR_BUSINESSFAX, &IContact::get_BusinessFaxNumber},
 };
 
+/// What a contact refuses for its value is passed over; what is lost for want of memory is not.
+void requireMemory(HRESULT result) {
+    if (result == E_OUTOFMEMORY) throw std::bad_alloc();
+}
+
 void putText(IContact* contact, PutText put, const CString& text) {
-    (contact->*put)(Bstr(text).get());
+    const Bstr value(text);
+    if (value.get() == nullptr) throw std::bad_alloc();  // it would stand for the empty text
+    requireMemory((contact->*put)(value.get()));
 }
 
 /// False when the contact has no birthday; the record then carries the mark for that.
@@ -104,7 +113,7 @@ DWORD readFields(IContact* contact, PBRecord& record) {
         const PhoneBook::PBAttribute& attribute = PhoneBook::aPBAttribute_[field.attribute];
         if ((record.dwCITypeMask & attribute.mask) == 0) continue;
         Bstr text;
-        (contact->*field.get)(text.out());
+        requireMemory((contact->*field.get)(text.out()));
         record.*attribute.text = text.text();
         if (!text.isEmpty()) found |= attribute.mask;
     }

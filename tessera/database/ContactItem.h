@@ -7,7 +7,8 @@
 #include "tessera/platform/contacts/OutlookInterfaces.h"
 #include "tessera/platform/objectstore/CCeDBProp.h"
 
-// A contact item of the contacts model, read and written as a row of the contacts table.
+// A contact item of the contacts model, read and written as a row of the contacts table. Memory that is
+// short is thrown here, and answered at the exported boundary.
 
 namespace Database {
 

@@ -1,6 +1,7 @@
 #include "tessera/database/POlDBIterator.h"
 
 #include "tessera/database/ContactItem.h"
+#include "tessera/database/Guarded.h"
 #include "tessera/database/POlDBTable.h"
 
 namespace Database {
@@ -9,14 +10,17 @@ POlDBIterator::POlDBIterator(Table* owner, IPOutlookItemCollection* items, CCeDB
     : POlDBIterator(owner, items, 0, from, to) {}
 
 POlDBIterator::POlDBIterator(Table* owner, IPOutlookItemCollection* items, int attr, CCeDBProp* from, CCeDBProp* to)
-    : Iterator(owner, attr, from, to), items_(items) {
+    : POlDBIterator(items, owner, attr, from, to) {
     POlDBIterator::init();
 }
 
 POlDBIterator::POlDBIterator(Table* owner, IPOutlookItemCollection* items, const CString& restriction)
-    : Iterator(owner, nullptr, nullptr), items_(items) {
+    : POlDBIterator(items, owner, 0, nullptr, nullptr) {
     init(restriction);
 }
+
+POlDBIterator::POlDBIterator(IPOutlookItemCollection* items, Table* owner, int attr, CCeDBProp* from, CCeDBProp* to)
+    : Iterator(owner, attr, from, to), items_(items) {}
 
 POlDBIterator::~POlDBIterator() {
     if (items_ != nullptr) items_->Release();
@@ -25,6 +29,7 @@ POlDBIterator::~POlDBIterator() {
 HRESULT POlDBIterator::init() {
     if (items_ == nullptr) return S_OK;
     if (getMinRange() == nullptr && getMaxRange() == nullptr) return countItems();
+    if (sortIdx != 0 && getTable()->getRecordDef() == nullptr) return E_FAIL;  // nothing names the attribute
     // A quote would end the bound early and let the rest of it be read as part of the restriction.
     for (const CCeDBProp* bound : {getMinRange(), getMaxRange()}) {
         if (bound != nullptr && bound->getText().Find(u'"') >= 0) return E_INVALIDARG;
@@ -45,9 +50,11 @@ HRESULT POlDBIterator::init(const CString& restriction) {
 }
 
 HRESULT POlDBIterator::countItems() {
-    const HRESULT result = items_->get_Count(&numItems);
+    int count = 0;
+    if (const HRESULT result = items_->get_Count(&count); FAILED(result)) return result;
+    numItems = count;
     if (numItems > 0) curIdx = 0;
-    return result;
+    return S_OK;
 }
 
 CString POlDBIterator::rangeRestriction() const {
@@ -118,9 +125,11 @@ CCeDBProp POlDBIterator::getPropAt(int idx, int attrIdx) {
 }
 
 CString POlDBIterator::getString(int attrIdx) {
-    ComPtr<IDispatch> item;
-    if (items_ == nullptr || FAILED(items_->Item(curIdx, item.out()))) return CString();
-    return readAttr(*static_cast<POlDBTable*>(getTable()), contactOf(item.get()), attrIdx);
+    return guarded(CString(), [&] {
+        ComPtr<IDispatch> item;
+        if (items_ == nullptr || FAILED(items_->Item(curIdx, item.out()))) return CString();
+        return readAttr(*static_cast<POlDBTable*>(getTable()), contactOf(item.get()), attrIdx);
+    });
 }
 
 CString POlDBIterator::getStringAt(int idx, int attrIdx) {
@@ -140,9 +149,11 @@ HRESULT POlDBIterator::deleteCur() {
 
 HRESULT POlDBIterator::deleteAt(int idx, bool positionOnly) {
     if (const HRESULT result = Iterator::deleteAt(idx, positionOnly); FAILED(result)) return result;
-    const HRESULT result = restriction_.IsEmpty() ? countItems() : init(restriction_);
-    if (SUCCEEDED(result)) curIdx = idx;
-    return result;
+    return guarded(E_OUTOFMEMORY, [&] {
+        const HRESULT result = restriction_.IsEmpty() ? countItems() : init(restriction_);
+        if (SUCCEEDED(result)) curIdx = idx;
+        return result;
+    });
 }
 
 }  // namespace Database

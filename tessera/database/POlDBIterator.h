@@ -59,6 +59,10 @@ protected:
     HRESULT init(const CString& restriction);
 
 private:
+    /// Looks at nothing yet. The others delegate to it: if one of them then throws, the destructor runs all
+    /// the same and gives the reference back.
+    POlDBIterator(IPOutlookItemCollection* items, Table* owner, int attr, CCeDBProp* from, CCeDBProp* to);
+
     CString rangeRestriction() const;
     HRESULT countItems();
     bool moveToIndex(int idx);

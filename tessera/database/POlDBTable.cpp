@@ -5,20 +5,36 @@
 #include <vector>
 
 #include "tessera/database/ContactItem.h"
+#include "tessera/database/Guarded.h"
 #include "tessera/database/POlDBIterator.h"
 #include "tessera/database/ScanIterator.h"
 #include "tessera/platform/contacts/ContactProperties.h"
 #include "tessera/platform/objectstore/CCeDBDatabase.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
 #include "tessera/platform/windows/CWnd.h"
 
 namespace Database {
 
 namespace {
 
-/// The cursor, or null (and no cursor) when it has nothing to show.
-template <class Cursor>
-Iterator* openedOrNull(std::unique_ptr<Cursor> cursor) {
-    return cursor->isOpened() ? cursor.release() : nullptr;
+/// The cursor that `make` answers, or null (and no cursor) when it has nothing to show or memory is short.
+/// A reference detached in the arguments of its `new` is not lost: memory is had before they are evaluated.
+template <class Make>
+Iterator* openedOrNull(Make&& make) noexcept {
+    return guarded(static_cast<Iterator*>(nullptr), [&]() -> Iterator* {
+        std::unique_ptr<Iterator> cursor(make());
+        return cursor != nullptr && cursor->isOpened() ? cursor.release() : nullptr;
+    });
+}
+
+/// Empties the collection, stopping at the first item that cannot be removed.
+HRESULT removeAll(IPOutlookItemCollection& items) {
+    int count = 0;
+    HRESULT result = items.get_Count(&count);
+    for (int i = 0; i < count && SUCCEEDED(result); ++i) {
+        result = items.Remove(1);  // always the first: the collection closes up behind it
+    }
+    return result;
 }
 
 }  // namespace
@@ -31,7 +47,7 @@ POlDBTable::POlDBTable(const WCHAR* tableName, const RecordDef* def, int folderI
 }
 
 POlDBTable::~POlDBTable() {
-    close();
+    POlDBTable::close();
     if (application_ != nullptr) application_->Release();
 }
 
@@ -96,28 +112,32 @@ Iterator* POlDBTable::getIterator(CCeDBProp* from, CCeDBProp* to) {
 }
 
 Iterator* POlDBTable::getIterator(int sortAttr, CCeDBProp* from, CCeDBProp* to) {
-    ComPtr<IPOutlookItemCollection> items;
-    if (FAILED(getItems(items.out()))) return nullptr;
-    return openedOrNull(
-        std::make_unique<POlDBIterator>(this, withColumns(items.get(), u"FileAs").detach(), sortAttr, from, to));
+    return openedOrNull([&]() -> Iterator* {
+        ComPtr<IPOutlookItemCollection> items;
+        if (FAILED(getItems(items.out()))) return nullptr;
+        items = withColumns(items.get(), u"FileAs");
+        return new POlDBIterator(this, items.detach(), sortAttr, from, to);
+    });
 }
 
 Iterator* POlDBTable::getIterator(POlDBIterator* within, int sortAttr, CCeDBProp* from, CCeDBProp* to) {
     if (!isOpen() || within == nullptr) return nullptr;
-    auto items = ComPtr<IPOutlookItemCollection>::share(within->getItemCol());
-    return openedOrNull(std::make_unique<POlDBIterator>(this, items.detach(), sortAttr, from, to));
+    return openedOrNull([&] {
+        auto items = ComPtr<IPOutlookItemCollection>::share(within->getItemCol());
+        return new POlDBIterator(this, items.detach(), sortAttr, from, to);
+    });
 }
 
 Iterator* POlDBTable::getIterator(POlDBIterator* within, const CString& restriction) {
     ComPtr<IPOutlookItemCollection> items = itemsWithin(within);
     if (!items) return nullptr;
-    return openedOrNull(std::make_unique<POlDBIterator>(this, items.detach(), restriction));
+    return openedOrNull([&] { return new POlDBIterator(this, items.detach(), restriction); });
 }
 
 Iterator* POlDBTable::getScanIterator(POlDBIterator* within, int attr, const CString& key) {
     ComPtr<IPOutlookItemCollection> items = itemsWithin(within);
     if (!items) return nullptr;
-    return openedOrNull(std::make_unique<ScanIterator>(this, items.detach(), attr, key, true));
+    return openedOrNull([&] { return new ScanIterator(this, items.detach(), attr, key, true); });
 }
 
 ComPtr<IPOutlookItemCollection> POlDBTable::itemsWithin(POlDBIterator* within) {
@@ -129,26 +149,30 @@ ComPtr<IPOutlookItemCollection> POlDBTable::itemsWithin(POlDBIterator* within) {
 }
 
 HRESULT POlDBTable::insertRecord(CCeDBRecord* record, DWORD& newOid) {
-    if (!isOpen() || record == nullptr || record->getNumProps() == 0) return E_FAIL;
-    std::vector<CCeDBProp> props(static_cast<std::size_t>(getNumAttrs()));
-    for (int i = 0; i < getNumAttrs() && i < record->getNumProps(); ++i) {
-        props[static_cast<std::size_t>(i)] = record->getPropAt(i);
-    }
-    return insertRecord(props.data(), newOid);
+    if (!isOpen() || record == nullptr || record->getNumProps() == 0 || getRecordDef() == nullptr) return E_FAIL;
+    return guarded(E_OUTOFMEMORY, [&] {
+        std::vector<CCeDBProp> props(static_cast<std::size_t>(getNumAttrs()));
+        for (int i = 0; i < getNumAttrs() && i < record->getNumProps(); ++i) {
+            props[static_cast<std::size_t>(i)] = record->getPropAt(i);
+        }
+        return insertRecord(props.data(), newOid);
+    });
 }
 
 HRESULT POlDBTable::insertRecord(CCeDBProp props[], DWORD& newOid) {
-    if (!isOpen()) return E_FAIL;
-    ComPtr<IPOutlookItemCollection> items;
-    if (const HRESULT result = getItems(items.out()); FAILED(result)) return result;
-    ComPtr<IDispatch> item;
-    if (const HRESULT result = items->Add(item.out()); FAILED(result) || !item) return result;
+    if (!isOpen() || props == nullptr) return E_FAIL;
+    return guarded(E_OUTOFMEMORY, [&] {
+        ComPtr<IPOutlookItemCollection> items;
+        if (const HRESULT result = getItems(items.out()); FAILED(result)) return result;
+        ComPtr<IDispatch> item;
+        if (const HRESULT result = items->Add(item.out()); FAILED(result) || !item) return result;
 
-    IContact* contact = contactOf(item.get());
-    putRow(contact, [&](int attr) -> const CCeDBProp& { return props[attr]; });
-    if (const HRESULT result = contact->Save(); FAILED(result)) return result;
-    newOid = oidOf(contact);
-    return S_OK;
+        IContact* contact = contactOf(item.get());
+        putRow(contact, [&](int attr) -> const CCeDBProp& { return props[attr]; });
+        if (const HRESULT result = contact->Save(); FAILED(result)) return result;
+        newOid = oidOf(contact);
+        return S_OK;
+    });
 }
 
 HRESULT POlDBTable::insertRecord() {
@@ -165,13 +189,11 @@ HRESULT POlDBTable::deleteRecord(DWORD& oid) {
 HRESULT POlDBTable::deleteAllRecords() {
     if (!isOpen()) return E_FAIL;
     ComPtr<IPOutlookItemCollection> items;
-    HRESULT result = getItems(items.out());
-    int count = 0;
-    if (SUCCEEDED(result)) result = items->get_Count(&count);
-    for (int i = 0; i < count && SUCCEEDED(result); ++i) {
-        result = items->Remove(1);  // always the first: the collection closes up behind it
-    }
-    return result;
+    if (const HRESULT result = getItems(items.out()); FAILED(result)) return result;
+    ObjectStoreBatch batch;
+    if (!batch.begun()) return E_FAIL;
+    const HRESULT result = removeAll(*items.get());
+    return batch.end() ? result : E_FAIL;
 }
 
 HRESULT POlDBTable::updateRecord(DWORD oid, CCeDBRecord* record, int /*attrIdx*/, CCeDBProp* /*prop*/) {
@@ -179,7 +201,7 @@ HRESULT POlDBTable::updateRecord(DWORD oid, CCeDBRecord* record, int /*attrIdx*/
     ComPtr<IDispatch> item;
     if (const HRESULT result = getItemFromOid(oid, item.out()); FAILED(result)) return result;
     IContact* contact = contactOf(item.get());
-    setContactItem(contact, record);
+    if (const HRESULT result = setContactItem(contact, record); FAILED(result)) return result;
     const HRESULT result = contact->Save();
     return FAILED(result) ? result : S_OK;
 }
@@ -198,29 +220,38 @@ HRESULT POlDBTable::getItemFromOid(DWORD oid, IDispatch** out) {
 
 HRESULT POlDBTable::find(const WCHAR* restriction, IDispatch** out) {
     if (!isOpen()) return E_FAIL;
-    ComPtr<IPOutlookItemCollection> items;
-    if (const HRESULT result = getItems(items.out()); FAILED(result)) return result;
-    return items->Find(Bstr(CString(restriction)).get(), out);
+    return guarded(E_OUTOFMEMORY, [&] {
+        ComPtr<IPOutlookItemCollection> items;
+        if (const HRESULT result = getItems(items.out()); FAILED(result)) return result;
+        return items->Find(Bstr(CString(restriction)).get(), out);
+    });
 }
 
 HRESULT POlDBTable::getCallerInfo(IContact* contact, PhoneBook::PBRecord* record, DWORD* found) {
     if (!isOpen() || contact == nullptr || record == nullptr) return E_FAIL;
-    const DWORD filled = readFields(contact, *record);
-    if (found != nullptr) *found = filled;
-    return filled != 0 ? S_OK : E_FAIL;
+    return guarded(E_OUTOFMEMORY, [&] {
+        const DWORD filled = readFields(contact, *record);
+        if (found != nullptr) *found = filled;
+        return filled != 0 ? S_OK : E_FAIL;
+    });
 }
 
 HRESULT POlDBTable::setContactItem(IContact* contact, CCeDBRecord* record) {
     if (!isOpen() || contact == nullptr || record == nullptr) return E_FAIL;
-    const CCeDBProp none;
-    putRow(contact,
-           [&](int attr) -> const CCeDBProp& { return attr < record->getNumProps() ? record->getPropAt(attr) : none; });
-    return S_OK;
+    return guarded(E_OUTOFMEMORY, [&] {
+        const CCeDBProp none;
+        putRow(contact, [&](int attr) -> const CCeDBProp& {
+            return attr < record->getNumProps() ? record->getPropAt(attr) : none;
+        });
+        return S_OK;
+    });
 }
 
 HRESULT POlDBTable::splitName(const CString& fullName, CString& first, CString& last) {
-    splitFullName(fullName, first, last);
-    return S_OK;
+    return guarded(E_OUTOFMEMORY, [&] {
+        splitFullName(fullName, first, last);
+        return S_OK;
+    });
 }
 
 }  // namespace Database

@@ -17,7 +17,8 @@ class POlDBIterator;
 /// (name, categories, mobile, home and business number, e-mail, body, birthday, pager, fax).
 ///
 /// Holds the contacts application from its construction to its destruction, and the folder while open.
-/// Rows are written by position; the body is read and never written. One thread.
+/// Rows are written by position; the body is read and never written. When memory is short an operation
+/// answers E_OUTOFMEMORY, or null or 0 where it answers no result code. One thread.
 class TESSERA_API POlDBTable : public Table {
 public:
     /// The contacts folder under the name "POlContacts", without a record definition.
@@ -46,7 +47,8 @@ public:
     DWORD getCEOID() override;
 
     /// Contacts between two bounds of an attribute (0: the file-as name), in name order. The caller deletes
-    /// the iterator. Null when the table is not open or nothing lies between the bounds.
+    /// the iterator. Null when the table is not open, nothing lies between the bounds, or the table has no
+    /// record definition that would name the attribute.
     Iterator* getIterator(int sortAttr, CCeDBProp* from, CCeDBProp* to) override;
     Iterator* getIterator(CCeDBProp* from, CCeDBProp* to) override;
     /// The same within an earlier result; null without one.
@@ -58,10 +60,10 @@ public:
     Iterator* getScanIterator(POlDBIterator* within, int attr, const CString& key);
 
     using Table::insertRecord;
-    /// @return S_OK and the new contact's identifier; E_FAIL when not open or `record` is null or empty;
-    ///         else what the contacts store answered
+    /// @return S_OK and the new contact's identifier; E_FAIL when not open, `record` is null or empty, or the
+    ///         table has no record definition; else what the contacts store answered
     [[nodiscard]] HRESULT insertRecord(CCeDBRecord* record, DWORD& newOid) override;
-    /// The same from as many properties as the table has attributes.
+    /// The same from as many properties as the table has attributes. E_FAIL when `props` is null.
     [[nodiscard]] HRESULT insertRecord(CCeDBProp props[], DWORD& newOid) override;
     /// E_NOTIMPL: no sample contact is ever made.
     [[nodiscard]] HRESULT insertRecord() override;
@@ -69,7 +71,9 @@ public:
     using Table::deleteRecord;
     /// @return the look-up's result; whether the deletion itself went through is not reported
     [[nodiscard]] HRESULT deleteRecord(DWORD& oid) override;
-    /// Removes every contact of the folder, stopping at the first that cannot be.
+    /// Removes every contact of the folder, as one unit of the store, stopping at the first that cannot be.
+    /// @return the last removal's result, S_OK when there was none; E_FAIL when not open or the unit could
+    ///         not be made durable
     [[nodiscard]] HRESULT deleteAllRecords() override;
     /// Writes all attributes of the contact `oid`. The last two arguments are not used.
     [[nodiscard]] HRESULT updateRecord(DWORD oid, CCeDBRecord* record, int attrIdx, CCeDBProp* prop) override;
@@ -91,7 +95,7 @@ public:
     HRESULT setContactItem(IContact* contact, CCeDBRecord* record);
 
 protected:
-    /// "Doe, John", "John Doe" and, family name first, "김 민수". Always S_OK.
+    /// "Doe, John", "John Doe" and, family name first, "김 민수". S_OK.
     HRESULT splitName(const CString& fullName, CString& first, CString& last);
 
 private:

@@ -1,26 +1,36 @@
 #include "tessera/database/ScanIterator.h"
 
+#include <iterator>
+#include <vector>
+
 #include "tessera/database/ContactItem.h"
-#include "tessera/database/SharedContactsImage.h"
+#include "tessera/database/Guarded.h"
 #include "tessera/database/POlDBTable.h"
+#include "tessera/database/SharedContactsImage.h"
 
 namespace Database {
 
+namespace {
+
+std::deque<ScanMatch> queued(std::vector<ScanMatch> found) {
+    return {std::make_move_iterator(found.begin()), std::make_move_iterator(found.end())};
+}
+
+}  // namespace
+
 ScanIterator::ScanIterator(Table* owner, IPOutlookItemCollection* items, int attr, const CString& key, bool run)
-    : Iterator(owner, attr, nullptr, nullptr), items_(items) {
+    : Iterator(owner, attr, nullptr, nullptr), items_(ComPtr<IPOutlookItemCollection>::adopt(items)) {
     if (run) init(key);
 }
 
-ScanIterator::~ScanIterator() {
-    if (items_ != nullptr) items_->Release();
-}
+ScanIterator::~ScanIterator() = default;
 
 HRESULT ScanIterator::init() {
     return S_OK;
 }
 
 HRESULT ScanIterator::init(const CString& key) {
-    if (items_ == nullptr) return S_OK;
+    if (!items_) return S_OK;
     key_ = key;
     const bool byNumber = sortIdx == SCANATTR_TELNO;
     void* hinted = nullptr;
@@ -35,20 +45,26 @@ HRESULT ScanIterator::init(const CString& key) {
             .get());
     if (FAILED(result)) return result;
 
-    // A scan that fails leaves no matches, and the cursor then reports itself not opened.
-    static_cast<void>(byNumber ? scanTelNo(columns.get(), key_) : scan(columns.get(), key_));
-    items_->Release();
-    items_ = columns.detach();
+    // A scan that fails leaves no matches, and the cursor then reports itself not opened. The constructor
+    // runs this class's own scan: a derived cursor asks for none there and runs its own.
+    if (byNumber) {
+        static_cast<void>(scanTelNo(columns.get(), key_));
+    } else {
+        static_cast<void>(scan(columns.get(), key_));  // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall)
+    }
+    items_ = ComPtr<IPOutlookItemCollection>::adopt(columns.detach());
     if (!matches_.empty()) curIdx = nInvalidItemIdx_;
     return S_OK;
 }
 
 HRESULT ScanIterator::scan(IPOutlookItemCollection* /*items*/, const CString& key) {
-    return withContactsImage([&](const ContactsImage& image) { matches_ = image.matchingName(key); }) ? S_OK : E_FAIL;
+    const auto search = [&](const ContactsImage& image) { matches_ = queued(image.matchingName(key)); };
+    return withContactsImage(search) ? S_OK : E_FAIL;
 }
 
 HRESULT ScanIterator::scanTelNo(IPOutlookItemCollection* /*items*/, const CString& key) {
-    return withContactsImage([&](const ContactsImage& image) { matches_ = image.matchingNumber(key); }) ? S_OK : E_FAIL;
+    const auto search = [&](const ContactsImage& image) { matches_ = queued(image.matchingNumber(key)); };
+    return withContactsImage(search) ? S_OK : E_FAIL;
 }
 
 int ScanIterator::getNumItems() {
@@ -56,7 +72,7 @@ int ScanIterator::getNumItems() {
 }
 
 bool ScanIterator::isOpened() {
-    return getTable() != nullptr && items_ != nullptr && !matches_.empty();
+    return getTable() != nullptr && items_ && !matches_.empty();
 }
 
 const ScanMatch* ScanIterator::currentMatch() const {
@@ -116,16 +132,17 @@ CCeDBProp ScanIterator::getPropAt(int idx, int attrIdx) {
 }
 
 CString ScanIterator::getString(int attrIdx) {
-    if (attrIdx == 0) {
-        const ScanMatch* match = currentMatch();
-        return match == nullptr ? CString() : match->name;
-    }
-    const DWORD oid = getCur();
-    if (oid == 0) return CString();
-    auto* contacts = static_cast<POlDBTable*>(getTable());
-    ComPtr<IDispatch> item;
-    if (FAILED(contacts->getItemFromOid(oid, item.out()))) return CString();
-    return readAttr(*contacts, contactOf(item.get()), attrIdx);
+    return guarded(CString(), [&] {
+        if (attrIdx == 0) {
+            const ScanMatch* match = currentMatch();
+            return match == nullptr ? CString() : match->name;
+        }
+        const DWORD oid = getCur();
+        auto* contacts = static_cast<POlDBTable*>(getTable());
+        ComPtr<IDispatch> item;
+        if (oid == 0 || FAILED(contacts->getItemFromOid(oid, item.out()))) return CString();
+        return readAttr(*contacts, contactOf(item.get()), attrIdx);
+    });
 }
 
 CString ScanIterator::getStringAt(int idx, int attrIdx) {
@@ -146,6 +163,7 @@ HRESULT ScanIterator::deleteAt(int idx, bool positionOnly) {
     getCur();
     const HRESULT result = positionOnly ? S_OK : deleteCur();
     if (idx < getNumItems()) matches_.erase(matches_.begin() + idx);
+    curOid = 0;  // no later deletion is meant for the contact whose match is gone
     return result;
 }
 

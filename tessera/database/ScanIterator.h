@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <deque>
 
 #include "tessera/Export.h"
 #include "tessera/database/Iterator.h"
@@ -47,13 +47,14 @@ public:
     /// @return S_OK; S_FALSE before the first match, where the position then stands; E_ACCESSDENIED when
     ///         not opened
     HRESULT prev() override;
-    /// Deletes the contact of the current match; the match stays. The look-up's result.
+    /// Deletes the contact that was last moved to or asked for; its match stays. The look-up's result.
     HRESULT deleteCur() override;
     /// The count itself is accepted, and answers 0.
     DWORD getAt(int idx) override;
     CCeDBProp getPropAt(int idx, int attrIdx) override;
     CString getStringAt(int idx, int attrIdx) override;
-    /// Takes the match out of the result and, unless `positionOnly`, deletes its contact first.
+    /// Takes the match out of the result and, unless `positionOnly`, deletes its contact first. There is no
+    /// current contact then until the next move.
     /// @return the deletion's result; S_OK when `positionOnly`; E_ACCESSDENIED when not opened; E_FAIL for
     ///         an index outside 0 to the count
     HRESULT deleteAt(int idx, bool positionOnly) override;
@@ -64,7 +65,7 @@ public:
     /// E_NOTIMPL: results are not joined.
     [[nodiscard]] HRESULT append(const ScanIterator* other);
     /// The collection, no reference added.
-    IPOutlookItemCollection* getItemCol() { return items_; }
+    IPOutlookItemCollection* getItemCol() { return items_.get(); }
 
 protected:
     HRESULT init() override;
@@ -77,9 +78,9 @@ private:
     bool moveToIndex(int idx);
     const ScanMatch* currentMatch() const;
 
-    IPOutlookItemCollection* items_;
+    ComPtr<IPOutlookItemCollection> items_;
     CString key_;
-    std::vector<ScanMatch> matches_;
+    std::deque<ScanMatch> matches_;  ///< A result is often emptied from its front.
 };
 
 }  // namespace Database

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <memory>
-#include <optional>
 
 #include "tessera/database/ContactItem.h"
+#include "tessera/database/Guarded.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/model/FieldText.h"
@@ -10,7 +10,6 @@
 
 namespace PhoneBook {
 
-using Database::CeDBTable;
 using Database::Iterator;
 
 namespace {
@@ -42,11 +41,11 @@ void PhoneBookDBMgr::makeCNIP(const WCHAR* in, WCHAR* out) {
 }
 
 CString PhoneBookDBMgr::makeCNIP(const WCHAR* in) {
-    return PhoneBook::makeCNIP(in);
+    return Database::guarded(CString(), [&] { return PhoneBook::makeCNIP(in); });
 }
 
 CString PhoneBookDBMgr::makeTelNoStrFromCID(const WCHAR* cid) {
-    return PhoneBook::makeTelNoStrFromCID(cid);
+    return Database::guarded(CString(), [&] { return PhoneBook::makeTelNoStrFromCID(cid); });
 }
 
 HRESULT PhoneBookDBMgr::queryCallerInfo(const CString& telNo, PBRecord* record, DWORD* oid) {
@@ -95,6 +94,7 @@ HRESULT PhoneBookDBMgr::getCallerInfo(IContact* contact, PBRecord* record, DWORD
     DWORD extensionFound = 0;
     DWORD reported = 0;  // a contact's identifier is reported only along with extension fields: meant so
     HRESULT result = contactsTable()->getCallerInfo(contact, record, &contactFound);
+    if (result == E_OUTOFMEMORY) return result;  // any other failure: it has none of the fields
     if ((requested & dwExtensionMask_) != 0) {
         reported = Database::oidOf(contact);
         CString unused;
@@ -144,7 +144,7 @@ HRESULT PhoneBookDBMgr::queryCID(DWORD speedDialId, CString* telNo) {
         const HRESULT result = tables_[PBDBTBL_SPEEDDIALNO]->queryRecord(key, &rowOid, &row);
         if (result != S_OK) return result;
         const CCeDBProp* number = row.findProp(schema.getAttrIdent(2));
-        *telNo = number == nullptr ? CString() : makeCNIP(number->getText());
+        *telNo = number == nullptr ? CString() : PhoneBook::makeCNIP(number->getText());
         return S_OK;
     });
 }

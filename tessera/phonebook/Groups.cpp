@@ -67,7 +67,8 @@ HRESULT PhoneBookDBMgr::getNextAvailablePBGroupID(DWORD* id) {
         if (groups == nullptr) return E_FAIL;
         DWORD largest = 0;
         const std::unique_ptr<Iterator> each(groups->getIterator(groupId, nullptr, nullptr));
-        while (each != nullptr && each->next() == S_OK) largest = std::max(largest, each->getProp(groupId).getUI4());
+        while (each != nullptr && each->next() == S_OK)
+            largest = std::max(largest, each->getProp(groupId).getUI4());
         *id = largest + 1;
         return S_OK;
     });

@@ -121,8 +121,8 @@ HRESULT PhoneBookDBMgr::buildDBFromFile(CString& path, int mode, ImportListener*
             if (!batches.beginLine()) return E_FAIL;
             DWORD oid = 0;
             // A line that makes no entry is passed over.
-            const HRESULT result = mode == rowsMode ? importRow(static_cast<UINT>(tableId), values)
-                                                    : importEntry(values, oid);
+            const HRESULT result =
+                mode == rowsMode ? importRow(static_cast<UINT>(tableId), values) : importEntry(values, oid);
             if (listener != nullptr) listener->lineTried(line, result, oid);
             if (!batches.endLine(line)) return E_FAIL;
         }
@@ -142,7 +142,8 @@ HRESULT PhoneBookDBMgr::importRow(UINT tableId, const CStringArray& values) {
     if (schema.getNumAttrs() > values.GetSize()) return E_INVALIDARG;
     std::vector<CCeDBProp> props;
     props.reserve(static_cast<std::size_t>(schema.getNumAttrs()));
-    for (int i = 0; i < schema.getNumAttrs(); ++i) props.push_back(valueOfColumn(*schema.getAttrDef(i), values[i]));
+    for (int i = 0; i < schema.getNumAttrs(); ++i)
+        props.push_back(valueOfColumn(*schema.getAttrDef(i), values[i]));
     DWORD oid = 0;
     return tables_[tableId]->insertRecord(props.data(), oid);
 }

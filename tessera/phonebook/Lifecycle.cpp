@@ -10,7 +10,6 @@ namespace PhoneBook {
 using Database::CeDBTable;
 using Database::Iterator;
 using Database::POlDBTable;
-using Database::Table;
 
 namespace {
 
@@ -80,7 +79,8 @@ int PhoneBookDBMgr::OnCreate(LPCREATESTRUCT create) {
 void PhoneBookDBMgr::OnDestroy() {
     CWnd::OnDestroy();
     closeDB();
-    for (const HANDLE handle : databaseHandles_) CloseHandle(handle);
+    for (const HANDLE handle : databaseHandles_)
+        CloseHandle(handle);
 }
 
 void PhoneBookDBMgr::initCeNotifyRequest() {
@@ -109,7 +109,8 @@ BOOL PhoneBookDBMgr::initTableObj(UINT tableId) {
 
 void PhoneBookDBMgr::finishTableObj() {
     // The categories' slot is not visited, and no slot is cleared: this runs last of all.
-    for (UINT id = 0; id < nNumTables_; ++id) delete tables_[id];
+    for (UINT id = 0; id < nNumTables_; ++id)
+        delete tables_[id];
 }
 
 BOOL PhoneBookDBMgr::createTable(UINT tableId) {

@@ -21,15 +21,21 @@ HRESULT operation(Body&& body) noexcept {
 }
 
 /// The same for an operation that writes: all that it writes becomes durable, and visible to others, at
-/// its end. E_FAIL when the store cannot be had for writing or cannot keep what was written.
+/// its end. E_FAIL when the store cannot be had for writing, or cannot keep what was written: `forget` then
+/// takes back what the caller was told of it.
+template <class Body, class Forget>
+HRESULT writingOperation(Body&& body, Forget&& forget) noexcept {
+    ObjectStoreBatch batch;
+    if (!batch.begun()) return E_FAIL;
+    const HRESULT result = operation(std::forward<Body>(body));
+    if (batch.end()) return result;
+    std::forward<Forget>(forget)();
+    return E_FAIL;
+}
+
 template <class Body>
 HRESULT writingOperation(Body&& body) noexcept {
-    return operation([&]() -> HRESULT {
-        ObjectStoreBatch batch;
-        if (!batch.begun()) return E_FAIL;
-        const HRESULT result = std::forward<Body>(body)();
-        return batch.end() ? result : E_FAIL;
-    });
+    return writingOperation(std::forward<Body>(body), [] {});
 }
 
 }  // namespace PhoneBook

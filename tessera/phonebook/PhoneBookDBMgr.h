@@ -115,14 +115,16 @@ public:
     /// Adds one newly allocated CCeDBProp per attribute of the table to `props`, in attribute order; a field
     /// that the record's mask lacks gets the zero value of its type. The caller frees them: clearObArray.
     /// The record's categories are replaced by its group in front of the categories that contact `oid` has.
+    /// @return S_OK, also when an element could not be made and is null; E_OUTOFMEMORY when `props` is not complete
     HRESULT getTableAttrsFromPBRecord(int tableId, DWORD oid, PBRecord& record, CObArray& props);
     /// Deletes what the array holds, last first, and empties it.
     HRESULT clearObArray(CObArray& props);
 
     /// Adds a contact and, when the record has any extension field, its extension row. The categories
     /// become the group. Sets the categories bit in the record's mask.
-    /// @param oid receives the contact's identifier; may be null
-    /// @return the result of the last insert; E_FAIL when the contacts table is not open
+    /// @param oid receives the contact's identifier, 0 when there is none; may be null
+    /// @return the result of the last insert; E_FAIL when the contacts table is not open, or what was written
+    ///         could not be made durable
     [[nodiscard]] HRESULT insertPBRecord(PBRecord& record, DWORD* oid);
     /// How many contacts there are, 0 before the contacts table was made.
     DWORD getNumRecords();
@@ -216,6 +218,7 @@ private:
     bool isTableOpen(UINT tableId);
     Database::CeDBTable* reopenSortedBy(UINT tableId, WORD attrIdx);
 
+    HRESULT insertContact(PBRecord& record, DWORD& oid);
     HRESULT insertExtensionRow(DWORD contactOid, PBRecord& record);
     HRESULT fillRecord(IContact* contact, PBRecord* record, DWORD* oid);
     HRESULT importEntry(CStringArray& values, DWORD& oid);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <new>
 
 #include "tessera/common/CommaSepValList.h"
@@ -7,13 +8,13 @@
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/model/FieldText.h"
+#include "tessera/phonebook/model/TelNo.h"
 
 namespace PhoneBook {
 
 using Database::Iterator;
 using Database::POlDBIterator;
 using Database::POlDBTable;
-using Database::Table;
 
 namespace {
 
@@ -31,6 +32,17 @@ CCeDBProp propOfField(const PBRecord& record, const PBAttribute& attribute, WORD
     return CCeDBProp::ofR8(ident, record.*attribute.date);
 }
 
+/// Null when memory is short.
+std::unique_ptr<CCeDBProp> newProp(CCeDBProp value) {
+    return std::unique_ptr<CCeDBProp>(new (std::nothrow) CCeDBProp(std::move(value)));
+}
+
+/// Adds an element, null or not. What cannot be added is freed.
+void add(CObArray& props, std::unique_ptr<CCeDBProp> prop) {
+    props.Add(prop.get());
+    static_cast<void>(prop.release());
+}
+
 /// Replaces an element; one that could not be made stays null.
 void overwrite(CObArray& props, int index, const CCeDBProp& value) {
     if (auto* prop = static_cast<CCeDBProp*>(props[index]); prop != nullptr) *prop = value;
@@ -45,7 +57,12 @@ public:
     ~GatheredProps() { manager_.clearObArray(props_); }
 
     CObArray& array() { return props_; }
-    CCeDBRecord record() const { return CCeDBRecord(props_); }
+    /// E_OUTOFMEMORY when an element could not be made: without it those behind would be taken for others.
+    HRESULT getRecord(CCeDBRecord& record) const {
+        if (std::ranges::find(props_, nullptr) != props_.end()) return E_OUTOFMEMORY;
+        record = CCeDBRecord(props_);
+        return S_OK;
+    }
 
 private:
     PhoneBookDBMgr& manager_;
@@ -55,26 +72,29 @@ private:
 }  // namespace
 
 HRESULT PhoneBookDBMgr::getTableAttrsFromPBRecord(int tableId, DWORD oid, PBRecord& record, CObArray& props) {
-    const Database::RecordDef& schema = aRecDef_[tableId];
-    for (int i = 0; i < schema.getNumAttrs(); ++i) {
-        const Database::AttrDef& attr = *schema.getAttrDef(i);
-        const int pbAttrId = getPBDBAttrID(tableId, i);
-        const DWORD mask = pbAttrId == nNumPBAttrs_ ? 0 : getCITypeMaskFromPBDBAttrID(pbAttrId);
-        if ((record.dwCITypeMask & mask) == 0) {
-            props.Add(new (std::nothrow) CCeDBProp(attr.getType(), attr.getIdent()));
-            continue;
+    return operation([&] {
+        const Database::RecordDef& schema = aRecDef_[tableId];
+        for (int i = 0; i < schema.getNumAttrs(); ++i) {
+            const Database::AttrDef& attr = *schema.getAttrDef(i);
+            const int pbAttrId = getPBDBAttrID(tableId, i);
+            const DWORD mask = pbAttrId == nNumPBAttrs_ ? 0 : getCITypeMaskFromPBDBAttrID(pbAttrId);
+            if ((record.dwCITypeMask & mask) == 0) {
+                add(props, newProp(CCeDBProp(attr.getType(), attr.getIdent())));
+                continue;
+            }
+            if (mask == categoriesMask) {
+                record.strCategories = makeCategories(contactsTable(), oid, getPBRecordFieldStr(record, groupMask));
+            }
+            const PBAttribute& field = aPBAttribute_[static_cast<std::size_t>(pbAttrId)];
+            add(props, newProp(propOfField(record, field, attr.getIdent())));
         }
-        if (mask == categoriesMask) {
-            record.strCategories = makeCategories(contactsTable(), oid, getPBRecordFieldStr(record, groupMask));
-        }
-        const PBAttribute& field = aPBAttribute_[static_cast<std::size_t>(pbAttrId)];
-        props.Add(new (std::nothrow) CCeDBProp(propOfField(record, field, attr.getIdent())));
-    }
-    return S_OK;
+        return S_OK;
+    });
 }
 
 HRESULT PhoneBookDBMgr::clearObArray(CObArray& props) {
-    for (int i = props.GetSize() - 1; i >= 0; --i) delete props[i];
+    for (int i = props.GetSize() - 1; i >= 0; --i)
+        delete props[i];
     props.RemoveAll();
     return S_OK;
 }
@@ -96,18 +116,25 @@ CString PhoneBookDBMgr::getPBGroupName(const CString& categories, const CString&
 
 HRESULT PhoneBookDBMgr::insertPBRecord(PBRecord& record, DWORD* oid) {
     if (!isTableOpen(PBDBTBL_POLCONTACTS)) return E_FAIL;
-    return writingOperation([&]() -> HRESULT {
+    DWORD unwanted = 0;
+    DWORD& contactOid = oid != nullptr ? *oid : unwanted;
+    contactOid = 0;
+    const auto insert = [&]() -> HRESULT {
         record.dwCITypeMask |= categoriesMask;
-        GatheredProps contact(*this);
-        getTableAttrsFromPBRecord(PBDBTBL_POLCONTACTS, 0, record, contact.array());
-        CCeDBRecord row = contact.record();
-        DWORD contactOid = 0;
-        HRESULT result = contactsTable()->insertRecord(&row, contactOid);
+        HRESULT result = insertContact(record, contactOid);
         // Whatever became of the contact: an extension row of a failed one carries the identifier 0.
         if ((record.dwCITypeMask & dwExtensionMask_) != 0) result = insertExtensionRow(contactOid, record);
-        if (oid != nullptr) *oid = contactOid;
         return result;
-    });
+    };
+    return writingOperation(insert, [&] { contactOid = 0; });
+}
+
+HRESULT PhoneBookDBMgr::insertContact(PBRecord& record, DWORD& oid) {
+    GatheredProps contact(*this);
+    CCeDBRecord row;
+    HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_POLCONTACTS, 0, record, contact.array());
+    if (SUCCEEDED(result)) result = contact.getRecord(row);
+    return SUCCEEDED(result) ? contactsTable()->insertRecord(&row, oid) : result;
 }
 
 HRESULT PhoneBookDBMgr::insertExtensionRow(DWORD contactOid, PBRecord& record) {
@@ -115,13 +142,15 @@ HRESULT PhoneBookDBMgr::insertExtensionRow(DWORD contactOid, PBRecord& record) {
     const Database::RecordDef& schema = aRecDef_[PBDBTBL_PHONEBOOKEXT];
     const CString primaryNumber = getPBRecordFieldStr(record, getPrimaryTelNoFlag(record));
     GatheredProps extension(*this);
-    getTableAttrsFromPBRecord(PBDBTBL_PHONEBOOKEXT, 0, record, extension.array());
+    HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_PHONEBOOKEXT, 0, record, extension.array());
+    if (FAILED(result)) return result;
     overwrite(extension.array(), extPodbOid, CCeDBProp::ofUI4(schema.getAttrIdent(extPodbOid), contactOid));
     overwrite(extension.array(), extName, CCeDBProp::ofText(schema.getAttrIdent(extName), record.strName));
     overwrite(extension.array(), extTelNo,
-              CCeDBProp::ofText(schema.getAttrIdent(extTelNo), makeCNIP(primaryNumber)));
+              CCeDBProp::ofText(schema.getAttrIdent(extTelNo), PhoneBook::makeCNIP(primaryNumber)));
     overwrite(extension.array(), extFlags, CCeDBProp::ofUI2(schema.getAttrIdent(extFlags), rowFlags));
-    CCeDBRecord row = extension.record();
+    CCeDBRecord row;
+    if (result = extension.getRecord(row); FAILED(result)) return result;
     DWORD rowOid = 0;
     return tables_[PBDBTBL_PHONEBOOKEXT]->insertRecord(&row, rowOid);
 }

@@ -3,6 +3,7 @@
 #include "tessera/database/CeDBTable.h"
 #include "tessera/phonebook/model/Schemas.h"
 #include "tests/database/SampleTable.h"
+#include "tests/platform/objectstore/CountingStore.h"
 
 namespace Database {
 namespace {
@@ -161,6 +162,21 @@ TEST(CeDBTableClose, IsFalseWhenThereIsNothingToClose) {
     EXPECT_EQ(neverOpened.close(), FALSE);
     EXPECT_EQ(table.close(), TRUE);
     EXPECT_EQ(table.close(), FALSE);
+}
+
+TEST(CeDBTableOpen, KeepsTheDatabaseObjectWhenTheStoreCannotTell) {
+    objectstore_test::CountingMount store;
+    CeDBTable table(u"QZ_Sample", &sampleSchema);
+    ASSERT_NE(table.create(), 0u);
+    CCeDBDatabase* const made = table.getDB();
+
+    store.log.findError = ERROR_GEN_FAILURE;
+    EXPECT_EQ(table.open(nullptr), FALSE);
+    EXPECT_EQ(table.getDB(), made);
+
+    store.log.findError = ERROR_SUCCESS;
+    EXPECT_EQ(table.open(nullptr), TRUE);
+    EXPECT_EQ(table.getDB(), made);
 }
 
 TEST(CeDBTableClose, KeepsTheDatabaseObjectForTheNextOpen) {

@@ -8,6 +8,7 @@
 #include "tessera/phonebook/model/PBAttributes.h"
 #include "tessera/phonebook/model/PBRecord.h"
 #include "tessera/phonebook/model/Schemas.h"
+#include "tests/platform/objectstore/CountingStore.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
 
@@ -336,6 +337,67 @@ TEST(POlDBTable, NarrowsAnEarlierResult) {
     EXPECT_EQ(CString(u"Carl"), onlyCarl->getStringAt(0, 0));
     EXPECT_EQ(nullptr, table.getIterator(nullptr, 0, nullptr, &to)) << "nothing to narrow";
     EXPECT_EQ(2, outer->getNumItems()) << "the earlier result stays";
+}
+
+TEST(POlDBTable, DeletesAllContactsAsOneUnit) {
+    objectstore_test::CountingMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"})
+        insert(table, rowNamed(name));
+
+    store.log.loseNextUnit = true;
+    EXPECT_EQ(E_FAIL, table.deleteAllRecords());
+    EXPECT_EQ(3u, table.getNumRecords()) << "what was not committed did not happen";
+    EXPECT_EQ(S_OK, table.deleteAllRecords());
+    EXPECT_EQ(0u, table.getNumRecords());
+}
+
+TEST(POlDBTable, DeletesAllContactsWithinAnotherUnit) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    for (int i = 0; i < 50; ++i)
+        insert(table, rowNamed(u"Kim"));
+    {
+        ObjectStoreBatch batch;
+        EXPECT_EQ(S_OK, table.deleteAllRecords());
+        EXPECT_EQ(0u, table.getNumRecords());
+        insert(table, rowNamed(u"Lee"));
+        EXPECT_TRUE(batch.end());
+    }
+    EXPECT_EQ(1u, table.getNumRecords());
+}
+
+TEST(POlDBTable, InsertsNothingFromNoProperties) {
+    const MemoryStoreMount store;
+    ContactsTable table;
+    table.open(nullptr);
+    DWORD oid = 0;
+    EXPECT_EQ(E_FAIL, table.insertRecord(static_cast<CCeDBProp*>(nullptr), oid));
+    EXPECT_EQ(E_FAIL, table.insertRecord(static_cast<CCeDBProp*>(nullptr)));
+    EXPECT_EQ(0u, table.getNumRecords());
+}
+
+TEST(POlDBTable, WithoutARecordDefinitionNamesNoAttribute) {
+    const MemoryStoreMount store;
+    POlDBTable table;
+    ASSERT_TRUE(table.open(nullptr));
+    const DWORD oid = insert(table, rowNamed(u"Kim"));
+    CCeDBRecord record;
+    record.addProp(text(u"Lee"));
+    DWORD unused = 0;
+    EXPECT_EQ(E_FAIL, table.insertRecord(&record, unused)) << "how many attributes it has is not known";
+
+    CCeDBProp bound = text(u"A");
+    EXPECT_EQ(nullptr, table.getIterator(2, &bound, nullptr));
+    EXPECT_EQ(nullptr, table.getIterator(2, nullptr, &bound));
+    const std::unique_ptr<Iterator> byName(table.getIterator(0, &bound, nullptr));
+    ASSERT_NE(nullptr, byName) << "the name needs no definition";
+    EXPECT_EQ(nullptr, table.getIterator(static_cast<POlDBIterator*>(byName.get()), 2, &bound, nullptr));
+    EXPECT_EQ(oid, byName->getAt(0));
+    const std::unique_ptr<Iterator> unbounded(table.getIterator(2, nullptr, nullptr));
+    EXPECT_NE(nullptr, unbounded);
 }
 
 }  // namespace

@@ -249,5 +249,35 @@ TEST_F(Scans, ABatchSeesItsOwnContactsBeforeAnybodyElseDoes) {
     EXPECT_EQ(2u, countInOtherThread());
 }
 
+TEST_F(Scans, NoContactIsCurrentOnceItsMatchWasTakenOut) {
+    book.add(contact().name(u"Kim A"));
+    book.add(contact().name(u"Kim B"));
+    const DWORD c = book.add(contact().name(u"Kim C"));
+    const auto found = byName(u"kim");
+    ASSERT_EQ(S_OK, found->next());
+    EXPECT_EQ(S_OK, found->deleteAt(0, true));
+    EXPECT_EQ(S_OK, found->deleteCur()) << "there is nothing to delete";
+    EXPECT_EQ(3u, book->getNumRecords());
+
+    ASSERT_EQ(S_OK, found->next());
+    EXPECT_EQ(c, found->getCur());
+    EXPECT_EQ(S_OK, found->deleteCur()) << "a move makes a contact current again";
+    EXPECT_EQ(2u, book->getNumRecords());
+}
+
+TEST_F(Scans, AResultIsEmptiedFromItsFront) {
+    std::vector<DWORD> expected;
+    for (int i = 0; i < 300; ++i)
+        expected.push_back(book.add(contact().name(u"Kim")));
+    const auto found = byName(u"kim");
+    std::vector<DWORD> taken;
+    while (found->isOpened()) {
+        taken.push_back(found->getAt(0));
+        ASSERT_EQ(S_OK, found->deleteAt(0, true));
+    }
+    EXPECT_EQ(expected, taken);
+    EXPECT_EQ(300u, book->getNumRecords());
+}
+
 }  // namespace
 }  // namespace Database

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tests/platform/objectstore/CountingStore.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
@@ -112,6 +113,22 @@ TEST(InsertPBRecord, AContactThatFailsStillGetsItsExtensionRowUnderZero) {
     EXPECT_EQ(0u, oid);
     EXPECT_EQ(0u, onlyExtensionRow(book).findProp(0x100)->getUI4());
     EXPECT_EQ(0u, book->getNumRecords());
+}
+
+TEST(InsertPBRecord, AUnitThatIsLostLeavesNoIdentifier) {
+    objectstore_test::CountingMount store;
+    OpenPhoneBook book;
+    PBRecord record = contact().name(u"Kim").group(u"Friends").record();
+    DWORD oid = 9;
+    store.log.loseNextUnit = true;
+    EXPECT_EQ(E_FAIL, book->insertPBRecord(record, &oid));
+    EXPECT_EQ(0u, oid);
+    EXPECT_EQ(0u, book->getNumRecords());
+
+    store.log.loseNextUnit = true;
+    EXPECT_EQ(E_FAIL, book->insertPBRecord(record, nullptr));
+    EXPECT_EQ(S_OK, book->insertPBRecord(record, &oid));
+    EXPECT_NE(0u, oid);
 }
 
 TEST(InsertPBRecord, TheSampleRowGoesIntoTheExtensionTable) {

@@ -138,6 +138,26 @@ TEST(Record, EveryCutShortRecordIsDamagedUnlessCutBetweenProperties) {
     }
 }
 
+TEST(Record, HasNoMorePropertiesThanCanBeCounted) {
+    constexpr int most = 65'535;
+    std::string full;
+    for (int i = 0; i < most; ++i) {  // an identifier and a length of 0 each
+        const CEPROPID id = property(static_cast<WORD>(i), Platform::kindText);
+        for (int shift = 0; shift < 32; shift += 8)
+            full += static_cast<char>(id >> shift);
+        full += std::string(2, '\0');
+    }
+    const CEPROPID first = property(0, Platform::kindText);
+    const CEPROPID another = property(0, Platform::kindBlob);
+    std::string result = "untouched";
+
+    EXPECT_EQ(applyEdits(full, Writing().setBytes(another, "").edits(), result), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(result, "untouched");
+    EXPECT_EQ(applyEdits(full, Writing().setBytes(first, "ab").edits(), result), ERROR_SUCCESS);
+    EXPECT_EQ(applyEdits(full, Writing().remove(first).setBytes(another, "").edits(), result), ERROR_SUCCESS);
+    EXPECT_EQ(result.size(), full.size());
+}
+
 TEST(Record, DamagedBytesCannotBeEdited) {
     std::string result = "untouched";
 

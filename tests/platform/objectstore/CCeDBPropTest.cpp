@@ -109,6 +109,14 @@ TEST(CCeDBProp, PropValOfAnUnknownKindGivesTheEmptyProperty) {
     EXPECT_TRUE(CCeDBProp::ofPropVal(value).isEmpty());
 }
 
+TEST(CCeDBProp, OfATypeThatDoesNotExistHasNoPropId) {
+    for (const int type : {-1, 9, 1'000'000}) {
+        const CCeDBProp odd(static_cast<CCeDBProp::enType>(type), 5);
+        EXPECT_EQ(odd.getPropId(), 0u);
+        EXPECT_EQ(odd.propVal().propid, 0u);
+    }
+}
+
 TEST(CCeDBRecord, CopiesAnArrayAndPassesNullElementsOver) {
     CCeDBProp first = CCeDBProp::ofUI4(1, 10);
     CCeDBProp second = CCeDBProp::ofText(2, u"two");

@@ -11,12 +11,13 @@
 
 namespace objectstore_test {
 
-/// What a store was asked for; and whether it is to fail at the next end of a unit.
+/// What a store was asked for; and where it is to fail.
 struct EngineLog {
     int reads = 0;            ///< Questions about records and places.
     std::size_t entries = 0;  ///< Entries asked for by steps.
     int jumps = 0;            ///< Places asked for by their index.
     bool loseNextUnit = false;
+    DWORD findError = ERROR_SUCCESS;  ///< What looking a database up by its name answers, unless it is success.
 
     void clear() { *this = {}; }
 };
@@ -33,7 +34,8 @@ public:
     }
     DWORD dropDatabase(CEOID database) override { return inner_->dropDatabase(database); }
     DWORD findDatabase(std::u16string_view name, CEOID& database) override {
-        return inner_->findDatabase(name, database);
+        if (log_.findError != ERROR_SUCCESS) SetLastError(log_.findError);
+        return log_.findError != ERROR_SUCCESS ? log_.findError : inner_->findDatabase(name, database);
     }
     DWORD databaseInfo(CEOID database, Platform::DatabaseInfo& info) override {
         return inner_->databaseInfo(database, info);

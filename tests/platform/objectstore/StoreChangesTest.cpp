@@ -231,5 +231,19 @@ TEST(ReaderOfALostBatch, WhatWasReadInABatchThatWasLostIsTooOld) {
     EXPECT_EQ(visits, 1);
 }
 
+TEST(ReaderOfALostBatch, AnotherThreadsLostBatchShowsInTheStamp) {
+    CountingMount mount;
+    makeDatabase(u"Rows");
+    const DatabaseReader reader(u"Rows", nameId);
+    const StoreStamp before = reader.stamp();
+    std::thread([&] {
+        ObjectStoreBatch batch;
+        OpenDatabase(u"Rows").add(Row().name(u"never was"));
+        mount.log.loseNextUnit = true;
+        EXPECT_FALSE(batch.end());
+    }).join();
+    EXPECT_FALSE(reader.stamp() == before);
+}
+
 }  // namespace
 }  // namespace objectstore_test

@@ -1,0 +1,19 @@
+#pragma once
+
+namespace testing_support {
+
+/// Makes one allocation of the calling thread fail while this lives: the n-th through operator new,
+/// counted from 1. What does not allocate through it (the engine's and the text library's C code) is not
+/// counted. One at a time.
+class FailingAllocation {
+public:
+    explicit FailingAllocation(long n);
+    ~FailingAllocation();
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+
+    /// Whether there have been so many allocations.
+    bool happened() const;
+};
+
+}  // namespace testing_support
