@@ -8,7 +8,8 @@ namespace Database {
 
 class Table;
 
-/// A cursor over the records of a table, whatever store it is in.
+/// A cursor over the records of a table, whatever store it is in. It stands before the first record until
+/// it is moved. Attributes are those of the table, by index.
 ///
 /// Made by a table's getIterator and owned by the caller, who deletes it before the table. The table and
 /// the properties are borrowed. A derived iterator's constructor calls its own `init`. The order of the

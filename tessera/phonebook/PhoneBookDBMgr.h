@@ -26,7 +26,8 @@ namespace PhoneBook {
 
 /// The phone book: every operation on contacts, their extension rows, groups and callers.
 ///
-/// A client makes one, sets the store up once with `initDB`, opens it with `openDB`, and works. All calls
+/// A client makes one, sets the store up once with `initDB`, opens it with `openDB`, and works, on the store
+/// that the environment names or that it mounted before (ObjectStore::mount). All calls
 /// come on one thread; a program with several threads gives each a manager of its own. `Create` makes the
 /// hidden window through which the manager follows changes that other programs make; a client that does
 /// not pump messages does without. Every operation that writes is one unit: after a crash it is there whole
@@ -47,7 +48,8 @@ public:
     BOOL Create(UINT unused = 0);
 
     /// Creates the phone book's databases and fills the groups from the platform's categories; with
-    /// `createWindow` also calls `Create`. Existing databases stay as they are. Opens nothing for use.
+    /// `createWindow` also calls `Create`. Existing databases stay as they are. Opens nothing for use, and leaves
+    /// the groups and the categories closed: call it before `openDB`.
     /// @return the result of filling the groups
     [[nodiscard]] HRESULT initDB(bool createWindow);
     /// Creates the four databases of the phone book. E_FAIL when any could not be made; one that exists
@@ -131,14 +133,15 @@ public:
     /// Adds a row of sample values to the extension table.
     [[nodiscard]] HRESULT insertRecord();
 
-    /// Contacts whose attribute holds the text: for the name, a part of it or its initial consonants. The
-    /// caller deletes the iterator. Null when there is no match.
+    /// Contacts whose name holds the text, or begins with it when it is of initial consonants. The search is by
+    /// name whatever the attribute is. The caller deletes the iterator. Null when there is no match.
     Database::Iterator* searchPBRecord(int pbAttrId, const CString& text);
     /// Contacts that a restriction such as [FileAs] >= "A" admits.
     Database::Iterator* searchPBRecord(const CString& restriction);
     /// Contacts within an earlier result, between two bounds of one attribute.
     Database::Iterator* searchPBRecord(Database::POlDBIterator* outer, int attrIdx, CCeDBProp* from, CCeDBProp* to);
-    /// Contacts one of whose reduced numbers holds `telNo`. The outer iterator is not consulted: meant so.
+    /// Contacts one of whose reduced numbers holds `telNo`, which is taken as it is: reduce it first (makeCNIP).
+    /// The outer iterator is not consulted: meant so.
     Database::Iterator* searchPBRecordOfTelNo(Database::POlDBIterator* outer, const CString& telNo);
 
     // --- Callers ---------------------------------------------------------------------------------------
@@ -146,7 +149,8 @@ public:
     /// Who has this number? The record's mask says which fields are wanted, and afterwards which were found.
     /// @param telNo a reduced number (makeCNIP), compared exactly
     /// @param oid receives the contact's identifier, or 0 unless an extension field was wanted; may be null
-    /// @return S_OK; S_FALSE when found only in part; E_INVALIDARG for an empty number; E_FAIL when no
+    /// @return S_OK; S_FALSE when found only in part, as without an extension row when extension fields were
+    ///         wanted; E_INVALIDARG for an empty number; E_FAIL when nothing was wanted, or when no
     ///         contact holds the number in any of its own, the record then being reset. When contacts hold
     ///         it within a longer number only: S_OK, with the record untouched.
     [[nodiscard]] HRESULT queryCallerInfo(const CString& telNo, PBRecord* record, DWORD* oid);
@@ -156,7 +160,8 @@ public:
     [[nodiscard]] HRESULT queryCID(DWORD speedDialId, CString* telNo);
 
     /// The reduced form of a number: digits, P, T, * and #, at most 32; a '+', the country code and the
-    /// space or '-' behind it become one '0'.
+    /// space or '-' behind it become one '0'. A '+' number without either is "0": where its country code ends
+    /// cannot be told.
     /// @param out receives at most 32 characters and a terminator
     static void makeCNIP(const WCHAR* in, WCHAR* out);
     static CString makeCNIP(const WCHAR* in);

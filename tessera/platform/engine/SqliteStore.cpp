@@ -47,6 +47,18 @@ std::unique_ptr<SqliteEngine> tryToConnect(const std::filesystem::path& file, co
     }
 }
 
+/// The write-ahead log that stays when the file of a store in use, or of one whose program was killed, is
+/// taken away. SQLite would read it as part of whatever store has that name next.
+[[nodiscard]] DWORD refuseForeignLog(const std::filesystem::path& file) {
+    const std::filesystem::path log = file.string() + "-wal";
+    std::error_code none;
+    const auto size = std::filesystem::file_size(log, none);
+    // A store that another process has just made may have a log by now.
+    if (none || size == 0 || std::filesystem::exists(file, none)) return ERROR_SUCCESS;
+    return setStoreError(ERROR_ALREADY_EXISTS, nameOf(log) + ": it is part of a store that was here; put that store " +
+                                                   "back, or remove this file to make a new one");
+}
+
 /// Makes a whole store under a private name before it gets its own: a process killed on the way leaves
 /// no half of one, and of two that make it at once the second takes the first one's.
 [[nodiscard]] DWORD createStore(const std::filesystem::path& file, const StoreOptions& options,
@@ -54,6 +66,7 @@ std::unique_ptr<SqliteEngine> tryToConnect(const std::filesystem::path& file, co
     if (const DWORD error = port::makePrivateFolder(file.parent_path())) {
         return setStoreError(error, nameOf(file.parent_path()) + ": the folder cannot be made");
     }
+    if (const DWORD error = refuseForeignLog(file)) return error;
     std::filesystem::path made;
     if (const DWORD error = port::makePrivateFileBeside(file, made)) {
         return setStoreError(error, nameOf(file) + ": the store cannot be made");
@@ -96,7 +109,16 @@ std::unique_ptr<RecordStore> openSqliteStore(const std::filesystem::path& file, 
                                              const std::string& locale) {
     std::error_code unreachable;
     const std::filesystem::path whole = std::filesystem::absolute(file, unreachable);
-    const bool there = std::filesystem::exists(whole, unreachable);
+    const std::filesystem::file_type type = std::filesystem::status(whole, unreachable).type();
+    if (type == std::filesystem::file_type::none) {
+        setStoreError(ERROR_ACCESS_DENIED, nameOf(whole) + ": " + unreachable.message());
+        return nullptr;
+    }
+    if (type == std::filesystem::file_type::directory) {
+        setStoreError(ERROR_BAD_FORMAT, nameOf(whole) + ": it is a folder");
+        return nullptr;
+    }
+    const bool there = type != std::filesystem::file_type::not_found;
     if (!there && createStore(whole, options, locale) != ERROR_SUCCESS) return nullptr;
     auto first = tryToConnect(whole, options);
     if (!first) return nullptr;

@@ -283,8 +283,42 @@ TEST(SqliteStore, AFolderIsNotAStore) {
 
     EXPECT_EQ(open(folder.path()), nullptr);
 
-    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
-    EXPECT_THAT(Platform::storeErrorText(), HasSubstr("cannot be opened"));
+    EXPECT_EQ(GetLastError(), ERROR_BAD_FORMAT);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr("it is a folder"));
+}
+
+TEST(SqliteStore, ANameThatTheSystemRefusesSaysWhy) {
+    const TemporaryFolder folder;
+
+    EXPECT_EQ(open(folder / std::string(300, 'x')), nullptr);
+
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr("File name too long"));
+}
+
+TEST(SqliteStore, IsNotMadeBesideTheLogOfAnEarlierOne) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    ASSERT_TRUE(open(file));
+    ASSERT_TRUE(WIFSIGNALED(statusOf(inChild([&] {
+        const auto engine = connect(file);
+        put(*engine, u"of the earlier store");
+        return ::raise(SIGKILL) == 0;
+    }))));
+    const fs::path away = folder / "away.db";
+    fs::rename(file, away);
+    const fs::path log = folder / "store.db-wal";
+    const std::string before = contentOf(log);
+    ASSERT_FALSE(before.empty());
+
+    EXPECT_EQ(open(file), nullptr);
+
+    EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr(log.string()));
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_EQ(contentOf(log), before);
+    fs::rename(away, file);
+    const auto engine = connect(file);
+    EXPECT_EQ(walk(*engine, byName(*engine)).size(), 1u) << "with its file the log is good again";
 }
 
 TEST(SqliteStore, NamesTheFileAndTheWaitWhenAnotherProgramWrites) {
