@@ -42,7 +42,8 @@ TEST(Tool, ExplainsItselfAndEachCommandWithAnExample) {
 TEST(Tool, AnswersWrongUsageWithStatusTwoAndTouchesNothing) {
     const Tool tool;
     expectFailure(tool(), 2, "subcommand");
-    expectFailure(tool("dance"), 2, "");
+    expectFailure(tool("dance"), 2, "\"dance\" is no command");
+    expectFailure(tool("--json", "dance"), 2, "\"dance\" is no command");
     expectFailure(tool("show"), 2, "OID");
     expectFailure(tool("show", "twelve"), 2, "twelve");
     expectFailure(tool("show", "-1"), 2, "");
@@ -53,6 +54,8 @@ TEST(Tool, AnswersWrongUsageWithStatusTwoAndTouchesNothing) {
     expectFailure(tool("identify", "anonymous"), 2, "anonymous");
     expectFailure(tool("search", "\xFF\xFE"), 2, "UTF-8");
     expectFailure(tool("--store"), 2, "--store");
+    expectFailure(tool("--store", "", "init"), 2, "--store");
+    expectFailure(tool("init", "--store", ""), 2, "--store");
     EXPECT_FALSE(exists(tool.store()));
 }
 
@@ -145,10 +148,28 @@ TEST(ToolAdd, RefusesWhatItCannotStore) {
     expectFailure(tool("add", "--name", ""), 2, "at least one field");
     expectFailure(tool("add", "--name", "A", "--birthday", "yesterday"), 2, "yesterday");
     expectFailure(tool("add", "--name", "A", "--birthday", "1990-02-30"), 2, "1990-02-30");
+    expectFailure(tool("add", "--name", "A", "--birthday", "1500-01-01"), 2, "1500-01-01");
     expectFailure(tool("add", "--name", "A", "--primary", "5"), 2, "--primary");
     expectFailure(tool("add", "--name", "A", "--private", "x"), 2, "--private");
     expectFailure(tool("add", "--name", std::string(32'736, 'x')), 2, "32735");
     EXPECT_FALSE(exists(tool.store()));
+}
+
+TEST(ToolAdd, SeparatesTheCountryCodeOfANumberAndLeavesOtherTextsAsTyped) {
+    const Tool tool;
+    const Json separated =
+        tool.json(0, "add", "--name", "+821012345678", "--mobile", "+821012345678", "--home", "+442079460958",
+                  "--business", "+82.10.6666.7777", "--pager", "+8210-1-2", "--fax", "+12125550123", "--bell", "+821");
+    EXPECT_EQ(separated["name"], "+821012345678");
+    EXPECT_EQ(separated["mobile"], "+82 1012345678");
+    EXPECT_EQ(separated["home"], "+44 2079460958");
+    EXPECT_EQ(separated["business"], "+82 .10.6666.7777");
+    EXPECT_EQ(separated["pager"], "+82 10-1-2");
+    EXPECT_EQ(separated["fax"], "+1 2125550123");
+    EXPECT_EQ(separated["bell"], "+821");
+    for (const std::string typed : {"+82 10-1-2", "+82-10-1-2", "010-1234-5678", "821012345678", "00821012345678",
+                                    "+82", "+8", "+", "+0101", "+99912", "(+82) 10-1", "+82) 10-1"})
+        EXPECT_EQ(tool.json(0, "add", "--mobile", typed)["mobile"], typed);
 }
 
 TEST(ToolAdd, StoresTheLongestTextThereCanBe) {
@@ -185,7 +206,9 @@ TEST(ToolList, OfAnEmptyPhoneBookIsEmptyAndDone) {
     const Tool tool;
     tool("init");
     EXPECT_EQ(tool.json(0, "list"), Json::array());
-    EXPECT_EQ(tool("list").status, 0);
+    const Outcome outcome = tool("list");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "");
 }
 
 TEST(ToolSearch, FindsPartsOfNamesInAnyCase) {

@@ -46,6 +46,19 @@ TEST(ToolIdentify, FindsWhoHoldsTheNumberWithACountryCode) {
     EXPECT_EQ(tool.match("10-2345-6789"), "01023456789");
 }
 
+TEST(ToolIdentify, FindsNumbersThatWereAddedWithoutASeparatorBehindTheirCountryCode) {
+    for (const std::string number : {"+821012345678", "+8210-1234-5678", "+82.10.1234.5678"}) {
+        const PhoneBookOf tool(number);
+        for (const std::string received : {number.c_str(), "+82 10-1234-5678", "+82-10-1234-5678", "00821012345678"})
+            EXPECT_EQ(tool.json(0, "identify", received)["name"], "Kim") << number << " as " << received;
+        expectFailure(tool("identify", "+821099999999"), 1, "+821099999999");
+        expectFailure(tool("identify", "0"), 1, "0");
+    }
+    const PhoneBookOf london("+442079460958");
+    for (const std::string received : {"+442079460958", "+44 20 7946 0958", "02079460958", "+44 (0)20 7946 0958"})
+        EXPECT_EQ(london.match(received), "02079460958") << received;
+}
+
 TEST(ToolIdentify, FallsBackToTheFormWithoutTheLeadingZero) {
     EXPECT_EQ(PhoneBookOf("212-555-0123").match("+1 212-555-0123"), "2125550123");
     EXPECT_EQ(PhoneBookOf("2125550123").match("0212 555 0123"), "2125550123");
@@ -91,8 +104,10 @@ TEST(ToolIdentify, FindsNobodyByAPartOfANumber) {
 }
 
 TEST(ToolIdentify, DoesNotTakeACountryCodeAloneForANumber) {
-    const PhoneBookOf tool("+821023456789");  // which the phone book reduces to 0
+    const PhoneBookOf tool("+82");  // which the phone book reduces to 0
     expectFailure(tool("identify", "+82"), 2, "+82");
+    for (const std::string received : {"+", "++", "-", "+ -", "(+)"})
+        EXPECT_EQ(tool("identify", received).status, 2) << received;
 }
 
 TEST(ToolIdentify, ShowsTheCallerAndTheFormThatMatched) {

@@ -187,6 +187,94 @@ TEST(ToolImport, OfAHeaderAloneImportsNothingAndIsDone) {
     EXPECT_EQ(tool.json(0, "list"), Json::array());
 }
 
+TEST(ToolImport, SeparatesTheCountryCodesOfTheFiveNumbers) {
+    const Tool tool;
+    tool("import", tool.file("people.csv",
+                             "Name\n+821,+822,,+821012345678,\"+442079460958\",  +82.10.6666.7777,+823,,,,,,"
+                             "+12125550123,\"+8210-1,2\"\nAs typed,,,+82 10-1-2,010-1-2\n"));
+    const Json contacts = tool.json(0, "list");
+    ASSERT_EQ(contacts.size(), 2u);
+    EXPECT_EQ(contacts[0]["name"], "+821");
+    EXPECT_EQ(contacts[0]["group"], "+822");
+    EXPECT_EQ(contacts[0]["mobile"], "+82 1012345678");
+    EXPECT_EQ(contacts[0]["home"], "+44 2079460958");
+    EXPECT_EQ(contacts[0]["business"], "+82 .10.6666.7777");
+    EXPECT_EQ(contacts[0]["email"], "+823");
+    EXPECT_EQ(contacts[0]["pager"], "+1 2125550123");
+    EXPECT_EQ(contacts[0]["fax"], "+82 10-1,2");
+    EXPECT_EQ(contacts[1]["mobile"], "+82 10-1-2");
+    EXPECT_EQ(contacts[1]["home"], "010-1-2");
+    for (const std::string received : {"+821012345678", "010-1234-5678", "+44 20 7946 0958", "+821066667777"})
+        EXPECT_EQ(tool.json(0, "identify", received)["name"], "+821") << received;
+}
+
+TEST(ToolImport, TakesCommasInQuotesAndDropsWhatStandsAroundValues) {
+    const Tool tool;
+    const std::string notes(32, ',');
+    const Outcome outcome =
+        tool("import", tool.file("people.csv", "Name\n\"Kim, Minsu\",  friends \t\n\"\", \"\" ,\nA,,,,,,,,,,,,,,\"" +
+                                                   notes + "\",,8\nB \"the\" bee,\"open\n"));
+    EXPECT_EQ(outcome.out, "line 3 skipped: it is blank\nimported 3 of 4 lines\n");
+    const Json contacts = tool.json(0, "list");
+    EXPECT_THAT(namesIn(contacts), ElementsAre("A", "B \"the\" bee", "Kim, Minsu"));
+    EXPECT_EQ(contacts[0]["primary"], 8);
+    EXPECT_EQ(contacts[1]["group"], "open");
+    EXPECT_EQ(contacts[2]["group"], "friends");
+}
+
+TEST(ToolImport, SaysWhatItDoesNotKeepOfALine) {
+    const Tool tool;
+    const std::string before(10, ',');
+    const std::string path =
+        tool.file("people.csv", "Name\n\nGood" + before + "1990-03-05,0x7fffffff,,,,0,10\nDay" + before +
+                                    "yesterday\nOld" + before + "1500-01-01\nAll" + before +
+                                    "1990-02-30,x,,,,12 3,-1\nRead" + before + ",010,,,,4294967295,4294967296\n");
+    const Outcome outcome = tool("import", path);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out,
+              "line 2 skipped: it is blank\n"
+              "line 4: its birthday is no date and is left out\n"
+              "line 5: its birthday is a date that cannot be kept and is left out\n"
+              "line 6: its birthday is no date and is left out; its calling screen is no whole number of 32 bits and "
+              "becomes 0; its private is no whole number of 32 bits and becomes 12; its primary is no whole number of "
+              "32 bits and becomes 4294967295\n"
+              "line 7: its calling screen is taken for 8; its private is taken for 2147483647; its primary is no "
+              "whole number of 32 bits and becomes 2147483647\n"
+              "imported 5 of 6 lines\n");
+    const Json contacts = tool.json(0, "list");
+    ASSERT_THAT(namesIn(contacts), ElementsAre("All", "Day", "Good", "Old", "Read"));
+    EXPECT_FALSE(contacts[0].contains("birthday"));
+    EXPECT_FALSE(contacts[0].contains("callingScreen"));
+    EXPECT_EQ(contacts[0]["private"], 12);
+    EXPECT_EQ(contacts[0]["primary"], 4294967295u);
+    EXPECT_FALSE(contacts[1].contains("birthday"));
+    EXPECT_EQ(contacts[2]["callingScreen"], 2147483647);
+    EXPECT_FALSE(contacts[3].contains("birthday"));
+    EXPECT_EQ(contacts[4]["callingScreen"], 8);
+    EXPECT_EQ(contacts[4]["private"], 2147483647);
+    EXPECT_EQ(contacts[4]["primary"], 2147483647);
+}
+
+TEST(ToolImport, WritesItsNotesIntoTheObjectsOfTheirLines) {
+    const Tool tool;
+    const std::string before(10, ',');
+    const Outcome outcome =
+        tool("import", "--json", tool.file("people.csv", "Name\nA" + before + "1990-03-05\nB" + before + "never\n"));
+    const Json contacts = tool.json(0, "list");
+    EXPECT_THAT(
+        jsonLines(outcome.out),
+        ElementsAre(Json{{"line", 2}, {"oid", contacts[0]["oid"]}},
+                    Json{{"line", 3}, {"oid", contacts[1]["oid"]}, {"note", "its birthday is no date and is left out"}},
+                    Json{{"imported", 2}, {"lines", 2}, {"skipped", 0}}));
+}
+
+TEST(ToolImport, RefusesLinesThatEndWithCarriageReturnsAlone) {
+    expectRefusedBytes("Name\rAnna\rPaul\r", "its lines end with carriage returns alone");
+    expectRefusedBytes("Name\rAnna", "its lines end with carriage returns alone");
+    expectRefusedBytes("\xFF\xFE" + utf16Bytes(u"Name\rAnna\r"), "its lines end with carriage returns alone");
+}
+
 TEST(ToolImport, RefusesFilesThatItCannotRead) {
     const Tool tool;
     expectRefused(tool, (tool / "missing.csv").string(), "there is no such file");

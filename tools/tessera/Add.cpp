@@ -10,6 +10,7 @@
 #include "Arguments.h"
 #include "Commands.h"
 #include "DisplayText.h"
+#include "Numbers.h"
 #include "Output.h"
 #include "Records.h"
 #include "Store.h"
@@ -55,13 +56,16 @@ DATE dateArgument(const std::string& name, const std::string& value) {
     COleDateTime day;
     if (!day.ParseDateTime(textArgument(name, value), VAR_DATEVALUEONLY))
         throw wrongUsage(name + " wants a date such as 1990-03-05, not \"" + value + "\"");
+    if (!canBeBirthday(day.date()))
+        throw wrongUsage(name + " cannot be " + value + ": the phone book does not keep it");
     return day.date();
 }
 
 void put(PBRecord& record, const Option& option, const std::string& value) {
     const PBAttribute& field = PhoneBook::aPBAttribute_[option.attribute];
     if (field.text != nullptr) {
-        record.*field.text = textArgument(option.name, value);
+        const CString text = textArgument(option.name, value);
+        record.*field.text = PhoneBook::PhoneBookDBMgr::isTelNoAttr(option.attribute) ? withSeparatedCode(text) : text;
     } else if (field.number != nullptr) {
         record.*field.number = numberArgument(option.name, value);
     } else {
@@ -116,7 +120,9 @@ void defineAdd(CLI::App& program, const Settings& settings, Action& chosen) {
     const auto values = std::make_shared<Values>();
     for (std::size_t i = 0; i < options.size(); ++i)
         command->add_option(options[i].name, (*values)[i], options[i].description)->type_name(options[i].valueName);
-    command->footer("Example:\n  tessera add --name 김민수 --mobile 010-2345-6789 --group 친구 --birthday 1990-03-05");
+    command->footer(
+        "A number stays as typed, but for a space behind the country calling code of one such as +821023456789.\n"
+        "Example:\n  tessera add --name 김민수 --mobile 010-2345-6789 --group 친구 --birthday 1990-03-05");
     command->callback(
         [&settings, &chosen, values] { chosen = [&settings, values] { return add(settings, *values); }; });
 }

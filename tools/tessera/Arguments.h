@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "tessera/platform/base/CString.h"
 #include "tessera/platform/base/Types.h"
@@ -11,7 +13,10 @@ namespace Tool {
 /// usage for what is not UTF-8.
 CString textArgument(const std::string& name, const std::string& value);
 
-/// A number, decimal or with 0x hexadecimal, of 32 bits. Throws a Failure of wrong usage for anything else.
+/// A number, decimal or with 0x hexadecimal, of 32 bits; nothing for any other text.
+std::optional<DWORD> numberOf(std::string_view text);
+
+/// The same of the command line. Throws a Failure of wrong usage for anything else.
 DWORD numberArgument(const std::string& name, const std::string& value);
 
 }  // namespace Tool

@@ -41,7 +41,9 @@ void defineImport(CLI::App& program, const Settings& settings, Action& chosen) {
         ->required();
     command->footer(
         "Columns: name, group, categories, mobile, home, business, e-mail, avatar, photo, bell, birthday,\n"
-        "calling screen, pager, fax, notes, private, primary. A value holds no comma; there is no quoting.\n"
+        "calling screen, pager, fax, notes, private, primary. A value in double quotes may hold commas and loses the\n"
+        "quotes. Blanks before a value, and blanks, tabs and quotes at its end, are dropped. A number such as\n"
+        "+821023456789 gets a space behind its country calling code.\n"
         "Example:\n  tessera import contacts.csv");
     command->callback([&settings, &chosen, path] { chosen = [&settings, path] { return import(settings, *path); }; });
 }

@@ -15,8 +15,15 @@ struct SkippedLines {
     const char* why;
 };
 
+/// A line that is handed to the phone book, which will not keep all of it as it stands there.
+struct LineNote {
+    int line;
+    std::string text;
+};
+
 /// A file of contacts, checked, and written anew as the phone book reads it: UTF-16LE without a mark, lines
-/// that end with a line feed alone, none that the phone book would make nothing good of.
+/// that end with a line feed alone, none that the phone book would make nothing good of, country calling codes
+/// separated from the rest of their numbers.
 class ImportFile {
 public:
     /// Throws a Failure when the file is none of contacts; see TextLines.
@@ -28,9 +35,12 @@ public:
     int lines() const { return lines_; }
     /// In their order; the header is line 1.
     const std::vector<SkippedLines>& skipped() const { return skipped_; }
+    /// In the order of their lines, one a line at most.
+    const std::vector<LineNote>& notes() const { return notes_; }
 
 private:
     void take(const CString& line, int number);
+    void skip(int number, const char* why);
     void write(const CString& line);
     void flush();
 
@@ -38,6 +48,7 @@ private:
     std::string buffer_;
     int lines_ = 0;
     std::vector<SkippedLines> skipped_;
+    std::vector<LineNote> notes_;
 };
 
 }  // namespace Tool

@@ -43,7 +43,7 @@ void ImportReport::tell(const Tried& tried) {
     if (tried.oid == 0) return tellSkipped(refusal("the phone book did not take it", tried.result));
     if (FAILED(tried.result)) return tellSkipped(refusal("the phone book took only a part of it", tried.result));
     ++imported_;
-    if (settings_.json) writeJson({{"line", told_}, {"oid", tried.oid}});
+    tellImported(tried.oid);
 }
 
 /// Steps to the next line of the source that was handed to the phone book, telling of those before it.
@@ -54,6 +54,26 @@ void ImportReport::moveToNextLine() {
         for (int i = 0; i < skipped.count; ++i, ++told_)
             tellSkipped(skipped.why);
     }
+}
+
+void ImportReport::tellImported(CEOID oid) {
+    const std::string note = takeNote();
+    if (settings_.json) {
+        Json object{{"line", told_}, {"oid", oid}};
+        if (!note.empty()) object["note"] = note;
+        return writeJson(object);
+    }
+    if (note.empty()) return;
+    progress_.clear();
+    std::cout << "line " << told_ << ": " << note << '\n';
+}
+
+/// The note on the line told of; empty when there is none.
+std::string ImportReport::takeNote() {
+    const std::vector<LineNote>& notes = file_.notes();
+    while (nextNote_ < notes.size() && notes[nextNote_].line < told_)
+        ++nextNote_;
+    return nextNote_ < notes.size() && notes[nextNote_].line == told_ ? notes[nextNote_].text : std::string();
 }
 
 void ImportReport::tellSkipped(const std::string& why) {

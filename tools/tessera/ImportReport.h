@@ -33,12 +33,15 @@ private:
 
     void tell(const Tried& tried);
     void moveToNextLine();
+    void tellImported(CEOID oid);
     void tellSkipped(const std::string& why);
+    std::string takeNote();
 
     const Settings& settings_;
     const ImportFile& file_;
     std::deque<Tried> pending_;
     std::size_t nextSkipped_ = 0;  ///< Among the file's skipped lines.
+    std::size_t nextNote_ = 0;     ///< Among the file's notes.
     int told_ = 1;                 ///< The source line last told of; the header needs no telling.
     int imported_ = 0;
     Progress progress_;

@@ -1,5 +1,6 @@
 // The command line: which command, with which options, and what the shell is told.
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -30,7 +31,8 @@ void describe(CLI::App& program, Tool::Settings& settings) {
     program
         .add_option("--store", settings.storePath,
                     "The store's file; else $TESSERA_STORE, else tessera/store.db in the data folder")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check([](const std::string& path) { return std::string(path.empty() ? "wants the name of a file" : ""); });
     program.add_flag("--json", settings.json, "Write JSON instead of text");
     program.footer(
         "Exit status: 0 done or found, 1 nothing found, 2 wrong usage, 3 failure.\n"
@@ -39,12 +41,23 @@ void describe(CLI::App& program, Tool::Settings& settings) {
     program.fallthrough();  // the options above may also stand behind the command
 }
 
+/// What the user took for a command, where there is none; empty when the line names one, or nothing at all.
+std::string unknownCommand(const CLI::App& program) {
+    if (!program.get_subcommands().empty()) return {};
+    const auto words = program.remaining();
+    const auto word =
+        std::find_if(words.begin(), words.end(), [](const std::string& text) { return !text.starts_with('-'); });
+    return word == words.end() ? std::string() : *word;
+}
+
 /// Answers false when the line asked for help or the version, which are then printed.
 bool parse(CLI::App& program, int argc, char** argv) {
     try {
         program.parse(argc, argv);
         return true;
     } catch (const CLI::ParseError& stop) {
+        const std::string unknown = stop.get_exit_code() != 0 ? unknownCommand(program) : std::string();
+        if (!unknown.empty()) throw Tool::wrongUsage("\"" + unknown + "\" is no command (see tessera --help)");
         if (stop.get_exit_code() != 0) throw Tool::wrongUsage(std::string(stop.what()) + " (see tessera --help)");
         program.exit(stop, std::cout, std::cerr);
         return false;

@@ -67,6 +67,7 @@ private:
 
 std::vector<CString> formsOf(const CString& received) {
     const std::u16string number = reduced(received.view());
+    if (number.empty()) return {};  // the phone book would make a 0 of a plus sign alone
     const bool plus = beginsWithPlus(received.view());
     const bool prefixed = !plus && number.starts_with(internationalPrefix);
     const std::u16string behindPrefix = prefixed ? number.substr(internationalPrefix.size()) : number;
@@ -77,6 +78,27 @@ std::vector<CString> formsOf(const CString& received) {
     // A plus sign before no known code: all that is left is what the phone book itself would make of it.
     if (plus && countryCodeLength(behindPrefix) == 0) forms.add(received.view());
     return forms.take();
+}
+
+std::size_t missingSeparator(std::u16string_view number) {
+    if (!number.starts_with(u'+')) return std::u16string_view::npos;
+    // The phone book takes all up to the first of these for the code.
+    const std::u16string_view code = number.substr(0, number.find_first_of(u" -"));
+    const std::u16string digits = reduced(code);
+    const std::size_t length = countryCodeLength(digits);
+    if (length == 0 || length == digits.size()) return std::u16string_view::npos;
+    std::size_t behind = 0;
+    for (std::size_t passed = 0; passed < length; ++behind) {
+        if (counts(code[behind])) ++passed;
+    }
+    return behind;
+}
+
+CString withSeparatedCode(const CString& number) {
+    CString separated = number;
+    const std::size_t place = missingSeparator(number.view());
+    if (place != std::u16string_view::npos) separated.Insert(static_cast<int>(place), u' ');
+    return separated;
 }
 
 }  // namespace Tool

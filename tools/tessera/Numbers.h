@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "tessera/platform/base/CString.h"
@@ -10,5 +12,12 @@ namespace Tool {
 /// book reduces it once its country calling code is separated from the rest, then with and without the
 /// leading zero. Empty when the text holds nothing of a number.
 std::vector<CString> formsOf(const CString& received);
+
+/// Where a number that begins with a plus sign lacks the space behind its country calling code without which
+/// the phone book would lose digits of it; npos for every other number.
+std::size_t missingSeparator(std::u16string_view number);
+
+/// The number as typed, with that space.
+CString withSeparatedCode(const CString& number);
 
 }  // namespace Tool

@@ -59,6 +59,7 @@ std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
 }
 
 void writeTable(std::span<const Contact> contacts) {
+    if (contacts.empty()) return;
     std::vector<Row> rows{headings()};
     rows.reserve(contacts.size() + 1);
     for (const Contact& contact : contacts)

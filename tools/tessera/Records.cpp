@@ -7,6 +7,7 @@
 #include "tessera/platform/base/COleDateTime.h"
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/base/Unicode.h"
+#include "tessera/platform/contacts/OutlookInterfaces.h"
 
 namespace Tool {
 
@@ -39,6 +40,11 @@ bool canBeStored(const TextLengths& lengths) {
                                   [](std::size_t length) { return length <= static_cast<std::size_t>(longestText); });
     return each && bytesInTable(lengths, PhoneBook::PBDBTBL_POLCONTACTS) <= recordBytes &&
            bytesInTable(lengths, PhoneBook::PBDBTBL_PHONEBOOKEXT) <= recordBytes;
+}
+
+bool canBeBirthday(DATE day) {
+    FILETIME time;
+    return day != 0.0 && day != noBirthday && fileTimeOfDate(day, time) != FALSE;
 }
 
 const Field& fieldOf(PhoneBook::PBDBAttrID attribute) {

@@ -20,6 +20,10 @@ using TextLengths = std::array<std::size_t, PhoneBook::nNumPBAttrs_>;
 /// Whether a contact with texts of these lengths can be stored whole: each and all of them together fit.
 bool canBeStored(const TextLengths& lengths);
 
+/// Whether the phone book can keep this day as a birthday. It cannot keep one before 1601, nor the two days
+/// that stand for none.
+bool canBeBirthday(DATE day);
+
 /// A field of a contact as the tool names it.
 struct Field {
     const char* key;    ///< In JSON.
