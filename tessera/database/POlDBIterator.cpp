@@ -1,5 +1,7 @@
 #include "tessera/database/POlDBIterator.h"
 
+#include <utility>
+
 #include "tessera/database/ContactItem.h"
 #include "tessera/database/Guarded.h"
 #include "tessera/database/POlDBTable.h"
@@ -24,6 +26,11 @@ POlDBIterator::POlDBIterator(IPOutlookItemCollection* items, Table* owner, int a
 
 POlDBIterator::~POlDBIterator() {
     if (items_ != nullptr) items_->Release();
+}
+
+void POlDBIterator::keepBounds(std::unique_ptr<CCeDBProp> from, std::unique_ptr<CCeDBProp> to) {
+    keptFrom_ = std::move(from);
+    keptTo_ = std::move(to);
 }
 
 HRESULT POlDBIterator::init() {

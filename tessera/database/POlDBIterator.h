@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "tessera/Export.h"
 #include "tessera/database/Iterator.h"
 #include "tessera/platform/base/CString.h"
@@ -51,6 +53,9 @@ public:
     /// True with at least one contact.
     bool isOpened() override;
 
+    /// Makes the bounds live as long as the cursor and its copies.
+    void keepBounds(std::unique_ptr<CCeDBProp> from, std::unique_ptr<CCeDBProp> to);
+
     /// The collection, no reference added.
     IPOutlookItemCollection* getItemCol() { return items_; }
 
@@ -69,6 +74,8 @@ private:
 
     IPOutlookItemCollection* items_;
     CString restriction_;
+    std::shared_ptr<const CCeDBProp> keptFrom_;
+    std::shared_ptr<const CCeDBProp> keptTo_;
 };
 
 }  // namespace Database

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <deque>
+#include <string_view>
+#include <utility>
 
 #include "tessera/Export.h"
 #include "tessera/database/Iterator.h"
@@ -73,6 +75,11 @@ protected:
     /// Finds the matches; a derived cursor finds its own.
     virtual HRESULT scan(IPOutlookItemCollection* items, const CString& key);
     HRESULT scanTelNo(IPOutlookItemCollection* items, const CString& key);
+
+    // What a derived cursor builds its result with.
+    void setItems(ComPtr<IPOutlookItemCollection> items) { items_ = std::move(items); }
+    void setKey(const CString& key) { key_ = key; }
+    void addMatch(DWORD oid, std::u16string_view name) { matches_.push_back({.oid = oid, .name = CString(name)}); }
 
 private:
     bool moveToIndex(int idx);

@@ -128,6 +128,22 @@ public:
     /// @return the result of the last insert; E_FAIL when the contacts table is not open, or what was written
     ///         could not be made durable
     [[nodiscard]] HRESULT insertPBRecord(PBRecord& record, DWORD* oid);
+    /// Writes the whole of a contact: a field that the record's mask lacks is emptied. The categories become the
+    /// group in front of those that the contact has. The extension row is written, or made, only when the record
+    /// has any extension field.
+    /// @return the result of the last table written to; E_FAIL when the contacts table is not open, or what was
+    ///         written could not be made durable
+    [[nodiscard]] HRESULT updatePBRecord(DWORD oid, PBRecord& record);
+    /// Deletes a contact's extension row if it has one, the contact, and those of its speed-dial slots that still
+    /// hold its numbers.
+    /// @return the result of the last step done: a slot that cannot be looked up counts. E_FAIL when the extension
+    ///         table is not open.
+    [[nodiscard]] HRESULT deletePBRecord(DWORD oid);
+    /// Deletes one row of a table. E_FAIL when it was not made or is not open.
+    [[nodiscard]] HRESULT deleteRecord(int tableId, DWORD& oid);
+    /// Deletes all extension rows, all contacts and all speed-dial slots. E_FAIL when the extension table is
+    /// not open; else the result of the last deletion.
+    [[nodiscard]] HRESULT deleteAllPBRecords();
     /// How many contacts there are, 0 before the contacts table was made.
     DWORD getNumRecords();
     /// Adds a row of sample values to the extension table.
@@ -143,6 +159,10 @@ public:
     /// Contacts one of whose reduced numbers holds `telNo`, which is taken as it is: reduce it first (makeCNIP).
     /// The outer iterator is not consulted: meant so.
     Database::Iterator* searchPBRecordOfTelNo(Database::POlDBIterator* outer, const CString& telNo);
+    /// Contacts whose categories are exactly the group; for the empty group those without categories.
+    Database::Iterator* searchPBRecordOfPBGroup(const CString& group);
+    /// Contacts whose name begins with `prefix` in any case, whatever the attribute; all for an empty prefix.
+    Database::Iterator* qSearchPBRecord(int pbAttrId, const CString& prefix);
 
     // --- Callers ---------------------------------------------------------------------------------------
 
@@ -224,7 +244,11 @@ private:
     Database::CeDBTable* reopenSortedBy(UINT tableId, WORD attrIdx);
 
     HRESULT insertContact(PBRecord& record, DWORD& oid);
+    HRESULT getContactRow(DWORD oid, PBRecord& record, CCeDBRecord& row);
+    HRESULT getExtensionRow(DWORD contactOid, PBRecord& record, CCeDBRecord& row);
     HRESULT insertExtensionRow(DWORD contactOid, PBRecord& record);
+    HRESULT writeExtensionRow(DWORD contactOid, PBRecord& record);
+    HRESULT freeSlot(BYTE slot, const CString& telNo);
     HRESULT fillRecord(IContact* contact, PBRecord* record, DWORD* oid);
     HRESULT importEntry(CStringArray& values, DWORD& oid);
     HRESULT importRow(UINT tableId, const CStringArray& values);

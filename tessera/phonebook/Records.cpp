@@ -4,6 +4,8 @@
 
 #include "tessera/common/CommaSepValList.h"
 #include "tessera/database/ContactItem.h"
+#include "tessera/database/Guarded.h"
+#include "tessera/database/PBGroupIterator.h"
 #include "tessera/database/ScanIterator.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
@@ -24,6 +26,16 @@ constexpr DWORD categoriesMask = adwCITypeMaskMap_[PBDBATTR_CATEGORIES];
 /// The attributes of an extension row that no record field fills.
 enum ExtensionAttr : int { extPodbOid = 0, extName = 1, extTelNo = 2, extFlags = 10 };
 constexpr WORD rowFlags = 7;
+
+/// The numbers that can have a speed-dial slot: the first three of the telephone-number flags.
+constexpr int slotsOfARecord = 3;
+constexpr DWORD slotNumbersMask = 0x1C;
+
+/// The slot of the record's i-th number, a byte of the slot word; 0 for none.
+BYTE slotOf(const PBRecord& record, int i) {
+    if ((record.dwCITypeMask & dwPrivateFlag_) == 0) return 0;
+    return static_cast<BYTE>(record.dwPrivate >> (8 * i));
+}
 
 /// The field of a record as a property of that ident.
 CCeDBProp propOfField(const PBRecord& record, const PBAttribute& attribute, WORD ident) {
@@ -129,30 +141,113 @@ HRESULT PhoneBookDBMgr::insertPBRecord(PBRecord& record, DWORD* oid) {
     return writingOperation(insert, [&] { contactOid = 0; });
 }
 
-HRESULT PhoneBookDBMgr::insertContact(PBRecord& record, DWORD& oid) {
+HRESULT PhoneBookDBMgr::getContactRow(DWORD oid, PBRecord& record, CCeDBRecord& row) {
     GatheredProps contact(*this);
+    const HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_POLCONTACTS, oid, record, contact.array());
+    return SUCCEEDED(result) ? contact.getRecord(row) : result;
+}
+
+HRESULT PhoneBookDBMgr::insertContact(PBRecord& record, DWORD& oid) {
     CCeDBRecord row;
-    HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_POLCONTACTS, 0, record, contact.array());
-    if (SUCCEEDED(result)) result = contact.getRecord(row);
+    const HRESULT result = getContactRow(0, record, row);
     return SUCCEEDED(result) ? contactsTable()->insertRecord(&row, oid) : result;
 }
 
-HRESULT PhoneBookDBMgr::insertExtensionRow(DWORD contactOid, PBRecord& record) {
-    if (tables_[PBDBTBL_PHONEBOOKEXT] == nullptr) return E_FAIL;
+HRESULT PhoneBookDBMgr::getExtensionRow(DWORD contactOid, PBRecord& record, CCeDBRecord& row) {
     const Database::RecordDef& schema = aRecDef_[PBDBTBL_PHONEBOOKEXT];
     const CString primaryNumber = getPBRecordFieldStr(record, getPrimaryTelNoFlag(record));
     GatheredProps extension(*this);
-    HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_PHONEBOOKEXT, 0, record, extension.array());
+    const HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_PHONEBOOKEXT, 0, record, extension.array());
     if (FAILED(result)) return result;
     overwrite(extension.array(), extPodbOid, CCeDBProp::ofUI4(schema.getAttrIdent(extPodbOid), contactOid));
     overwrite(extension.array(), extName, CCeDBProp::ofText(schema.getAttrIdent(extName), record.strName));
     overwrite(extension.array(), extTelNo,
               CCeDBProp::ofText(schema.getAttrIdent(extTelNo), PhoneBook::makeCNIP(primaryNumber)));
     overwrite(extension.array(), extFlags, CCeDBProp::ofUI2(schema.getAttrIdent(extFlags), rowFlags));
+    return extension.getRecord(row);
+}
+
+HRESULT PhoneBookDBMgr::insertExtensionRow(DWORD contactOid, PBRecord& record) {
+    if (tables_[PBDBTBL_PHONEBOOKEXT] == nullptr) return E_FAIL;
     CCeDBRecord row;
-    if (result = extension.getRecord(row); FAILED(result)) return result;
+    if (const HRESULT result = getExtensionRow(contactOid, record, row); FAILED(result)) return result;
     DWORD rowOid = 0;
     return tables_[PBDBTBL_PHONEBOOKEXT]->insertRecord(&row, rowOid);
+}
+
+HRESULT PhoneBookDBMgr::writeExtensionRow(DWORD contactOid, PBRecord& record) {
+    if (tables_[PBDBTBL_PHONEBOOKEXT] == nullptr) return E_FAIL;
+    CCeDBProp key = CCeDBProp::ofUI4(aRecDef_[PBDBTBL_PHONEBOOKEXT].getAttrIdent(extPodbOid), contactOid);
+    DWORD rowOid = 0;
+    const HRESULT query = tables_[PBDBTBL_PHONEBOOKEXT]->queryRecord(key, &rowOid, nullptr);
+    if (FAILED(query)) return query;
+    if (query == S_FALSE) return insertExtensionRow(contactOid, record);
+    CCeDBRecord row;
+    if (const HRESULT result = getExtensionRow(contactOid, record, row); FAILED(result)) return result;
+    return tables_[PBDBTBL_PHONEBOOKEXT]->updateRecord(rowOid, &row, 0, nullptr);
+}
+
+HRESULT PhoneBookDBMgr::updatePBRecord(DWORD oid, PBRecord& record) {
+    if (!isTableOpen(PBDBTBL_POLCONTACTS)) return E_FAIL;
+    return writingOperation([&]() -> HRESULT {
+        record.dwCITypeMask |= categoriesMask;
+        CCeDBRecord row;
+        HRESULT result = getContactRow(oid, record, row);
+        if (SUCCEEDED(result)) result = contactsTable()->updateRecord(oid, &row, 0, nullptr);
+        // Whatever became of the contact; without extension data the row is left as it is.
+        if ((record.dwCITypeMask & dwExtensionMask_) != 0) result = writeExtensionRow(oid, record);
+        return result;
+    });
+}
+
+HRESULT PhoneBookDBMgr::deletePBRecord(DWORD oid) {
+    if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
+    return writingOperation([&]() -> HRESULT {
+        PBRecord record;
+        record.dwCITypeMask = slotNumbersMask | dwPrivateFlag_;
+        static_cast<void>(queryCallerInfo(oid, &record));  // a contact without numbers has no slots
+        CCeDBProp key = CCeDBProp::ofUI4(aRecDef_[PBDBTBL_PHONEBOOKEXT].getAttrIdent(extPodbOid), oid);
+        HRESULT result = tables_[PBDBTBL_PHONEBOOKEXT]->deleteRecord(key);
+        if (FAILED(result)) return result;
+        result = deleteRecord(PBDBTBL_POLCONTACTS, oid);
+        if (FAILED(result)) return result;
+        for (int i = 0; i < slotsOfARecord; ++i) {
+            const DWORD flag = getTelNoAttrFlag(i);
+            const BYTE slot = slotOf(record, i);
+            if ((record.dwCITypeMask & flag) == 0 || slot == 0) continue;
+            result = freeSlot(slot, PhoneBook::makeCNIP(getPBRecordFieldStr(record, flag)));
+        }
+        return result;
+    });
+}
+
+/// Empties a speed-dial slot, unless it holds another number by now.
+HRESULT PhoneBookDBMgr::freeSlot(BYTE slot, const CString& telNo) {
+    if (!isTableOpen(PBDBTBL_SPEEDDIALNO)) return E_FAIL;
+    const Database::RecordDef& schema = aRecDef_[PBDBTBL_SPEEDDIALNO];
+    CCeDBProp key = CCeDBProp::ofI2(schema.getAttrIdent(0), slot);
+    DWORD rowOid = 0;
+    CCeDBRecord row;
+    if (tables_[PBDBTBL_SPEEDDIALNO]->queryRecord(key, &rowOid, &row) != S_OK) return E_FAIL;
+    const CCeDBProp* number = row.findProp(schema.getAttrIdent(2));
+    if (number == nullptr || number->getText() != telNo) return S_OK;
+    return tables_[PBDBTBL_SPEEDDIALNO]->deleteRecord(rowOid);
+}
+
+HRESULT PhoneBookDBMgr::deleteRecord(int tableId, DWORD& oid) {
+    if (!isTableOpen(static_cast<UINT>(tableId))) return E_FAIL;
+    return writingOperation([&] { return tables_[static_cast<std::size_t>(tableId)]->deleteRecord(oid); });
+}
+
+HRESULT PhoneBookDBMgr::deleteAllPBRecords() {
+    if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
+    return writingOperation([&]() -> HRESULT {
+        HRESULT result = tables_[PBDBTBL_PHONEBOOKEXT]->deleteAllRecords();
+        if (contactsTable() == nullptr) return E_FAIL;
+        result = contactsTable()->deleteAllRecords();
+        if (FAILED(result)) return result;
+        return isTableOpen(PBDBTBL_SPEEDDIALNO) ? tables_[PBDBTBL_SPEEDDIALNO]->deleteAllRecords() : E_ACCESSDENIED;
+    });
 }
 
 DWORD PhoneBookDBMgr::getNumRecords() {
@@ -180,6 +275,32 @@ Iterator* PhoneBookDBMgr::searchPBRecord(POlDBIterator* outer, int attrIdx, CCeD
 Iterator* PhoneBookDBMgr::searchPBRecordOfTelNo(POlDBIterator* /*outer*/, const CString& telNo) {
     if (contactsTable() == nullptr) return nullptr;
     return contactsTable()->getScanIterator(nullptr, Database::SCANATTR_TELNO, telNo);
+}
+
+Iterator* PhoneBookDBMgr::searchPBRecordOfPBGroup(const CString& group) {
+    if (contactsTable() == nullptr || tables_[PBDBTBL_PHONEBOOKEXT] == nullptr) return nullptr;
+    return Database::guarded<Iterator*>(nullptr, [&]() -> Iterator* {
+        auto members = std::make_unique<Database::PBGroupIterator>(contactsTable(), tables_[PBDBTBL_PHONEBOOKEXT],
+                                                                   PBDBATTR_CATEGORIES, group);
+        return members->isOpened() ? members.release() : nullptr;
+    });
+}
+
+Iterator* PhoneBookDBMgr::qSearchPBRecord(int pbAttrId, const CString& prefix) {
+    if (prefix.IsEmpty()) return getIterator(UINT{PBDBATTR_NAME}, nullptr, nullptr);
+    return Database::guarded<Iterator*>(nullptr, [&]() -> Iterator* {
+        const TupleMapEntry& place = atmDBAttrMap_[static_cast<std::size_t>(pbAttrId)];
+        const WORD ident = place.nTableID < 0 ? WORD{0} : aRecDef_[place.nTableID].getAttrIdent(place.nAttrIdx);
+        CString beyond = prefix;
+        const int last = beyond.GetLength() - 1;
+        beyond.SetAt(last, static_cast<WCHAR>(beyond[last] + 1));
+        auto from = std::make_unique<CCeDBProp>(CCeDBProp::ofText(ident, prefix));
+        auto to = std::make_unique<CCeDBProp>(CCeDBProp::ofText(ident, beyond));
+        // By name whatever the attribute, which only lends the bounds its identifier: meant so.
+        Iterator* found = getIterator(UINT{PBDBATTR_NAME}, from.get(), to.get());
+        if (found != nullptr) static_cast<POlDBIterator*>(found)->keepBounds(std::move(from), std::move(to));
+        return found;
+    });
 }
 
 }  // namespace PhoneBook

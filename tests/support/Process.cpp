@@ -92,6 +92,7 @@ Process::Process(const Command& command) {
     Ends in = makePipe(false);
     Ends out = makePipe(true);
     Ends err = command.errorToTerminal ? makeTerminal() : makePipe(true);
+    check(command.typed.empty() || ::write(err.ours, command.typed.data(), command.typed.size()) > 0, "terminal");
     std::vector<std::string> arguments{command.program};
     arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
     std::vector<std::string> environment = environmentOf(command);
@@ -102,7 +103,7 @@ Process::Process(const Command& command) {
     check(child_ >= 0, "fork");
     if (child_ == 0) {
         std::signal(SIGPIPE, SIG_DFL);
-        dup2(in.theirs, STDIN_FILENO);
+        dup2(command.typed.empty() ? in.theirs : err.theirs, STDIN_FILENO);
         dup2(out.theirs, STDOUT_FILENO);
         dup2(err.theirs, STDERR_FILENO);
         execve(command.program.c_str(), argumentPointers.data(), environmentPointers.data());

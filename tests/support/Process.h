@@ -16,6 +16,7 @@ struct Command {
     std::map<std::string, std::string> environment = {};
     std::string input = {};
     bool errorToTerminal = false;  ///< Standard error is a terminal, read back as `err`.
+    std::string typed = {};        ///< Standard input is that terminal, and this is typed there.
 };
 
 struct Outcome {

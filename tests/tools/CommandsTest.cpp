@@ -29,7 +29,8 @@ TEST(Tool, PrintsItsVersion) {
 
 TEST(Tool, ExplainsItselfAndEachCommandWithAnExample) {
     const Tool tool;
-    for (const std::string command : {"", "init", "import", "add", "show", "list", "search", "number", "identify"}) {
+    for (const std::string command :
+         {"", "init", "import", "export", "add", "edit", "delete", "show", "list", "search", "number", "identify"}) {
         const Outcome outcome = command.empty() ? tool("--help") : tool(command, "--help");
         EXPECT_EQ(outcome.status, 0) << command;
         EXPECT_THAT(outcome.out, HasSubstr("Example")) << command;
@@ -61,8 +62,14 @@ TEST(Tool, AnswersWrongUsageWithStatusTwoAndTouchesNothing) {
 
 TEST(Tool, SaysThatThereIsNoPhoneBookAndWhatToDo) {
     const Tool tool;
-    for (const auto& arguments : std::vector<std::vector<std::string>>{
-             {"show", "1"}, {"list"}, {"search", "a"}, {"number", "1"}, {"identify", "1"}}) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{"show", "1"},
+                                                                       {"list"},
+                                                                       {"export"},
+                                                                       {"edit", "1", "--name", "A"},
+                                                                       {"delete", "1"},
+                                                                       {"search", "a"},
+                                                                       {"number", "1"},
+                                                                       {"identify", "1"}}) {
         const Outcome outcome = run(tool.command(arguments));
         expectFailure(outcome, 3, tool.store().string());
         EXPECT_THAT(outcome.err, HasSubstr("tessera init"));

@@ -9,8 +9,17 @@ using testing_support::readFile;
 
 namespace {
 
-const std::vector<std::vector<std::string>> commands = {
-    {"init"}, {"add", "--name", "Anna"}, {"list"}, {"search", "a"}, {"number", "1"}, {"identify", "1"}, {"show", "1"}};
+const std::vector<std::vector<std::string>> commands = {{"init"},
+                                                        {"add", "--name", "Anna"},
+                                                        {"list"},
+                                                        {"search", "a"},
+                                                        {"number", "1"},
+                                                        {"identify", "1"},
+                                                        {"show", "1"},
+                                                        {"export"},
+                                                        {"edit", "1", "--name", "A"},
+                                                        {"delete", "1"},
+                                                        {"delete", "--all", "--yes"}};
 
 void expectUnusable(const Tool& tool, const std::filesystem::path& store) {
     for (auto arguments : commands) {

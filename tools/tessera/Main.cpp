@@ -17,8 +17,9 @@ namespace {
 
 using Tool::ExitStatus;
 
-constexpr auto define = {Tool::defineInit, Tool::defineImport, Tool::defineAdd,    Tool::defineShow,
-                         Tool::defineList, Tool::defineSearch, Tool::defineNumber, Tool::defineIdentify};
+constexpr auto define = {Tool::defineInit,   Tool::defineImport, Tool::defineExport,  Tool::defineAdd,
+                         Tool::defineEdit,   Tool::defineDelete, Tool::defineShow,    Tool::defineList,
+                         Tool::defineSearch, Tool::defineNumber, Tool::defineIdentify};
 
 int report(ExitStatus status, const std::string& why) {
     std::cout.flush();

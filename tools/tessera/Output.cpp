@@ -69,6 +69,15 @@ void writeTable(std::span<const Contact> contacts) {
         std::cout << lineOf(row, widths) << '\n';
 }
 
+std::string jsonArrayText(std::span<const Json> elements) {
+    std::string text;
+    for (const Json& element : elements) {
+        text += text.empty() ? "[\n" : ",\n";
+        text += displayableJson(element.dump());
+    }
+    return elements.empty() ? "[]\n" : text + "\n]\n";
+}
+
 }  // namespace
 
 Json jsonOf(const Contact& contact) {
@@ -89,12 +98,15 @@ void writeJson(const Json& document) {
 }
 
 void writeJsonArray(std::span<const Json> elements) {
-    const char* before = "[\n";
-    for (const Json& element : elements) {
-        std::cout << before << displayableJson(element.dump());
-        before = ",\n";
-    }
-    std::cout << (elements.empty() ? "[]\n" : "\n]\n");
+    std::cout << jsonArrayText(elements);
+}
+
+std::string jsonText(std::span<const Contact> contacts) {
+    std::vector<Json> objects;
+    objects.reserve(contacts.size());
+    for (const Contact& contact : contacts)
+        objects.push_back(jsonOf(contact));
+    return jsonArrayText(objects);
 }
 
 void writeContact(const Settings& settings, const Contact& contact) {
@@ -109,11 +121,7 @@ void writeContact(const Settings& settings, const Contact& contact) {
 
 void writeContacts(const Settings& settings, std::span<const Contact> contacts) {
     if (!settings.json) return writeTable(contacts);
-    std::vector<Json> objects;
-    objects.reserve(contacts.size());
-    for (const Contact& contact : contacts)
-        objects.push_back(jsonOf(contact));
-    writeJsonArray(objects);
+    std::cout << jsonText(contacts);
 }
 
 ExitStatus nothingFound(const Settings& settings, const std::string& what, const Json& document) {

@@ -29,6 +29,9 @@ void writeContact(const Settings& settings, const Contact& contact);
 void writeContacts(const Settings& settings, std::span<const Contact> contacts);
 void writeJsonArray(std::span<const Json> elements);
 
+/// Contacts as a JSON array with an object a line.
+std::string jsonText(std::span<const Contact> contacts);
+
 /// Says on standard error what was not found; in JSON, standard output gets the document for nothing.
 ExitStatus nothingFound(const Settings& settings, const std::string& what, const Json& document = Json());
 

@@ -35,6 +35,14 @@ std::size_t bytesInTable(const TextLengths& lengths, int table) {
 
 }  // namespace
 
+TextLengths lengthsOf(const PBRecord& record) {
+    TextLengths lengths{};
+    for (const PBAttribute& field : PhoneBook::aPBAttribute_) {
+        if (field.text != nullptr) lengths[static_cast<std::size_t>(field.id)] = (record.*field.text).view().size();
+    }
+    return lengths;
+}
+
 bool canBeStored(const TextLengths& lengths) {
     const bool each = std::all_of(lengths.begin(), lengths.end(),
                                   [](std::size_t length) { return length <= static_cast<std::size_t>(longestText); });

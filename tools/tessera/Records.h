@@ -17,6 +17,8 @@ inline constexpr int longestText = 32'735;
 /// The lengths of a contact's texts, in UTF-16 units, by attribute.
 using TextLengths = std::array<std::size_t, PhoneBook::nNumPBAttrs_>;
 
+TextLengths lengthsOf(const PhoneBook::PBRecord& record);
+
 /// Whether a contact with texts of these lengths can be stored whole: each and all of them together fit.
 bool canBeStored(const TextLengths& lengths);
 

@@ -1,16 +1,19 @@
 // list, search and number: the contacts that match, in the phone book's order.
 
-#include <functional>
 #include <memory>
+#include <set>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "Arguments.h"
+#include "Categories.h"
 #include "Commands.h"
 #include "Output.h"
 #include "Records.h"
 #include "Store.h"
+#include "tessera/platform/base/Results.h"
 
 namespace Tool {
 
@@ -18,13 +21,21 @@ namespace {
 
 using PhoneBook::PhoneBookDBMgr;
 
-ExitStatus list(const Settings& settings) {
-    Store store(settings, Store::WhenMissing::fail);
-    const auto contacts =
-        readContacts(store.manager(), store.manager().getIterator(PhoneBook::PBDBATTR_NAME, nullptr, nullptr));
-    writeContacts(settings, contacts);
-    return ExitStatus::done;  // an empty phone book is listed as well
-}
+struct ListArguments {
+    std::string group;
+    bool noGroup = false;
+    std::string prefix;
+    const CLI::Option* groupGiven = nullptr;
+    const CLI::Option* prefixGiven = nullptr;
+
+    bool hasGroup() const { return groupGiven->count() != 0; }
+    bool hasPrefix() const { return prefixGiven->count() != 0; }
+};
+
+struct SearchArguments {
+    std::string text;
+    std::vector<std::string> narrowing;
+};
 
 ExitStatus report(const Settings& settings, const std::vector<Contact>& contacts, const std::string& whatIsMissing) {
     if (contacts.empty()) return nothingFound(settings, whatIsMissing, Json::array());
@@ -32,12 +43,59 @@ ExitStatus report(const Settings& settings, const std::vector<Contact>& contacts
     return ExitStatus::done;
 }
 
-ExitStatus search(const Settings& settings, const std::string& argument) {
-    const CString text = textArgument("TEXT", argument);
+ExitStatus listAll(const Settings& settings) {
+    Store store(settings, Store::WhenMissing::fail);
+    const auto contacts =
+        readContacts(store.manager(), store.manager().getIterator(PhoneBook::PBDBATTR_NAME, nullptr, nullptr));
+    writeContacts(settings, contacts);
+    return ExitStatus::done;  // an empty phone book is listed as well
+}
+
+ExitStatus listGroup(const Settings& settings, const CString& group, const std::string& whatIsMissing) {
+    Store store(settings, Store::WhenMissing::fail);
+    return report(settings, readContacts(store.manager(), store.manager().searchPBRecordOfPBGroup(group)),
+                  whatIsMissing);
+}
+
+ExitStatus listPrefix(const Settings& settings, const std::string& argument) {
+    const CString prefix = textArgument("--prefix", argument);
     Store store(settings, Store::WhenMissing::fail);
     return report(settings,
-                  readContacts(store.manager(), store.manager().searchPBRecord(PhoneBook::PBDBATTR_NAME, text)),
-                  "no name holds \"" + argument + "\"");
+                  readContacts(store.manager(), store.manager().qSearchPBRecord(PhoneBook::PBDBATTR_NAME, prefix)),
+                  "no name begins with \"" + argument + "\"");
+}
+
+ExitStatus list(const Settings& settings, const ListArguments& arguments) {
+    if (arguments.noGroup) return listGroup(settings, CString(), "every contact has a group");
+    if (arguments.hasPrefix()) return listPrefix(settings, arguments.prefix);
+    if (!arguments.hasGroup()) return listAll(settings);
+    if (arguments.group.empty()) throw wrongUsage("--group wants a name; --no-group lists who has none");
+    return listGroup(settings, asCategory(textArgument("--group", arguments.group)),
+                     "nobody is in the group \"" + arguments.group + "\"");
+}
+
+/// Keeps those contacts whose name the text finds as well.
+void narrow(std::vector<Contact>& contacts, PhoneBookDBMgr& manager, const CString& text) {
+    const std::unique_ptr<Database::Iterator> iterator(manager.searchPBRecord(PhoneBook::PBDBATTR_NAME, text));
+    std::set<DWORD> found;
+    while (iterator && iterator->next() == S_OK)
+        found.insert(iterator->getCur());
+    std::erase_if(contacts, [&](const Contact& contact) { return found.count(contact.oid) == 0; });
+}
+
+ExitStatus search(const Settings& settings, const SearchArguments& arguments) {
+    const CString text = textArgument("TEXT", arguments.text);
+    std::vector<CString> narrowing;
+    for (const std::string& argument : arguments.narrowing)
+        narrowing.push_back(textArgument("--and", argument));
+    Store store(settings, Store::WhenMissing::fail);
+    auto contacts = readContacts(store.manager(), store.manager().searchPBRecord(PhoneBook::PBDBATTR_NAME, text));
+    std::string missing = "no name holds \"" + arguments.text + "\"";
+    for (std::size_t i = 0; i < narrowing.size(); ++i) {
+        narrow(contacts, store.manager(), narrowing[i]);
+        missing += " and \"" + arguments.narrowing[i] + "\"";
+    }
+    return report(settings, contacts, missing);
 }
 
 ExitStatus number(const Settings& settings, const std::string& argument) {
@@ -49,35 +107,45 @@ ExitStatus number(const Settings& settings, const std::string& argument) {
                   "no number holds \"" + argument + "\"");
 }
 
-using Search = ExitStatus (*)(const Settings&, const std::string&);
-
-void takeKey(CLI::App* command, const Settings& settings, Action& chosen, const char* argument, const char* description,
-             Search run) {
-    const auto key = std::make_shared<std::string>();
-    command->add_option(argument, *key, description)->required();
-    command->callback(
-        [&settings, &chosen, key, run] { chosen = [&settings, key, run] { return run(settings, *key); }; });
-}
-
 }  // namespace
 
 void defineList(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("list", "List all contacts in the order of their names");
-    command->footer("Example:\n  tessera list --json");
-    command->callback([&settings, &chosen] { chosen = [&settings] { return list(settings); }; });
+    CLI::App* command = program.add_subcommand("list", "List contacts: all of them, or those of a group or a prefix");
+    const auto arguments = std::make_shared<ListArguments>();
+    CLI::Option* group = command->add_option("--group", arguments->group, "Only whose one category is this group");
+    CLI::Option* noGroup = command->add_flag("--no-group", arguments->noGroup, "Only who has no category");
+    CLI::Option* prefix = command->add_option("--prefix", arguments->prefix, "Only whose name begins so, in any case");
+    group->type_name("NAME")->excludes(noGroup)->excludes(prefix);
+    prefix->type_name("TEXT")->excludes(noGroup);
+    arguments->groupGiven = group;
+    arguments->prefixGiven = prefix;
+    command->footer("Examples:\n  tessera list --json\n  tessera list --group friends");
+    command->callback(
+        [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return list(settings, *arguments); }; });
 }
 
 void defineSearch(CLI::App& program, const Settings& settings, Action& chosen) {
     CLI::App* command = program.add_subcommand("search", "Find contacts by a part of the name, or by its initials");
-    command->footer("Examples:\n  tessera search kim\n  tessera search ㄱㅁ");
-    takeKey(command, settings, chosen, "TEXT",
-            "A part of the name in any case, or initial consonants from its beginning", search);
+    const auto arguments = std::make_shared<SearchArguments>();
+    command
+        ->add_option("TEXT", arguments->text,
+                     "A part of the name in any case, or initial consonants from its beginning")
+        ->required();
+    command->add_option("--and", arguments->narrowing, "Only those that this text finds as well; may stand repeatedly")
+        ->type_name("TEXT")
+        ->allow_extra_args(false);
+    command->footer("Examples:\n  tessera search kim\n  tessera search ㄱㅁ\n  tessera search kim --and anna");
+    command->callback(
+        [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return search(settings, *arguments); }; });
 }
 
 void defineNumber(CLI::App& program, const Settings& settings, Action& chosen) {
     CLI::App* command = program.add_subcommand("number", "Find contacts by a part of one of their numbers");
     command->footer("Example:\n  tessera number 5678");
-    takeKey(command, settings, chosen, "DIGITS", "Digits that follow one another in the number", number);
+    const auto digits = std::make_shared<std::string>();
+    command->add_option("DIGITS", *digits, "Digits that follow one another in the number")->required();
+    command->callback(
+        [&settings, &chosen, digits] { chosen = [&settings, digits] { return number(settings, *digits); }; });
 }
 
 }  // namespace Tool

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "Failure.h"
+#include "System.h"
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/objectstore/ObjectStore.h"
 
@@ -13,8 +14,7 @@ namespace {
 
 bool isMissing(const std::string& path) {
     std::error_code error;
-    const std::filesystem::path file(std::u8string(path.begin(), path.end()));
-    return std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found;
+    return std::filesystem::status(pathOf(path), error).type() == std::filesystem::file_type::not_found;
 }
 
 Failure noPhoneBook(const std::string& path) {

@@ -1,6 +1,7 @@
 #include "System.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -17,7 +18,38 @@ Failure temporaryFileFailure(const std::string& path) {
     return Failure(path + ": cannot write a temporary file: " + std::strerror(errno));
 }
 
+/// False when not all could be written; errno says why.
+bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// The file that a path leads to: a link stays, and what it points at is replaced.
+std::string targetOf(const std::string& path) {
+    std::error_code error;
+    const auto type = std::filesystem::status(pathOf(path), error).type();
+    if (type == std::filesystem::file_type::not_found) return path;
+    if (type == std::filesystem::file_type::directory) throw Failure(path + ": is a folder, not a file");
+    if (type != std::filesystem::file_type::regular) throw Failure(path + ": is no regular file");
+    const auto target = std::filesystem::canonical(pathOf(path), error);
+    if (error) throw Failure(path + ": " + error.message());
+    return target.string();
+}
+
 }  // namespace
+
+std::filesystem::path pathOf(const std::string& path) {
+    return std::u8string(path.begin(), path.end());
+}
+
+bool inputIsTerminal() {
+    return isatty(STDIN_FILENO) == 1;
+}
 
 bool outputIsTerminal() {
     return isatty(STDOUT_FILENO) == 1;
@@ -47,12 +79,21 @@ PrivateFile::~PrivateFile() {
 }
 
 void PrivateFile::append(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) throw temporaryFileFailure(path_);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    if (!writeAll(descriptor_, bytes)) throw temporaryFileFailure(path_);
+}
+
+void replaceFile(const std::string& path, std::string_view bytes) {
+    const std::string target = targetOf(path);
+    std::string beside = target + ".XXXXXX";
+    const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
+    if (descriptor < 0) throw Failure(path + ": cannot be written: " + std::strerror(errno));
+    const bool written = writeAll(descriptor, bytes) && fsync(descriptor) == 0;
+    int why = written ? 0 : errno;
+    if (close(descriptor) != 0 && why == 0) why = errno;
+    if (why == 0 && std::rename(beside.c_str(), target.c_str()) != 0) why = errno;
+    if (why == 0) return;
+    unlink(beside.c_str());
+    throw Failure(path + ": cannot be written: " + std::strerror(why));
 }
 
 }  // namespace Tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -7,6 +8,10 @@ namespace Tool {
 
 // What the tool asks of the operating system beyond the standard library.
 
+/// The path of a file that is named in UTF-8.
+std::filesystem::path pathOf(const std::string& path);
+
+bool inputIsTerminal();
 bool outputIsTerminal();
 bool errorIsTerminal();
 
@@ -30,5 +35,10 @@ private:
     std::string path_;
     bool named_ = true;
 };
+
+/// Puts a file with these bytes in the place of the one under that path, or makes it: whoever looks sees the
+/// old file or the whole new one, which nobody else can read. Throws a Failure that names the path, and then
+/// leaves all as it was, when that cannot be done or something other than a file stands there.
+void replaceFile(const std::string& path, std::string_view bytes);
 
 }  // namespace Tool

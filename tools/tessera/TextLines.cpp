@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "Failure.h"
+#include "System.h"
 #include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
@@ -18,10 +19,6 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::size_t longestFile = std::size_t{1} << 30;
-
-std::filesystem::path pathOf(const std::string& path) {
-    return std::u8string(path.begin(), path.end());
-}
 
 /// Answers why the path cannot be read as a file at all; empty when it can.
 std::string whyNotReadable(const std::string& path) {

@@ -1,0 +1,183 @@
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tests/support/Builders.h"
+#include "tests/support/TemporaryStore.h"
+#include "tests/support/Values.h"
+
+namespace PhoneBook {
+namespace {
+
+using testing_support::contact;
+using testing_support::MemoryStoreMount;
+using testing_support::OpenPhoneBook;
+
+PBRecord recordOf(OpenPhoneBook& book, DWORD oid) {
+    PBRecord record;
+    record.dwCITypeMask = 0x007F0FFF;
+    static_cast<void>(book->queryCallerInfo(oid, &record));
+    return record;
+}
+
+DWORD extensionRows(OpenPhoneBook& book) {
+    return book->getTable(PBDBTBL_PHONEBOOKEXT)->getNumRecords();
+}
+
+void fillSlot(OpenPhoneBook& book, std::int16_t slot, const WCHAR* number) {
+    CCeDBProp row[] = {CCeDBProp::ofI2(512, slot), CCeDBProp::ofUI4(513, 4), CCeDBProp::ofText(514, number),
+                       CCeDBProp::ofUI2(515, 7)};
+    DWORD oid = 0;
+    ASSERT_EQ(S_OK, book->getTable(PBDBTBL_SPEEDDIALNO)->insertRecord(row, oid));
+}
+
+bool slotIsFilled(OpenPhoneBook& book, DWORD slot) {
+    CString number;
+    return book->queryCID(slot, &number) == S_OK;
+}
+
+TEST(UpdatePBRecord, ClearsWhatTheMaskLacks) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").email(u"k@x.kr").group(u"A").bell(u"ding"));
+    PBRecord changed = contact().name(u"Lee").group(u"A").record();
+    EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
+    const PBRecord read = recordOf(book, oid);
+    EXPECT_EQ(CString(u"Lee"), read.strName);
+    EXPECT_EQ(CString(u""), read.strMobileTelephoneNumber);
+    EXPECT_EQ(CString(u""), read.strEmail1Address);
+    EXPECT_EQ(CString(u""), read.strBell);
+    EXPECT_EQ(1u, extensionRows(book));
+}
+
+TEST(UpdatePBRecord, LeavesTheExtensionRowAloneWithoutExtensionFields) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").group(u"A").bell(u"ding"));
+    PBRecord changed = contact().name(u"Lee").record();
+    EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
+    const PBRecord read = recordOf(book, oid);
+    EXPECT_EQ(CString(u"A"), read.strGroup);
+    EXPECT_EQ(CString(u"ding"), read.strBell);
+    EXPECT_EQ(CString(u", A"), read.strCategories) << "the empty group in front of what was there";
+}
+
+TEST(UpdatePBRecord, MakesAnExtensionRowWhenThereWasNone) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1"));
+    PBRecord changed = contact().name(u"Kim").mobile(u"010-1").group(u"A").record();
+    EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
+    EXPECT_EQ(1u, extensionRows(book));
+    EXPECT_EQ(CString(u"A"), recordOf(book, oid).strGroup);
+}
+
+TEST(UpdatePBRecord, TwiceWithOneGroupPutsItInFrontTwice) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim"));
+    for (int i = 0; i < 2; ++i) {
+        PBRecord changed = contact().name(u"Kim").group(u"A").record();
+        EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
+    }
+    EXPECT_EQ(CString(u"A, A"), recordOf(book, oid).strCategories);
+}
+
+TEST(UpdatePBRecord, NeedsTheContactsTableAndTheContact) {
+    const MemoryStoreMount store;
+    PhoneBookDBMgr closed;
+    PBRecord record = contact().name(u"Kim").record();
+    EXPECT_EQ(E_FAIL, closed.updatePBRecord(7, record));
+    OpenPhoneBook book;
+    EXPECT_TRUE(FAILED(book->updatePBRecord(99'999, record)));
+}
+
+TEST(DeletePBRecord, TakesTheContactAndItsExtensionRow) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"A"));
+    const DWORD lee = book.add(contact().name(u"Lee").mobile(u"010-2"));
+    EXPECT_EQ(S_OK, book->deletePBRecord(kim));
+    EXPECT_EQ(1u, book->getNumRecords());
+    EXPECT_EQ(0u, extensionRows(book));
+    EXPECT_EQ(S_OK, book->deletePBRecord(lee)) << "one without an extension row too";
+    EXPECT_TRUE(FAILED(book->deletePBRecord(lee))) << "it is gone";
+}
+
+TEST(DeletePBRecord, FreesTheSlotsThatStillHoldItsNumbers) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid =
+        book.add(contact().name(u"Kim").mobile(u"010-1").home(u"02-2").business(u"031-3").slots(0x070605));
+    fillSlot(book, 5, u"0101");
+    fillSlot(book, 6, u"0999");  // reassigned since
+    fillSlot(book, 7, u"0313");
+    EXPECT_EQ(S_OK, book->deletePBRecord(oid));
+    EXPECT_FALSE(slotIsFilled(book, 5));
+    EXPECT_TRUE(slotIsFilled(book, 6));
+    EXPECT_FALSE(slotIsFilled(book, 7));
+}
+
+TEST(DeletePBRecord, NeedsTheExtensionTable) {
+    const MemoryStoreMount store;
+    PhoneBookDBMgr closed;
+    DWORD oid = 7;
+    EXPECT_EQ(E_FAIL, closed.deletePBRecord(oid));
+    EXPECT_EQ(E_FAIL, closed.deleteRecord(PBDBTBL_POLCONTACTS, oid));
+    EXPECT_EQ(E_FAIL, closed.deleteAllPBRecords());
+}
+
+TEST(DeleteRecord, TakesOneRowOfATable) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    DWORD oid = book.add(contact().name(u"Kim").group(u"A"));
+    EXPECT_EQ(S_OK, book->deleteRecord(PBDBTBL_POLCONTACTS, oid));
+    EXPECT_EQ(0u, book->getNumRecords());
+    EXPECT_EQ(1u, extensionRows(book)) << "of that table only";
+}
+
+TEST(DeleteAllPBRecords, EmptiesContactsExtensionRowsAndSlots) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"})
+        book.add(contact().name(name).group(u"A"));
+    fillSlot(book, 5, u"0101");
+    EXPECT_EQ(S_OK, book->deleteAllPBRecords());
+    EXPECT_EQ(0u, book->getNumRecords());
+    EXPECT_EQ(0u, extensionRows(book));
+    EXPECT_FALSE(slotIsFilled(book, 5));
+    EXPECT_EQ(S_OK, book->deleteAllPBRecords()) << "nothing to delete is no fault";
+}
+
+TEST(QSearchPBRecord, FindsNamesThatBeginWithThePrefix) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (const WCHAR* name : {u"Ki", u"kim", u"KIT", u"Kj", u"Aki", u"김민수", u"김미경", u"깁스"}) {
+        book.add(contact().name(name));
+    }
+    const auto count = [&](const WCHAR* prefix, int attribute = PBDBATTR_NAME) {
+        const std::unique_ptr<Database::Iterator> found(book->qSearchPBRecord(attribute, prefix));
+        return found == nullptr ? 0 : found->getNumItems();
+    };
+    EXPECT_EQ(3, count(u"Ki"));
+    EXPECT_EQ(3, count(u"Ki", PBDBATTR_MOBILETEL)) << "by name whatever the attribute";
+    EXPECT_EQ(2, count(u"김"));
+    EXPECT_EQ(8, count(u""));
+    EXPECT_EQ(0, count(u"Z"));
+    EXPECT_EQ(0, count(u"Ki\" or [FileAs] >= \"")) << "a quote finds nobody and widens nothing";
+}
+
+TEST(QSearchPBRecord, TheCursorOwnsItsBounds) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    book.add(contact().name(u"Kim"));
+    book.add(contact().name(u"Kit"));
+    const std::unique_ptr<Database::Iterator> found(book->qSearchPBRecord(PBDBATTR_NAME, u"Ki"));
+    ASSERT_NE(nullptr, found);
+    EXPECT_EQ(S_OK, found->deleteAt(1, false)) << "reads its result anew";
+    EXPECT_EQ(1, found->getNumItems());
+}
+
+}  // namespace
+}  // namespace PhoneBook

@@ -1,0 +1,88 @@
+// edit: changes some fields of a contact and keeps the others.
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "Arguments.h"
+#include "Categories.h"
+#include "Commands.h"
+#include "ContactOptions.h"
+#include "Output.h"
+#include "Records.h"
+#include "Store.h"
+#include "tessera/platform/base/Results.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
+
+namespace Tool {
+
+namespace {
+
+using PhoneBook::PBRecord;
+
+struct EditArguments {
+    std::string oid;
+    ContactOptions options;
+};
+
+/// An update puts the group in front of the categories that there are: that has to fit as well.
+void requireRoomForCategories(const PBRecord& before, const PBRecord& after) {
+    if (before.strCategories.GetLength() + after.strGroup.GetLength() + 2 > longestText)
+        throw wrongUsage("the group and the categories that the contact has are too long together");
+}
+
+/// Writes the record as an update does, and the categories as people expect them.
+void write(Store& store, DWORD oid, const PBRecord& before, PBRecord after) {
+    const CString categories = shortestCategories(before.strCategories.view(), before.strGroup, after.strGroup);
+    if (FAILED(store.manager().updatePBRecord(oid, after)) || !writeCategories(oid, categories))
+        throw Failure(storeErrorText(store.path()));
+}
+
+/// False when there is no such contact.
+bool change(Store& store, DWORD oid, const ContactOptions& options) {
+    ObjectStoreBatch batch;  // from the reading on: nobody else changes the contact in between
+    if (!batch.begun()) throw Failure(storeErrorText(store.path()));
+    const auto contact = readContact(store.manager(), oid);
+    if (!contact) return false;
+    PBRecord edited = contact->record;
+    options.apply(edited);
+    requireStorable(edited);
+    requireRoomForCategories(contact->record, edited);
+    write(store, oid, contact->record, edited);
+    if (!batch.end()) throw Failure(storeErrorText(store.path()));
+    return true;
+}
+
+ExitStatus edit(const Settings& settings, const EditArguments& arguments) {
+    const DWORD oid = numberArgument("OID", arguments.oid);
+    if (arguments.options.empty()) throw wrongUsage("edit wants at least one field, such as --name");
+    PBRecord tried;
+    arguments.options.apply(tried);  // before the store: a bad value touches none
+    Store store(settings, Store::WhenMissing::fail);
+    if (!change(store, oid, arguments.options))
+        return nothingFound(settings, "there is no contact " + std::to_string(oid));
+    if (!settings.json) {
+        std::cout << "changed contact " << oid << '\n';
+        return ExitStatus::done;
+    }
+    const auto changed = readContact(store.manager(), oid);
+    if (!changed) throw Failure(storeErrorText(store.path()));
+    writeContact(settings, *changed);
+    return ExitStatus::done;
+}
+
+}  // namespace
+
+void defineEdit(CLI::App& program, const Settings& settings, Action& chosen) {
+    CLI::App* command = program.add_subcommand("edit", "Change the named fields of a contact and keep the others");
+    const auto arguments = std::make_shared<EditArguments>();
+    command->add_option("OID", arguments->oid, "The contact's identifier, as list shows it")->required();
+    arguments->options.define(*command);
+    command->footer("An empty value empties the field.\nExample:\n  tessera edit 12 --home \"\" --group family");
+    command->callback(
+        [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return edit(settings, *arguments); }; });
+}
+
+}  // namespace Tool

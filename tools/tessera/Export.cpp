@@ -1,0 +1,56 @@
+// export: all contacts, as a file that import reads or as JSON.
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+
+#include "Commands.h"
+#include "ExportText.h"
+#include "Output.h"
+#include "Records.h"
+#include "Store.h"
+#include "System.h"
+
+namespace Tool {
+
+namespace {
+
+void refuseStore(const Store& store, const std::string& path) {
+    std::error_code missing;
+    if (std::filesystem::equivalent(pathOf(path), pathOf(store.path()), missing))
+        throw wrongUsage(path + ": is the phone book itself");
+}
+
+/// An empty path stands for standard output.
+ExitStatus exportAll(const Settings& settings, const std::string& path) {
+    Store store(settings, Store::WhenMissing::fail);
+    refuseStore(store, path);
+    const auto contacts =
+        readContacts(store.manager(), store.manager().getIterator(PhoneBook::PBDBATTR_NAME, nullptr, nullptr));
+    const std::string bytes = settings.json ? jsonText(contacts) : exportText(contacts);
+    if (path.empty()) {
+        std::cout << bytes;
+    } else {
+        replaceFile(path, bytes);
+    }
+    return ExitStatus::done;
+}
+
+}  // namespace
+
+void defineExport(CLI::App& program, const Settings& settings, Action& chosen) {
+    CLI::App* command = program.add_subcommand("export", "Write all contacts as a file that import reads, or as JSON");
+    const auto path = std::make_shared<std::string>();
+    command->add_option("FILE", *path, "The file to make or replace; else standard output");
+    command->footer(
+        "A contact that the import format cannot hold is an error, and nothing is written.\n"
+        "Examples:\n  tessera export contacts.csv\n  tessera export --json");
+    command->callback(
+        [&settings, &chosen, path] { chosen = [&settings, path] { return exportAll(settings, *path); }; });
+}
+
+}  // namespace Tool
