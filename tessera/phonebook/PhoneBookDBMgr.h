@@ -27,11 +27,11 @@ namespace PhoneBook {
 /// The phone book: every operation on contacts, their extension rows, groups and callers.
 ///
 /// A client makes one, sets the store up once with `initDB`, opens it with `openDB`, and works, on the store
-/// that the environment names or that it mounted before (ObjectStore::mount). All calls
-/// come on one thread; a program with several threads gives each a manager of its own. `Create` makes the
-/// hidden window through which the manager follows changes that other programs make; a client that does
-/// not pump messages does without. Every operation that writes is one unit: after a crash it is there whole
-/// or not at all, and other programs never see half of it.
+/// that the environment names or that it mounted before (ObjectStore::mount). All calls come on one thread; a
+/// program with several threads gives each a manager of its own. `Create` makes the hidden window through
+/// which the object store tells of changes; a client that does not pump messages does without. Every operation
+/// that writes is one unit: after a crash it is there whole or not at all, and other programs never see half
+/// of it. An import is a row of such units.
 ///
 /// Results: S_OK; S_FALSE for "nothing found" or "only in part"; E_FAIL for a table that is not open, a
 /// missing row, and most failures; E_POINTER for a null output; E_INVALIDARG for an empty number;
