@@ -242,10 +242,10 @@ HRESULT PhoneBookDBMgr::deleteRecord(int tableId, DWORD& oid) {
 HRESULT PhoneBookDBMgr::deleteAllPBRecords() {
     if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
     return writingOperation([&]() -> HRESULT {
-        HRESULT result = tables_[PBDBTBL_PHONEBOOKEXT]->deleteAllRecords();
+        // The contacts go even when a row stays; their result decides.
+        static_cast<void>(tables_[PBDBTBL_PHONEBOOKEXT]->deleteAllRecords());
         if (contactsTable() == nullptr) return E_FAIL;
-        result = contactsTable()->deleteAllRecords();
-        if (FAILED(result)) return result;
+        if (const HRESULT result = contactsTable()->deleteAllRecords(); FAILED(result)) return result;
         return isTableOpen(PBDBTBL_SPEEDDIALNO) ? tables_[PBDBTBL_SPEEDDIALNO]->deleteAllRecords() : E_ACCESSDENIED;
     });
 }
