@@ -40,7 +40,8 @@ BENCHMARK(memoryPass)->Name("search/floor_memory_pass")->Arg(65'000);
 
 /// The first search of a process: the image of all contacts is read from the store. Another store mounted in
 /// between makes each search a first one.
-void firstSearch(benchmark::State& state) {
+template <class Search>
+void firstSearch(benchmark::State& state, Search search) {
     const int people = static_cast<int>(state.range(0));
     for (auto _ : state) {
         state.PauseTiming();
@@ -49,11 +50,22 @@ void firstSearch(benchmark::State& state) {
         PhoneBook::PhoneBookDBMgr manager;
         if (FAILED(manager.openDB(nullptr))) state.SkipWithError("it cannot be opened");
         state.ResumeTiming();
-        const std::unique_ptr<Database::Iterator> matches(
-            manager.searchPBRecord(PhoneBook::PBDBATTR_NAME, CString(u"boris g")));
+        const std::unique_ptr<Database::Iterator> matches(search(manager));
         if (matches == nullptr) state.SkipWithError("nobody was found");
     }
 }
-BENCHMARK(firstSearch)->Name("search/first")->Arg(1'000)->Arg(10'000)->Arg(65'000)->Unit(benchmark::kMillisecond);
+
+void firstNameSearch(benchmark::State& state) {
+    firstSearch(state, [](PhoneBook::PhoneBookDBMgr& manager) {
+        return manager.searchPBRecord(PhoneBook::PBDBATTR_NAME, CString(u"boris g"));
+    });
+}
+BENCHMARK(firstNameSearch)->Name("search/first")->Arg(1'000)->Arg(10'000)->Arg(65'000)->Unit(benchmark::kMillisecond);
+
+void firstGroupList(benchmark::State& state) {
+    firstSearch(state,
+                [](PhoneBook::PhoneBookDBMgr& manager) { return manager.searchPBRecordOfPBGroup(CString(u"친구")); });
+}
+BENCHMARK(firstGroupList)->Name("group/list_first")->Arg(10'000)->Arg(65'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace

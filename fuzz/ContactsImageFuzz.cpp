@@ -1,9 +1,11 @@
-// Searches in the image of the contacts. The input is lines: "+<digit>name;number;number" puts the contact of
-// that identifier, its name standing first in its record, "*..." puts it with the name behind the numbers,
-// "-<digit>" removes it, "?key" searches by name and "#key" by number.
+// Searches in the image of the contacts. The input is lines: "+<digit>name;number;number@categories" puts the
+// contact of that identifier, its name standing first in its record, "*..." puts it with the name behind the
+// numbers, "-<digit>" removes it, "?key" searches by name, "#key" by number, and "@key" by categories, an empty
+// key standing for none.
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -96,9 +98,25 @@ void checkNumberSearch(const ContactsImage& image, const Contacts& contacts, con
     require(found == expected, "a search by number finds what a plain reading finds, in its order");
 }
 
-ScannedContact readContact(DWORD oid, const std::u16string& line, bool nameFirst) {
+void checkCategoriesSearch(const ContactsImage& image, const Contacts& contacts, const std::u16string& key) {
+    const auto wanted = key.empty() ? std::nullopt : std::optional(key);
+    Matches expected;
+    for (const ScannedContact& contact : inNameOrder(contacts)) {
+        if (contact.categories == wanted) expected.emplace_back(contact.oid, contact.name);
+    }
+    Matches found;
+    for (const auto& match : wanted ? image.withCategories(CString(key)) : image.withoutCategories())
+        found.emplace_back(match.oid, match.name.view());
+    require(found == expected, "a search by categories finds what a plain reading finds, in its order");
+}
+
+ScannedContact readContact(DWORD oid, std::u16string line, bool nameFirst) {
     ScannedContact contact;
     contact.oid = oid;
+    if (const std::size_t at = line.find(u'@'); at != std::u16string::npos) {
+        contact.categories = line.substr(at + 1);
+        line.resize(at);
+    }
     std::size_t end = std::min(line.find(u';'), line.size());
     contact.name = line.substr(0, end);
     while (end < line.size()) {
@@ -141,6 +159,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         if (command == '?') checkNameSearch(image, contacts, line);
         if (command == '#') checkNumberSearch(image, contacts, line);
+        if (command == '@') checkCategoriesSearch(image, contacts, line);
         require(image.size() == contacts.size(), "the image holds the contacts that were put and not removed");
     }
     return 0;

@@ -4,6 +4,7 @@
 #include "tessera/database/Guarded.h"
 #include "tessera/database/schema/PropText.h"
 #include "tessera/platform/objectstore/CCeDBDatabase.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
 
 namespace Database {
 
@@ -42,6 +43,7 @@ HRESULT CeDBIterator::getRecord(CCeDBRecord* rec) {
     if (rec == nullptr) return E_POINTER;
     CCeDBDatabase* const records = database();
     if (records == nullptr) return E_ACCESSDENIED;
+    const ObjectStoreGlance glance;
     if (curOid == 0 || records->seekToRecord(curOid) != curOid) return S_OK;  // no failure: meant so
     return records->readCurrent(*rec) ? S_OK : E_FAIL;
 }
@@ -99,6 +101,7 @@ HRESULT CeDBIterator::getRecordAt(int idx, CCeDBRecord* rec) {
     if (!isIndex(idx)) return E_FAIL;
     CCeDBDatabase* const records = database();
     if (records == nullptr) return E_ACCESSDENIED;
+    const ObjectStoreGlance glance;
     const CEOID reached = records->seekToIndex(idx);
     if (reached == 0 || !records->readCurrent(*rec)) return E_FAIL;
     setPosition(idx, reached);
@@ -149,7 +152,9 @@ bool CeDBIterator::isAttribute(int attrIdx) {
 
 bool CeDBIterator::readRecord(DWORD oid, CCeDBRecord& record) {
     CCeDBDatabase* const records = database();
-    if (records == nullptr || oid == 0 || records->seekToRecord(oid) != oid) return false;
+    if (records == nullptr || oid == 0) return false;
+    const ObjectStoreGlance glance;
+    if (records->seekToRecord(oid) != oid) return false;
     return records->readCurrent(record) != FALSE;
 }
 

@@ -204,6 +204,7 @@ HRESULT CeDBTable::updateRecord(DWORD oid, CCeDBRecord* rec, int /*attrIdx*/, CC
 
 HRESULT CeDBTable::getRecord(DWORD& oid, CCeDBRecord* rec) {
     if (!isOpen() || rec == nullptr) return E_FAIL;
+    const ObjectStoreGlance glance;
     if (oid == 0 || db_->seekToRecord(oid) != oid) return S_OK;  // no such record is no failure: meant so
     return db_->readCurrent(*rec) ? S_OK : S_FALSE;
 }
@@ -212,6 +213,7 @@ HRESULT CeDBTable::queryRecord(CCeDBProp& key, DWORD* oid, CCeDBRecord* rec) {
     if (!isOpen()) return E_FAIL;
     if (oid == nullptr) return E_POINTER;
     SetLastError(ERROR_SUCCESS);
+    const ObjectStoreGlance glance;
     db_->seekToIndex(0);
     *oid = db_->seekFirstEqual(key);
     if (*oid == 0) return db_->isEof() ? S_FALSE : E_FAIL;

@@ -70,9 +70,16 @@ ContactsImage::Slot ContactsImage::addSlot(const ScannedContact& contact) {
                          .numbersEnd = static_cast<std::uint32_t>(numbers_.size()),
                          .keyStart = keyStart,
                          .keyEnd = static_cast<std::uint32_t>(keys_.size()),
+                         .categories = numberOf(contact.categories),
                          .numbersBeforeName = static_cast<std::uint16_t>(contact.numbersBeforeName),
                          .live = true});
     return slot;
+}
+
+ContactsImage::CategoriesNumber ContactsImage::numberOf(const std::optional<std::u16string>& categories) {
+    if (!categories) return noCategories;
+    const auto next = static_cast<CategoriesNumber>(categories_.size() + 1);
+    return categories_.try_emplace(*categories, next).first->second;
 }
 
 void ContactsImage::append(const ScannedContact& contact) {
@@ -136,9 +143,13 @@ std::vector<ScanMatch> ContactsImage::matchingName(const CString& key) const {
 
     std::vector<ScanMatch> matches;
     for (const Slot slot : byInitials ? slotsWithInitials(lowerKey.view()) : slotsWithName(lowerKey.view())) {
-        matches.push_back({.oid = contacts_[slot].oid, .name = CString(nameOf(contacts_[slot]))});
+        matches.push_back(matchOf(slot));
     }
     return matches;
+}
+
+ScanMatch ContactsImage::matchOf(Slot slot) const {
+    return {.oid = contacts_[slot].oid, .name = CString(nameOf(contacts_[slot]))};
 }
 
 std::vector<ContactsImage::Slot> ContactsImage::slotsWithInitials(std::u16string_view initials) const {
@@ -209,6 +220,23 @@ bool ContactsImage::firstHitStandsBehindName(const Contact& contact, std::string
         std::string_view(numbers_).substr(contact.numbersStart, contact.numbersEnd - contact.numbersStart);
     const std::string_view before = numbers.substr(0, numbers.find(digits));
     return std::ranges::count(before, '\0') >= contact.numbersBeforeName;
+}
+
+std::vector<ScanMatch> ContactsImage::withCategories(const CString& categories) const {
+    const auto known = categories_.find(std::u16string(categories.view()));
+    return known == categories_.end() ? std::vector<ScanMatch>() : categorized(known->second);
+}
+
+std::vector<ScanMatch> ContactsImage::withoutCategories() const {
+    return categorized(noCategories);
+}
+
+std::vector<ScanMatch> ContactsImage::categorized(CategoriesNumber categories) const {
+    std::vector<ScanMatch> matches;
+    for (const Slot slot : order_) {
+        if (contacts_[slot].categories == categories) matches.push_back(matchOf(slot));
+    }
+    return matches;
 }
 
 std::vector<ContactsImage::Slot> ContactsImage::inNameOrder(std::vector<Slot> slots) const {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "tessera/database/ScanIterator.h"
@@ -17,9 +19,10 @@ struct ScannedContact {
     std::u16string name;
     std::vector<std::string> numbers;   ///< Reduced, in the record's property order.
     std::size_t numbersBeforeName = 0;  ///< How many of them stand before the name in the record.
+    std::optional<std::u16string> categories{};
 };
 
-/// The names and reduced numbers of all contacts, packed so that a search is one pass over memory.
+/// The names, reduced numbers and categories of all contacts, packed so that a search is one pass over memory.
 ///
 /// The device's search reads every record of the contacts database, in name order, for each key. This holds
 /// what such a reading looks at, so that its result, in its order, comes without the reading. Contacts are
@@ -45,9 +48,14 @@ public:
     /// Contacts one of whose numbers holds the key. A match has the contact's name, or none when the number
     /// that holds the key stands before the name in the record.
     std::vector<ScanMatch> matchingNumber(const CString& key) const;
+    /// Contacts whose categories are exactly that text, or that have none at all.
+    std::vector<ScanMatch> withCategories(const CString& categories) const;
+    std::vector<ScanMatch> withoutCategories() const;
 
 private:
     using Slot = std::uint32_t;
+    using CategoriesNumber = std::uint32_t;
+    static constexpr CategoriesNumber noCategories = 0;
 
     struct Contact {
         DWORD oid;
@@ -57,6 +65,7 @@ private:
         std::uint32_t numbersEnd;
         std::uint32_t keyStart;
         std::uint32_t keyEnd;
+        CategoriesNumber categories;
         std::uint16_t numbersBeforeName;
         bool live;
     };
@@ -66,6 +75,9 @@ private:
     };
 
     Slot addSlot(const ScannedContact& contact);
+    CategoriesNumber numberOf(const std::optional<std::u16string>& categories);
+    std::vector<ScanMatch> categorized(CategoriesNumber categories) const;
+    ScanMatch matchOf(Slot slot) const;
     std::u16string_view nameOf(const Contact& contact) const;
     std::u16string_view lowerNameOf(const Contact& contact) const;
     std::string_view keyOf(const Contact& contact) const;
@@ -87,6 +99,7 @@ private:
     std::u16string lowerNames_;  ///< The same in lower case, at the same places.
     std::string numbers_;        ///< All numbers, a zero after each.
     std::string keys_;           ///< All sort keys.
+    std::unordered_map<std::u16string, CategoriesNumber> categories_;  ///< Every text met, numbered from 1.
 };
 
 }  // namespace Database

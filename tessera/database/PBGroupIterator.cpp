@@ -1,31 +1,11 @@
 #include "tessera/database/PBGroupIterator.h"
 
-#include <optional>
-#include <string_view>
 #include <utility>
 
-#include "tessera/database/Guarded.h"
+#include "tessera/database/ContactsImage.h"
 #include "tessera/database/POlDBTable.h"
-#include "tessera/platform/contacts/ContactProperties.h"
-#include "tessera/platform/objectstore/StoreChanges.h"
 
 namespace Database {
-
-namespace {
-
-/// Shows each contact in name order its categories (nothing when it has none at all) and its name.
-template <class Visit>
-HRESULT readContacts(Visit visit) {
-    DatabaseReader reader(szContactsDatabase, ContactProperty::fileAs);
-    std::uint64_t sequence = 0;
-    const bool read = reader.readAll(sequence, [&](const RecordView& record) {
-        visit(record.oid(), record.text(ContactProperty::categories),
-              record.text(ContactProperty::fileAs).value_or(std::u16string_view()));
-    });
-    return read ? S_OK : E_FAIL;
-}
-
-}  // namespace
 
 PBGroupIterator::PBGroupIterator(Table* contacts, Table* extension, int attr, const CString& group)
     : ScanIterator(contacts, nullptr, attr, group, false), extension_(extension) {
@@ -54,17 +34,13 @@ HRESULT PBGroupIterator::init(const CString& group) {
 HRESULT PBGroupIterator::scan(IPOutlookItemCollection* items, const CString& group) {
     if (items == nullptr) return E_POINTER;
     if (group.IsEmpty()) return scanNoCategories(items, group);
-    return readContacts([&](DWORD oid, std::optional<std::u16string_view> categories, std::u16string_view name) {
-        if (categories == group.view()) addMatch(oid, name);
-    });
+    return takeMatches([&](const ContactsImage& image) { return image.withCategories(group); });
 }
 
 HRESULT PBGroupIterator::scanNoCategories(IPOutlookItemCollection* items, const CString& /*group*/) {
     if (items == nullptr) return E_POINTER;
     // A contact that carries the property belongs to some category, even when its text is empty.
-    return readContacts([&](DWORD oid, std::optional<std::u16string_view> categories, std::u16string_view name) {
-        if (!categories.has_value()) addMatch(oid, name);
-    });
+    return takeMatches([](const ContactsImage& image) { return image.withoutCategories(); });
 }
 
 HRESULT PBGroupIterator::scanTelNo(IPOutlookItemCollection* /*items*/, const CString& /*key*/) {

@@ -10,14 +10,6 @@
 
 namespace Database {
 
-namespace {
-
-std::deque<ScanMatch> queued(std::vector<ScanMatch> found) {
-    return {std::make_move_iterator(found.begin()), std::make_move_iterator(found.end())};
-}
-
-}  // namespace
-
 ScanIterator::ScanIterator(Table* owner, IPOutlookItemCollection* items, int attr, const CString& key, bool run)
     : Iterator(owner, attr, nullptr, nullptr), items_(ComPtr<IPOutlookItemCollection>::adopt(items)) {
     if (run) init(key);
@@ -57,14 +49,20 @@ HRESULT ScanIterator::init(const CString& key) {
     return S_OK;
 }
 
+HRESULT ScanIterator::takeMatches(const std::function<std::vector<ScanMatch>(const ContactsImage&)>& search) {
+    const auto take = [&](const ContactsImage& image) {
+        std::vector<ScanMatch> found = search(image);
+        matches_.assign(std::make_move_iterator(found.begin()), std::make_move_iterator(found.end()));
+    };
+    return withContactsImage(take) ? S_OK : E_FAIL;
+}
+
 HRESULT ScanIterator::scan(IPOutlookItemCollection* /*items*/, const CString& key) {
-    const auto search = [&](const ContactsImage& image) { matches_ = queued(image.matchingName(key)); };
-    return withContactsImage(search) ? S_OK : E_FAIL;
+    return takeMatches([&](const ContactsImage& image) { return image.matchingName(key); });
 }
 
 HRESULT ScanIterator::scanTelNo(IPOutlookItemCollection* /*items*/, const CString& key) {
-    const auto search = [&](const ContactsImage& image) { matches_ = queued(image.matchingNumber(key)); };
-    return withContactsImage(search) ? S_OK : E_FAIL;
+    return takeMatches([&](const ContactsImage& image) { return image.matchingNumber(key); });
 }
 
 int ScanIterator::getNumItems() {

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <deque>
-#include <string_view>
+#include <functional>
 #include <utility>
+#include <vector>
 
 #include "tessera/Export.h"
 #include "tessera/database/Iterator.h"
@@ -10,6 +11,8 @@
 #include "tessera/platform/contacts/OutlookInterfaces.h"
 
 namespace Database {
+
+class ContactsImage;
 
 /// The attribute that asks for a search by telephone number.
 inline constexpr int SCANATTR_TELNO = 100;
@@ -79,7 +82,8 @@ protected:
     // What a derived cursor builds its result with.
     void setItems(ComPtr<IPOutlookItemCollection> items) { items_ = std::move(items); }
     void setKey(const CString& key) { key_ = key; }
-    void addMatch(DWORD oid, std::u16string_view name) { matches_.push_back({.oid = oid, .name = CString(name)}); }
+    /// E_FAIL when the contacts cannot be read.
+    HRESULT takeMatches(const std::function<std::vector<ScanMatch>(const ContactsImage&)>& search);
 
 private:
     bool moveToIndex(int idx);

@@ -1,11 +1,10 @@
 #include "tessera/database/SharedContactsImage.h"
 
-#include <algorithm>
+#include <array>
 #include <mutex>
 #include <shared_mutex>
 #include <vector>
 
-#include "tessera/phonebook/model/Schemas.h"
 #include "tessera/phonebook/model/TelNo.h"
 #include "tessera/platform/contacts/ContactProperties.h"
 #include "tessera/platform/objectstore/StoreChanges.h"
@@ -14,33 +13,40 @@ namespace Database {
 
 namespace {
 
-enum RawAttr : int { rawName = 0, rawMobile = 2, rawHome = 3, rawBusiness = 4, rawPager = 8, rawFax = 9 };
-
-bool isRaw(CEPROPID property, int attr) {
-    return identOf(property) == PhoneBook::recdefPOlCRaw_.getAttrIdent(attr);
+/// Adds a number in the form that callers are compared in. Its characters are ASCII.
+void addReduced(const WCHAR* number, std::vector<std::string>& numbers) {
+    std::array<WCHAR, PhoneBook::nCNIPBufferLength_> reduced;
+    PhoneBook::makeCNIP(number, reduced.data());
+    const std::u16string_view characters(reduced.data());
+    numbers.emplace_back(characters.begin(), characters.end());
 }
 
-bool isRawNumber(CEPROPID property) {
-    return std::ranges::any_of(std::initializer_list<int>{rawMobile, rawHome, rawBusiness, rawPager, rawFax},
-                               [&](int attr) { return isRaw(property, attr); });
-}
-
-/// A number in the form that callers are compared in. Its characters are ASCII.
-std::string reduced(std::u16string_view number) {
-    const CString canonical = PhoneBook::makeCNIP(CString(number));
-    return {canonical.view().begin(), canonical.view().end()};
-}
-
-ScannedContact scanned(const RecordView& record) {
-    ScannedContact contact;
+/// What a scan looks at in a record; `contact` is filled anew, into the buffers that it has.
+const ScannedContact& scanned(const RecordView& record, ScannedContact& contact) {
     contact.oid = record.oid();
     contact.sortKey = record.sortKey();
+    contact.name.clear();
+    contact.numbers.clear();
+    contact.numbersBeforeName = 0;
+    contact.categories.reset();
     for (const TextProperty& property : record.texts()) {
-        if (isRaw(property.id, rawName)) {
-            contact.name = property.text;
-            contact.numbersBeforeName = contact.numbers.size();
-        } else if (isRawNumber(property.id) && !property.text.empty()) {
-            contact.numbers.push_back(reduced(property.text));
+        switch (property.id) {
+            case ContactProperty::fileAs:
+                contact.name = property.text;
+                contact.numbersBeforeName = contact.numbers.size();
+                break;
+            case ContactProperty::categories:
+                contact.categories = property.text;
+                break;
+            case ContactProperty::mobileTelephoneNumber:
+            case ContactProperty::homeTelephoneNumber:
+            case ContactProperty::businessTelephoneNumber:
+            case ContactProperty::pagerNumber:
+            case ContactProperty::businessFaxNumber:
+                if (!property.text.empty()) addReduced(property.text.data(), contact.numbers);
+                break;
+            default:
+                break;
         }
     }
     return contact;
@@ -91,9 +97,11 @@ private:
 
     bool putPending(DatabaseReader& reader) {
         whole_ = false;  // until every change is in
+        ScannedContact contact;
         for (const StoreChange& change : pending_) {
             image_.remove(change.oid);
-            const bool there = reader.read(change.oid, [&](const RecordView& record) { image_.put(scanned(record)); });
+            const bool there =
+                reader.read(change.oid, [&](const RecordView& record) { image_.put(scanned(record, contact)); });
             if (!there && GetLastError() != ERROR_KEY_DELETED) return false;
         }
         sequence_ = pendingSequence_;
@@ -104,7 +112,8 @@ private:
     bool readAll(DatabaseReader& reader) {
         whole_ = false;
         image_.clear();
-        whole_ = reader.readAll(sequence_, [&](const RecordView& record) { image_.append(scanned(record)); });
+        ScannedContact contact;
+        whole_ = reader.readAll(sequence_, [&](const RecordView& record) { image_.append(scanned(record, contact)); });
         return whole_;
     }
 

@@ -43,9 +43,13 @@ rc::Gen<std::u16string> numberText() {
     return rc::gen::resize(8, rc::gen::container<std::u16string>(character));
 }
 
-std::vector<NaiveMatch> matchesOf(POlDBTable& contacts, int attr, const CString& key) {
+rc::Gen<std::u16string> groupText() {
+    return rc::gen::element<std::u16string>(u"", u"A", u"a", u"A, a", u"가족");
+}
+
+std::vector<NaiveMatch> matchesOf(Iterator* made) {
+    const std::unique_ptr<Iterator> found(made);
     std::vector<NaiveMatch> matches;
-    const std::unique_ptr<Iterator> found(contacts.getScanIterator(nullptr, attr, key));
     while (found != nullptr && found->next() == S_OK)
         matches.emplace_back(found->getCur(), found->getString(0));
     return matches;
@@ -54,6 +58,7 @@ std::vector<NaiveMatch> matchesOf(POlDBTable& contacts, int attr, const CString&
 contact someContact() {
     contact built;
     if (*rc::gen::inRange(0, 10) != 0) built.name(*nameText(6));
+    if (*rc::gen::arbitrary<bool>()) built.group(*groupText());
     if (*rc::gen::arbitrary<bool>()) built.mobile(*numberText());
     if (*rc::gen::arbitrary<bool>()) built.home(*numberText());
     if (*rc::gen::inRange(0, 4) == 0) built.business(*numberText()).pager(*numberText()).fax(*numberText());
@@ -74,7 +79,7 @@ void changeSomething(OpenPhoneBook& book, std::vector<DWORD>& oids) {
         oids.erase(oids.begin() + static_cast<std::ptrdiff_t>(at));
         return;
     }
-    PhoneBook::PBRecord record = someContact().record();
+    PhoneBook::PBRecord record = someContact().categories(u"").record();
     CObArray props;
     book->getTableAttrsFromPBRecord(PhoneBook::PBDBTBL_POLCONTACTS, 0, record, props);
     CCeDBRecord row(props);
@@ -93,9 +98,12 @@ void searchWhileChanging() {
         if (*rc::gen::inRange(0, 4) != 0) continue;  // several changes between two searches, too
         const CString nameKey(*keyText());
         const CString numberKey(*numberText());
-        RC_LOG() << "name key " << nameKey << ", number key " << numberKey << "\n";
-        RC_ASSERT(matchesOf(contacts, 0, nameKey) == testing_support::naiveNameScan(nameKey));
-        RC_ASSERT(matchesOf(contacts, SCANATTR_TELNO, numberKey) == testing_support::naiveNumberScan(numberKey));
+        const CString group(*groupText());
+        RC_LOG() << "name key " << nameKey << ", number key " << numberKey << ", group " << group << "\n";
+        RC_ASSERT(matchesOf(contacts.getScanIterator(nullptr, 0, nameKey)) == testing_support::naiveNameScan(nameKey));
+        RC_ASSERT(matchesOf(contacts.getScanIterator(nullptr, SCANATTR_TELNO, numberKey)) ==
+                  testing_support::naiveNumberScan(numberKey));
+        RC_ASSERT(matchesOf(book->searchPBRecordOfPBGroup(group)) == testing_support::naiveGroupScan(group));
     }
 }
 

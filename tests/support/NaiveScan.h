@@ -84,6 +84,18 @@ inline std::vector<NaiveMatch> naiveNameScan(const CString& key) {
     return matches;
 }
 
+/// The members of a group; for the empty one the contacts without the property.
+inline std::vector<NaiveMatch> naiveGroupScan(const CString& group) {
+    std::vector<NaiveMatch> matches;
+    readContactsInNameOrder([&](CEOID oid, const CCeDBRecord& record) {
+        const CCeDBProp* categories = record.findProp(identOf(ContactProperty::categories));
+        const bool member =
+            group.IsEmpty() ? categories == nullptr : categories != nullptr && categories->getText() == group;
+        if (member) matches.emplace_back(oid, naiveName(record));
+    });
+    return matches;
+}
+
 inline std::vector<NaiveMatch> naiveNumberScan(const CString& key) {
     static constexpr CEPROPID numbers[] = {ContactProperty::mobileTelephoneNumber, ContactProperty::homeTelephoneNumber,
                                            ContactProperty::businessTelephoneNumber, ContactProperty::pagerNumber,

@@ -16,38 +16,38 @@ namespace {
 constexpr std::size_t headerBytes = 6;
 static_assert(maxPropertyBytes <= 0xFFFF, "a length is written in two bytes");
 
-constexpr std::size_t anyWidth = 0;
-constexpr std::size_t evenWidth = 1;
+constexpr std::size_t noSuchKind = 0;
+constexpr std::size_t anyWidth = 100;
+constexpr std::size_t evenWidth = 101;
 
-/// How long a value of a kind may be: that many bytes, any number, or an even number.
-struct Width {
-    PropertyKind kind;
-    std::size_t bytes;
-};
+/// How long a value of each kind may be: that many bytes, any number, or an even number.
+constexpr auto widths = [] {
+    std::array<BYTE, kindBlob + 1> table{};
+    for (const PropertyKind kind : {kindI2, kindBool, kindUI2})
+        table[kind] = 2;
+    for (const PropertyKind kind : {kindI4, kindUI4})
+        table[kind] = 4;
+    for (const PropertyKind kind : {kindR8, kindFileTime})
+        table[kind] = 8;
+    table[kindText] = evenWidth;
+    table[kindBlob] = anyWidth;
+    return table;
+}();
 
-constexpr std::array widths{
-    Width{kindI2, 2},  Width{kindI4, 4},           Width{kindR8, 8},       Width{kindBool, 2},        Width{kindUI2, 2},
-    Width{kindUI4, 4}, Width{kindText, evenWidth}, Width{kindFileTime, 8}, Width{kindBlob, anyWidth},
-};
-
-const Width* widthOf(CEPROPID id) {
-    const auto found = std::find_if(widths.begin(), widths.end(), [&](const Width& w) { return w.kind == kindOf(id); });
-    return found == widths.end() ? nullptr : &*found;
+std::size_t widthOf(CEPROPID id) {
+    return kindOf(id) < widths.size() ? widths[kindOf(id)] : noSuchKind;
 }
 
 bool validValue(CEPROPID id, std::size_t size) {
-    const Width* width = widthOf(id);
-    if (width == nullptr || size > maxPropertyBytes) return false;
-    if (width->bytes == anyWidth) return true;
-    return width->bytes == evenWidth ? size % 2 == 0 : size == width->bytes;
+    const std::size_t width = widthOf(id);
+    if (width == noSuchKind || size > maxPropertyBytes) return false;
+    if (width == anyWidth) return true;
+    return width == evenWidth ? size % 2 == 0 : size == width;
 }
 
-std::uint32_t littleEndian(std::string_view bytes) {
-    std::uint32_t value = 0;
-    for (std::size_t i = bytes.size(); i-- > 0;) {
-        value = value << 8 | static_cast<BYTE>(bytes[i]);
-    }
-    return value;
+/// The two bytes at `at`.
+std::uint32_t littleEndian16(const char* at) {
+    return static_cast<std::uint32_t>(static_cast<BYTE>(at[0]) | static_cast<BYTE>(at[1]) << 8);
 }
 
 void appendLittleEndian(std::string& bytes, std::uint32_t value, int width) {
@@ -80,7 +80,7 @@ void applyEdit(std::vector<PropertyView>& properties, const Edit& edit) {
 }
 
 bool validEdit(const Edit& edit) {
-    return edit.remove ? widthOf(edit.id) != nullptr : validValue(edit.id, edit.bytes.size());
+    return edit.remove ? widthOf(edit.id) != noSuchKind : validValue(edit.id, edit.bytes.size());
 }
 
 }  // namespace
@@ -89,8 +89,8 @@ std::optional<PropertyView> RecordReader::next() {
     if (rest_.empty() || damaged_) return std::nullopt;
     damaged_ = true;  // until the property has proved whole
     if (rest_.size() < headerBytes) return std::nullopt;
-    const CEPROPID id = littleEndian(rest_.substr(0, 4));
-    const std::size_t size = littleEndian(rest_.substr(4, 2));
+    const CEPROPID id = littleEndian16(rest_.data()) | littleEndian16(rest_.data() + 2) << 16;
+    const std::size_t size = littleEndian16(rest_.data() + 4);
     if (size > rest_.size() - headerBytes || !validValue(id, size)) return std::nullopt;
     const PropertyView property{id, rest_.substr(headerBytes, size)};
     rest_.remove_prefix(headerBytes + size);

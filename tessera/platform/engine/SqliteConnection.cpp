@@ -87,6 +87,20 @@ bool SqliteConnection::holdsWriteLock() const {
     return sqlite3_txn_state(database_.get(), "main") == SQLITE_TXN_WRITE;
 }
 
+std::optional<SqliteConnection::LogHeader> SqliteConnection::logHeader() {
+    constexpr std::uint32_t knownVersion = 3'007'000;
+    constexpr int indexBlockBytes = 32'768;
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (file == nullptr || file->pMethods == nullptr || file->pMethods->iVersion < 2) return std::nullopt;
+    volatile void* mapped = nullptr;
+    const int result = file->pMethods->xShmMap(file, 0, indexBlockBytes, 0, &mapped);
+    if (result != SQLITE_OK || mapped == nullptr) return std::nullopt;
+    LogHeader header;
+    std::copy_n(static_cast<volatile const std::uint32_t*>(mapped), header.size(), header.begin());
+    return header.front() == knownVersion ? std::optional(header) : std::nullopt;
+}
+
 std::uint64_t SqliteConnection::rowsWritten() const {
     return static_cast<std::uint64_t>(sqlite3_changes64(database_.get()));
 }

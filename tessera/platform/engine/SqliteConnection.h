@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -36,6 +37,12 @@ public:
     bool inTransaction() const;
     /// Whether no other connection can commit now.
     bool holdsWriteLock() const;
+    /// The header of the index that all connections share of the write-ahead log. Every commit, whoever makes
+    /// it, changes it: while it is equal nobody has committed. Reading it takes no lock and no call of the
+    /// system. Nothing when there is none to be had, as before the first read. For its 48 bytes see the file
+    /// format's description, "WAL-Index Header", which all versions of SQLite that share a file must agree on.
+    using LogHeader = std::array<std::uint32_t, 12>;
+    std::optional<LogHeader> logHeader();
     /// How many rows the last statement has written.
     std::uint64_t rowsWritten() const;
     /// Ends a transaction with nothing done; never fails.

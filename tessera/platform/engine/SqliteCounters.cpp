@@ -50,9 +50,13 @@ std::uint64_t* DatabaseState::versionOf(OrderId order) {
 }
 
 std::uint64_t SqliteCounters::dataVersion() {
+    const auto header = connection_.logHeader();  // before the version: what is committed in between changes it
+    if (header && header == dataVersionAt_) return dataVersion_;
     SqliteQuery query(connection_, Sql::dataVersion);
     query.step();
-    return query.natural(0);
+    dataVersion_ = query.natural(0);
+    dataVersionAt_ = header;
+    return dataVersion_;
 }
 
 void SqliteCounters::refresh() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -60,6 +61,8 @@ private:
     void writeDatabase(DatabaseState& state);
 
     SqliteConnection& connection_;
+    std::uint64_t dataVersion_ = 0;
+    std::optional<SqliteConnection::LogHeader> dataVersionAt_;  ///< dataVersion_ stands while this is the header.
     std::uint64_t knownAt_ = 0;
     bool storeKnown_ = false;
     StoreState store_;

@@ -49,6 +49,27 @@ private:
     bool own_;
 };
 
+/// Fills a vector of entries anew, into the buffers of those that it held.
+class Refill {
+public:
+    explicit Refill(std::vector<Entry>& entries) : entries_(entries) {}
+    ~Refill() { entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(used_), entries_.end()); }
+    Refill(const Refill&) = delete;
+    Refill& operator=(const Refill&) = delete;
+
+    void add(std::string_view key, CEOID record, std::string_view packed) {
+        if (used_ == entries_.size()) entries_.emplace_back();
+        Entry& entry = entries_[used_++];
+        entry.place.key.assign(key);
+        entry.place.record = record;
+        entry.packed.assign(packed);
+    }
+
+private:
+    std::vector<Entry>& entries_;
+    std::size_t used_ = 0;
+};
+
 }  // namespace
 
 DWORD SqliteEngine::openOrder(CEOID database, const SortOrder& order, OrderId& id) {
@@ -154,8 +175,7 @@ SortOrder SqliteEngine::orderOf(const DatabaseState& database, OrderId order) co
 
 DWORD SqliteEngine::step(OrderId order, const Place* from, Direction direction, std::size_t limit, Fetch fetch,
                          std::vector<Entry>& entries) {
-    entries.clear();
-    return reading([&]() -> DWORD {
+    const DWORD error = reading([&]() -> DWORD {
         const CEOID database = databaseOf(order);
         if (isCreationOrder(order)) {
             stepCreated(database, from, direction, limit, fetch, entries);
@@ -166,24 +186,28 @@ DWORD SqliteEngine::step(OrderId order, const Place* from, Direction direction, 
         }
         return entries.empty() && find(database) == nullptr ? noSuchOrder() : ERROR_SUCCESS;
     });
+    if (error != ERROR_SUCCESS) entries.clear();
+    return error;
 }
 
 void SqliteEngine::stepKeys(OrderId order, const Place* from, Direction direction, std::size_t limit,
                             std::vector<Entry>& entries) {
     SqliteQuery row(*connection_, inDirection(direction, Sql::stepForward, Sql::stepBackward), order,
                     startKey(from, direction), startRecord(from, direction), std::uint64_t{limit});
-    while (row.step()) {
-        entries.push_back({{std::string(row.bytes(0)), row.dword(1)}, {}});
-    }
+    Refill refill(entries);
+    while (row.step())
+        refill.add(row.bytes(0), row.dword(1), {});
 }
 
 void SqliteEngine::stepReading(CEOID database, OrderId order, const Place* from, Direction direction, std::size_t limit,
                                std::vector<Entry>& entries) {
     SqliteQuery row(*connection_, inDirection(direction, Sql::stepForwardReading, Sql::stepBackwardReading), order,
                     startKey(from, direction), startRecord(from, direction), std::uint64_t{limit}, rowOf(database, 0));
+    Refill refill(entries);
     while (row.step()) {
-        if (row.isNull(2) || !wholeRecord(row.bytes(2))) throw connection_->damage();
-        entries.push_back({{std::string(row.bytes(0)), row.dword(1)}, std::string(row.bytes(2))});
+        const std::string_view packed = row.bytes(2);
+        if ((packed.empty() && row.isNull(2)) || !wholeRecord(packed)) throw connection_->damage();
+        refill.add(row.bytes(0), row.dword(1), packed);
     }
 }
 
@@ -195,9 +219,11 @@ void SqliteEngine::stepCreated(CEOID database, const Place* from, Direction dire
     const CEOID farEnd = direction == Direction::forward ? noRecordAfter : noRecordBefore;
     SqliteQuery row(*connection_, inDirection(direction, forward, backward),
                     rowOf(database, startRecord(from, direction)), rowOf(database, farEnd), std::uint64_t{limit});
+    Refill refill(entries);
     while (row.step()) {
-        if (whole && !wholeRecord(row.bytes(1))) throw connection_->damage();
-        entries.push_back({{{}, recordOfRow(row.integer(0))}, whole ? std::string(row.bytes(1)) : std::string()});
+        const std::string_view packed = whole ? row.bytes(1) : std::string_view();
+        if (!wholeRecord(packed)) throw connection_->damage();
+        refill.add({}, recordOfRow(row.integer(0)), packed);
     }
 }
 

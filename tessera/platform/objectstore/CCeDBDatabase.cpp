@@ -1,6 +1,6 @@
 #include "tessera/platform/objectstore/CCeDBDatabase.h"
 
-#include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -12,11 +12,6 @@ using Platform::failWith;
 using Platform::guarded;
 
 namespace {
-
-struct BufferRelease {
-    void operator()(BYTE* buffer) const { CeFreeBuffer(buffer); }
-};
-using ReadBuffer = std::unique_ptr<BYTE, BufferRelease>;
 
 CENOTIFYREQUEST requestOf(const CWnd& window, DWORD param) {
     return {sizeof(CENOTIFYREQUEST), window.GetSafeHwnd(), CEDB_EXNOTIFICATION, 0, param};
@@ -144,20 +139,26 @@ CEOID CCeDBDatabase::seekNextEqual(const CCeDBProp& value) {
         CeSeekDatabaseEx(handle_, CEDB_SEEK_VALUENEXTEQUAL, reinterpret_cast<std::uintptr_t>(&wanted), nullptr));
 }
 
+void CCeDBDatabase::BufferRelease::operator()(BYTE* buffer) const {
+    CeFreeBuffer(buffer);
+}
+
 BOOL CCeDBDatabase::readCurrent(CCeDBRecord& record) {
     return guarded(FALSE, [&] {
         WORD count = 0;
-        BYTE* read = nullptr;
-        DWORD size = 0;
-        const CEOID found = CeReadRecordPropsEx(handle_, CEDB_ALLOWREALLOC, &count, &read, &size);
-        const ReadBuffer buffer(read);
-        if (found == 0) return FALSE;
+        BYTE* buffer = buffer_.release();
+        const CEOID found = CeReadRecordPropsEx(handle_, CEDB_ALLOWREALLOC, &count, &buffer, &bufferBytes_);
+        buffer_.reset(buffer);
+        if (found == 0) {
+            buffer_.reset();  // a failure may have left its size unsaid
+            bufferBytes_ = 0;
+            return FALSE;
+        }
         current_ = found;
         record.removeAll();
-        const auto* const props = reinterpret_cast<const CEPROPVAL*>(buffer.get());
-        for (WORD i = 0; i < count; ++i) {
-            record.addProp(CCeDBProp::ofPropVal(props[i]));
-        }
+        record.reserve(count);
+        for (const CEPROPVAL& value : std::span(reinterpret_cast<const CEPROPVAL*>(buffer), count))
+            record.addProp(CCeDBProp::ofPropVal(value));
         return TRUE;
     });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "tessera/Export.h"
 #include "tessera/platform/base/CString.h"
 #include "tessera/platform/objectstore/CCeDBRecord.h"
@@ -57,10 +59,16 @@ public:
     BOOL writeCurrent(const CCeDBRecord& record, const CCeDBProp* extra = nullptr);
 
 private:
+    struct BufferRelease {
+        void operator()(BYTE* buffer) const;
+    };
+
     CEOID reached(CEOID oid);
 
     HANDLE handle_ = INVALID_HANDLE_VALUE;
     CEOID oid_ = 0;
     CEOID current_ = 0;
     bool eof_ = false;
+    std::unique_ptr<BYTE, BufferRelease> buffer_;  ///< What records are read into.
+    DWORD bufferBytes_ = 0;
 };

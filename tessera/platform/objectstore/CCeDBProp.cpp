@@ -71,58 +71,42 @@ CCeDBProp::CCeDBProp(enType type, WORD ident, WORD flags) : type_(type), ident_(
     }
 }
 
+CCeDBProp::CCeDBProp(enType type, WORD ident, Value value) : type_(type), ident_(ident), value_(std::move(value)) {}
+
 CCeDBProp CCeDBProp::ofI2(WORD ident, std::int16_t value) {
-    CCeDBProp prop(typeI2, ident);
-    prop.value_ = value;
-    return prop;
+    return {typeI2, ident, Value(value)};
 }
 
 CCeDBProp CCeDBProp::ofUI2(WORD ident, WORD value) {
-    CCeDBProp prop(typeUI2, ident);
-    prop.value_ = value;
-    return prop;
+    return {typeUI2, ident, Value(value)};
 }
 
 CCeDBProp CCeDBProp::ofI4(WORD ident, LONG value) {
-    CCeDBProp prop(typeI4, ident);
-    prop.value_ = value;
-    return prop;
+    return {typeI4, ident, Value(value)};
 }
 
 CCeDBProp CCeDBProp::ofUI4(WORD ident, DWORD value) {
-    CCeDBProp prop(typeUI4, ident);
-    prop.value_ = value;
-    return prop;
+    return {typeUI4, ident, Value(value)};
 }
 
 CCeDBProp CCeDBProp::ofFileTime(WORD ident, const FILETIME& value) {
-    CCeDBProp prop(typeFileTime, ident);
-    prop.value_ = value;
-    return prop;
+    return {typeFileTime, ident, Value(value)};
 }
 
-CCeDBProp CCeDBProp::ofText(WORD ident, const CString& value) {
-    CCeDBProp prop(typeText, ident);
-    prop.value_ = value;
-    return prop;
+CCeDBProp CCeDBProp::ofText(WORD ident, CString value) {
+    return {typeText, ident, Value(std::move(value))};
 }
 
 CCeDBProp CCeDBProp::ofBlob(WORD ident, const void* bytes, std::size_t count) {
-    CCeDBProp prop(typeBlob, ident);
-    prop.value_ = bytesFrom(bytes, count);
-    return prop;
+    return {typeBlob, ident, Value(bytesFrom(bytes, count))};
 }
 
 CCeDBProp CCeDBProp::ofBool(WORD ident, bool value) {
-    CCeDBProp prop(typeBool, ident);
-    prop.value_ = value;
-    return prop;
+    return {typeBool, ident, Value(value)};
 }
 
 CCeDBProp CCeDBProp::ofR8(WORD ident, double value) {
-    CCeDBProp prop(typeR8, ident);
-    prop.value_ = value;
-    return prop;
+    return {typeR8, ident, Value(value)};
 }
 
 CCeDBProp CCeDBProp::ofPropVal(const CEPROPVAL& value) {

@@ -36,7 +36,7 @@ public:
     static CCeDBProp ofI4(WORD ident, LONG value);
     static CCeDBProp ofUI4(WORD ident, DWORD value);
     static CCeDBProp ofFileTime(WORD ident, const FILETIME& value);
-    static CCeDBProp ofText(WORD ident, const CString& value);
+    static CCeDBProp ofText(WORD ident, CString value);
     static CCeDBProp ofBlob(WORD ident, const void* bytes, std::size_t count);
     static CCeDBProp ofBool(WORD ident, bool value);
     static CCeDBProp ofR8(WORD ident, double value);
@@ -74,6 +74,8 @@ public:
 private:
     using Value = std::variant<std::monostate, std::int16_t, WORD, LONG, DWORD, FILETIME, CString,
                                std::vector<std::byte>, bool, double>;
+
+    CCeDBProp(enType type, WORD ident, Value value);
 
     enType type_ = typeUI4;
     WORD ident_ = 0;

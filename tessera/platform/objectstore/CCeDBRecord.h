@@ -21,6 +21,7 @@ public:
     void addProp(CCeDBProp prop) { props_.push_back(std::move(prop)); }
     /// Replaces the property of the same ident where it stands; FALSE when there is none.
     BOOL replaceProp(const CCeDBProp& prop);
+    void reserve(int count) { props_.reserve(static_cast<std::size_t>(count)); }
     void removeAll() { props_.clear(); }
 
 private:

@@ -102,3 +102,20 @@ bool ObjectStoreBatch::end() {
     });
     return begun_;
 }
+
+ObjectStoreGlance::ObjectStoreGlance() {
+    begun_ = guarded(false, [] {
+        Session* session = Session::current();
+        if (session != nullptr) session->beginGlance();
+        return session != nullptr;
+    });
+}
+
+ObjectStoreGlance::~ObjectStoreGlance() {
+    if (!begun_) return;
+    guarded(false, [] {
+        // Of a store that was mounted meanwhile it ends nothing.
+        if (Session* session = Session::current(); session != nullptr) session->endGlance();
+        return true;
+    });
+}

@@ -64,3 +64,17 @@ private:
     bool begun_ = false;
     bool ended_ = false;
 };
+
+/// While it lives, the calling thread does not look anew, at each call, for what others have committed: for
+/// the few reads that make up one operation. What it reads may be as old as the glance; what it writes itself
+/// it sees. Glances nest.
+class TESSERA_API ObjectStoreGlance {
+public:
+    ObjectStoreGlance();
+    ~ObjectStoreGlance();
+    ObjectStoreGlance(const ObjectStoreGlance&) = delete;
+    ObjectStoreGlance& operator=(const ObjectStoreGlance&) = delete;
+
+private:
+    bool begun_;
+};

@@ -1,7 +1,5 @@
 #include "tessera/platform/objectstore/RecordCursor.h"
 
-#include <utility>
-
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/objectstore/ReadAhead.h"
 
@@ -16,10 +14,8 @@ DWORD RecordCursor::open(std::u16string_view database, const SortOrder& order) {
 
 DWORD RecordCursor::nextBlock(std::span<const Entry>& entries) {
     const Place* from = begun_ ? &last_ : nullptr;
-    std::vector<Entry> read;
-    const DWORD error = session_.engine().step(order_, from, direction_, limit_, Fetch::records, read);
+    const DWORD error = session_.engine().step(order_, from, direction_, limit_, Fetch::records, block_);
     if (error != ERROR_SUCCESS) return error;
-    block_ = std::move(read);
     if (!block_.empty()) {
         begun_ = true;
         last_ = block_.back().place;

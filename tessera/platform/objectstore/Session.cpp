@@ -54,7 +54,13 @@ Session::Session(std::shared_ptr<RecordStore> store, std::unique_ptr<RecordEngin
     : store_(std::move(store)), engine_(std::move(engine)), mountNumber_(mountNumber), id_(++sessionsMade) {}
 
 StoreMoment Session::moment() {
-    return {id_, engine_->storeVersion(), writes_};
+    if (glanceDepth_ == 0) return {id_, engine_->storeVersion(), writes_};
+    if (!glancedVersion_) glancedVersion_ = engine_->storeVersion();
+    return {id_, *glancedVersion_, writes_};
+}
+
+void Session::endGlance() {
+    if (glanceDepth_ != 0 && --glanceDepth_ == 0) glancedVersion_.reset();
 }
 
 template <class Write>

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -54,6 +55,10 @@ public:
     [[nodiscard]] DWORD leaveBatch();
     bool inBatch() const { return batchDepth_ != 0; }
 
+    /// Between these, `moment` does not ask again what others have committed.
+    void beginGlance() { ++glanceDepth_; }
+    void endGlance();
+
 private:
     /// Makes one write; a failure of storage inside a batch gives the whole batch up.
     template <class Write>
@@ -66,6 +71,8 @@ private:
     std::uint64_t writes_ = 0;
     unsigned batchDepth_ = 0;
     DWORD batchError_ = ERROR_SUCCESS;
+    unsigned glanceDepth_ = 0;
+    std::optional<std::uint64_t> glancedVersion_;  ///< The store version that the glance found.
 };
 
 }  // namespace Platform

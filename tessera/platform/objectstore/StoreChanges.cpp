@@ -16,20 +16,21 @@ namespace {
 
 constexpr std::size_t changesAtOnce = 512;
 
-/// The texts of one record after another, copied to where UTF-16 may stand.
+/// The texts of one record after another, copied to where UTF-16 may stand, a zero behind each.
 class TextBuffer {
 public:
     std::span<const TextProperty> textsOf(std::string_view packed) {
         texts_.clear();
-        characters_.resize(packed.size() / sizeof(WCHAR));
+        characters_.resize(packed.size() / sizeof(WCHAR));  // what stands before a value is longer than a zero
         WCHAR* free = characters_.data();
         RecordReader reader(packed);
         while (const auto property = reader.next()) {
             if (kindOf(property->id) != kindText) continue;
             const std::size_t length = property->bytes.size() / sizeof(WCHAR);
             if (length != 0) std::memcpy(free, property->bytes.data(), length * sizeof(WCHAR));
+            free[length] = u'\0';
             texts_.push_back({property->id, {free, length}});
-            free += length;
+            free += length + 1;
         }
         return texts_;
     }

@@ -16,7 +16,7 @@
 /// One text of a record.
 struct TextProperty {
     CEPROPID id = 0;
-    std::u16string_view text;
+    std::u16string_view text;  ///< A zero stands behind it.
 };
 
 /// A record as a reader shows it: its texts, in the order in which they were first written. Whatever it
