@@ -76,6 +76,8 @@ public:
     friend std::strong_ordering operator<=>(const CString& left, const CString& right) {
         return left.text_ <=> right.text_;
     }
+    /// For std::less and what sorts by it: a type without this operator that turns into a pointer is compared as one.
+    friend bool operator<(const CString& left, const CString& right) { return left.text_ < right.text_; }
 
 private:
     std::u16string text_;

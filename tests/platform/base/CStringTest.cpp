@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -50,6 +53,14 @@ TEST(CString, ComparesCodeUnits) {
     EXPECT_EQ(CString(u"a").Compare(u"a"), 0);
     EXPECT_TRUE(CString(u"a") == u"a");
     EXPECT_TRUE(CString(u"a") < CString(u"b"));
+}
+
+TEST(CString, SortsByItsCharactersAndNotByItsAddress) {
+    std::vector<CString> texts{u"c", u"b", u"a"};
+    std::ranges::sort(texts);
+    EXPECT_EQ(texts, (std::vector<CString>{u"a", u"b", u"c"}));
+    EXPECT_TRUE(std::less<>()(texts[0], texts[1]));
+    EXPECT_FALSE(std::less<>()(texts[1], texts[0]));
 }
 
 TEST(CString, FindLooksFromAPosition) {
