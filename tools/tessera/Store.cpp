@@ -19,7 +19,7 @@ bool isMissing(const std::string& path) {
 
 Failure noPhoneBook(const std::string& path) {
     return Failure("there is no phone book in " + path +
-                   "; make one with \"tessera init\", or with \"tessera import FILE\" from a file of contacts");
+                   R"(; make one with "tessera init", or with "tessera import FILE" from a file of contacts)");
 }
 
 }  // namespace
