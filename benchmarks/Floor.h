@@ -37,6 +37,53 @@ private:
     sqlite3_stmt* lookUp_ = nullptr;
 };
 
+/// A call log that holds `calls` calls, with an index on their time.
+class CallLogFloor {
+public:
+    CallLogFloor(const std::string& file, int calls);
+    ~CallLogFloor();
+    CallLogFloor(const CallLogFloor&) = delete;
+    CallLogFloor& operator=(const CallLogFloor&) = delete;
+
+    /// Deletes the oldest call and inserts one, in one transaction.
+    void log(std::int64_t time, const std::u16string& number, const std::u16string& name);
+
+private:
+    void step(sqlite3_stmt* statement);
+
+    sqlite3* database_ = nullptr;
+    sqlite3_stmt* begin_ = nullptr;
+    sqlite3_stmt* deleteOldest_ = nullptr;
+    sqlite3_stmt* insert_ = nullptr;
+    sqlite3_stmt* commit_ = nullptr;
+};
+
+/// Contacts, each with an extension row, and a table of speed-dial slots with an index on the slot.
+class SpeedDialFloor {
+public:
+    SpeedDialFloor(const std::string& file, int people);
+    ~SpeedDialFloor();
+    SpeedDialFloor(const SpeedDialFloor&) = delete;
+    SpeedDialFloor& operator=(const SpeedDialFloor&) = delete;
+
+    /// Inserts the slot's row and writes the contact and its extension row, in one transaction.
+    void set(int slot, int person);
+    /// Deletes the slot's row and writes the contact and its extension row, in one transaction.
+    void clear(int slot, int person);
+
+private:
+    void step(sqlite3_stmt* statement);
+    void writePerson(int person, int slot);
+
+    sqlite3* database_ = nullptr;
+    sqlite3_stmt* begin_ = nullptr;
+    sqlite3_stmt* insertSlot_ = nullptr;
+    sqlite3_stmt* deleteSlot_ = nullptr;
+    sqlite3_stmt* writeContact_ = nullptr;
+    sqlite3_stmt* writeExtension_ = nullptr;
+    sqlite3_stmt* commit_ = nullptr;
+};
+
 /// All reduced mobile numbers behind one another, a zero after each.
 std::string packedNumbers(int people);
 /// All names in lower case, packed the same way.

@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <memory>
 
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tessera/phonebook/RowFields.h"
 
 namespace PhoneBook {
 
@@ -12,62 +15,110 @@ using Database::Table;
 
 namespace {
 
-/// The groups table's attributes.
-enum GroupAttr : WORD {
-    groupId = 0,
-    groupName = 1,
-    groupReject = 2,
-    groupBellCategory = 3,
-    groupBell = 4,
-    groupSmsBell = 5,
-    groupFlags = 6,
-};
-constexpr WORD rowFlags = 7;
+/// The groups table's attributes that are told apart.
+enum GroupAttr : WORD { groupId = 0, groupName = 1, groupReject = 2 };
+constexpr int extGroup = 3;
 constexpr DWORD keepIdAndName = 0x1;
 
-WORD identOfGroup(GroupAttr attr) {
-    return PhoneBookDBMgr::aRecDef_[PBDBTBL_AVAILABLEPBGROUP].getAttrIdent(attr);
+/// The members in the order of the table's attributes.
+constexpr std::array<RowField<PBGroupInfo>, 7> groupFields = {{
+    {.number = &PBGroupInfo::dwID},
+    {.text = &PBGroupInfo::strName},
+    {.truth = &PBGroupInfo::bReject},
+    {.text = &PBGroupInfo::strBellCategory},
+    {.text = &PBGroupInfo::strBell},
+    {.text = &PBGroupInfo::strSMSBell},
+    {.number = &PBGroupInfo::dwFlags},
+}};
+static_assert(groupFields[groupName].text == &PBGroupInfo::strName);
+static_assert(groupFields[groupReject].truth == &PBGroupInfo::bReject);
+
+const Database::AttrDef& attrOfGroup(std::size_t attr) {
+    return *PhoneBookDBMgr::aRecDef_[PBDBTBL_AVAILABLEPBGROUP].getAttrDef(static_cast<int>(attr));
 }
 
-CCeDBRecord rowOf(const PBGroupInfo& info, DWORD id) {
+CCeDBProp keyOf(DWORD id) {
+    return CCeDBProp::ofUI4(attrOfGroup(groupId).getIdent(), id);
+}
+
+CCeDBProp keyOf(const CString& name) {
+    return CCeDBProp::ofText(attrOfGroup(groupName).getIdent(), name);
+}
+
+CCeDBRecord rowOf(const PBGroupInfo& info) {
     CCeDBRecord row;
-    row.addProp(CCeDBProp::ofUI4(identOfGroup(groupId), id));
-    row.addProp(CCeDBProp::ofText(identOfGroup(groupName), info.strName));
-    row.addProp(CCeDBProp::ofBool(identOfGroup(groupReject), info.bReject != FALSE));
-    row.addProp(CCeDBProp::ofText(identOfGroup(groupBellCategory), info.strBellCategory));
-    row.addProp(CCeDBProp::ofText(identOfGroup(groupBell), info.strBell));
-    row.addProp(CCeDBProp::ofText(identOfGroup(groupSmsBell), info.strSMSBell));
-    row.addProp(CCeDBProp::ofUI2(identOfGroup(groupFlags), static_cast<WORD>(info.dwFlags)));
+    for (std::size_t i = 0; i < groupFields.size(); ++i)
+        row.addProp(propOfField(attrOfGroup(i), info, groupFields[i]));
     return row;
+}
+
+/// Copies a row into `info`, from one attribute on, by their places in it.
+void takeRow(const CCeDBRecord& row, PBGroupInfo& info, std::size_t firstAttr = groupId) {
+    const CCeDBProp none;
+    for (std::size_t i = firstAttr; i < groupFields.size(); ++i) {
+        const int place = static_cast<int>(i);
+        takeProp(place < row.getNumProps() ? row.getPropAt(place) : none, info, groupFields[i]);
+    }
 }
 
 }  // namespace
 
 void PhoneBookDBMgr::RecordToPBGroupInfo(Table* /*table*/, const CCeDBRecord& record, PBGroupInfo* info, DWORD flags) {
-    const CCeDBProp none;
-    const auto at = [&](GroupAttr attr) -> const CCeDBProp& {
-        return attr < record.getNumProps() ? record.getPropAt(attr) : none;
-    };
-    if ((flags & keepIdAndName) == 0) {
-        info->dwID = at(groupId).getUI4();
-        info->strName = at(groupName).getText();
-    }
-    info->bReject = at(groupReject).getBool() ? TRUE : FALSE;
-    info->strBellCategory = at(groupBellCategory).getText();
-    info->strBell = at(groupBell).getText();
-    info->strSMSBell = at(groupSmsBell).getText();
-    info->dwFlags = at(groupFlags).getUI2();
+    static_cast<void>(operation([&] {
+        takeRow(record, *info, (flags & keepIdAndName) != 0 ? groupReject : groupId);
+        return S_OK;
+    }));
+}
+
+/// Looks a group up along one attribute, leaving the table in its order. S_FALSE when there is none. `row` may be null.
+HRESULT PhoneBookDBMgr::findGroup(WORD attrIdx, CCeDBProp key, DWORD& rowOid, CCeDBRecord* row) {
+    CeDBTable* groups = reopenSortedBy(PBDBTBL_AVAILABLEPBGROUP, attrIdx);
+    return groups == nullptr ? E_FAIL : groups->queryRecord(key, &rowOid, row);
+}
+
+HRESULT PhoneBookDBMgr::readGroup(WORD attrIdx, const CCeDBProp& key, PBGroupInfo* info) {
+    if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
+    if (info == nullptr) return E_POINTER;
+    DWORD rowOid = 0;
+    CCeDBRecord row;
+    if (findGroup(attrIdx, key, rowOid, &row) != S_OK) return E_FAIL;
+    takeRow(row, *info);
+    return S_OK;
+}
+
+HRESULT PhoneBookDBMgr::getAvailablePBGroup(DWORD id, PBGroupInfo* info) {
+    return operation([&] { return readGroup(groupId, keyOf(id), info); });
+}
+
+HRESULT PhoneBookDBMgr::queryAvailablePBGroup(const CString& name, PBGroupInfo* info) {
+    return operation([&] { return readGroup(groupName, keyOf(name), info); });
+}
+
+/// An iterator over the groups in the order of one attribute, in which it leaves the table. Null when there is none.
+std::unique_ptr<Iterator> PhoneBookDBMgr::groupsBy(WORD attrIdx) {
+    CeDBTable* groups = reopenSortedBy(PBDBTBL_AVAILABLEPBGROUP, attrIdx);
+    return std::unique_ptr<Iterator>(groups == nullptr ? nullptr : groups->getIterator(attrIdx, nullptr, nullptr));
+}
+
+HRESULT PhoneBookDBMgr::getAvailablePBGroups(CStringArray& names) {
+    return operation([&]() -> HRESULT {
+        if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
+        const std::unique_ptr<Iterator> each = groupsBy(groupName);
+        if (each == nullptr) return E_FAIL;
+        while (each->next() == S_OK)
+            names.Add(each->getProp(groupName).getText());
+        return S_OK;
+    });
 }
 
 HRESULT PhoneBookDBMgr::getNextAvailablePBGroupID(DWORD* id) {
     return operation([&]() -> HRESULT {
         if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
         if (id == nullptr) return E_POINTER;
-        CeDBTable* groups = reopenSortedBy(PBDBTBL_AVAILABLEPBGROUP, groupId);
-        if (groups == nullptr) return E_FAIL;
+        const std::unique_ptr<Iterator> each = groupsBy(groupId);
+        if (each == nullptr) return E_FAIL;
         DWORD largest = 0;
-        const std::unique_ptr<Iterator> each(groups->getIterator(groupId, nullptr, nullptr));
-        while (each != nullptr && each->next() == S_OK)
+        while (each->next() == S_OK)
             largest = std::max(largest, each->getProp(groupId).getUI4());
         *id = largest + 1;
         return S_OK;
@@ -100,10 +151,37 @@ HRESULT PhoneBookDBMgr::insertAvailablePBGroup(PBGroupInfo* info, bool newId) {
         if (newId) {
             if (const HRESULT result = getNextAvailablePBGroupID(&id); FAILED(result)) return result;
         }
-        info->dwFlags = rowFlags;
-        CCeDBRecord row = rowOf(*info, id);
+        info->dwFlags = dwRowFlags_;
+        PBGroupInfo stored = *info;  // the caller's keeps the ID that it has
+        stored.dwID = id;
+        CCeDBRecord row = rowOf(stored);
         DWORD rowOid = 0;
         return tables_[PBDBTBL_AVAILABLEPBGROUP]->insertRecord(&row, rowOid) == S_OK ? S_OK : E_FAIL;
+    });
+}
+
+HRESULT PhoneBookDBMgr::deleteAvailablePBGroup(DWORD id) {
+    return writingOperation([&]() -> HRESULT {
+        if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
+        DWORD rowOid = 0;
+        CCeDBRecord row;
+        if (findGroup(groupId, keyOf(id), rowOid, &row) != S_OK) return E_FAIL;
+        PBGroupInfo group;
+        takeRow(row, group);
+        if (const HRESULT result = tables_[PBDBTBL_AVAILABLEPBGROUP]->deleteRecord(rowOid); FAILED(result))
+            return result;
+        return modifyPBGroupInPBRecord(group.strName, CString());
+    });
+}
+
+HRESULT PhoneBookDBMgr::deleteAvailablePBGroup(const CString& name) {
+    return writingOperation([&]() -> HRESULT {
+        if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
+        CeDBTable* groups = reopenSortedBy(PBDBTBL_AVAILABLEPBGROUP, groupName);
+        if (groups == nullptr) return E_FAIL;
+        CCeDBProp key = keyOf(name);
+        if (const HRESULT result = groups->deleteRecord(key); result != S_OK) return result;
+        return modifyPBGroupInPBRecord(name, CString());
     });
 }
 
@@ -111,16 +189,27 @@ HRESULT PhoneBookDBMgr::writeAvailablePBGroup(DWORD id, PBGroupInfo* info, DWORD
     return writingOperation([&]() -> HRESULT {
         if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
         if (info == nullptr) return E_POINTER;
-        CeDBTable* groups = reopenSortedBy(PBDBTBL_AVAILABLEPBGROUP, groupId);
-        if (groups == nullptr) return E_FAIL;
-        CCeDBProp key = CCeDBProp::ofUI4(identOfGroup(groupId), id);
         DWORD rowOid = 0;
         CCeDBRecord stored;
-        const HRESULT query = groups->queryRecord(key, &rowOid, &stored);
+        const HRESULT query = findGroup(groupId, keyOf(id), rowOid, &stored);
         if (FAILED(query)) return E_FAIL;
         if (query == S_FALSE) return insertAvailablePBGroup(info, false);
-        if ((flags & keepIdAndName) != 0) RecordToPBGroupInfo(groups, stored, info, keepIdAndName);
+        if ((flags & keepIdAndName) != 0) takeRow(stored, *info, groupReject);
         return updateAvailablePBGroup(rowOid, info);
+    });
+}
+
+HRESULT PhoneBookDBMgr::writeAvailablePBGroup(CString& name, PBGroupInfo* info) {
+    return writingOperation([&]() -> HRESULT {
+        if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
+        if (info == nullptr) return E_POINTER;
+        DWORD rowOid = 0;
+        const HRESULT query = findGroup(groupName, keyOf(name), rowOid, nullptr);
+        if (FAILED(query)) return E_FAIL;
+        if (query == S_FALSE) return insertAvailablePBGroup(info, true);
+        // All of `info` goes into the row, its ID too.
+        if (const HRESULT result = updateAvailablePBGroup(rowOid, info); FAILED(result)) return result;
+        return modifyPBGroupInPBRecord(name, info->strName);
     });
 }
 
@@ -128,9 +217,42 @@ HRESULT PhoneBookDBMgr::updateAvailablePBGroup(DWORD oid, PBGroupInfo* info) {
     return writingOperation([&]() -> HRESULT {
         if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
         if (info == nullptr) return E_POINTER;
-        info->dwFlags = rowFlags;
-        CCeDBRecord row = rowOf(*info, info->dwID);
+        info->dwFlags = dwRowFlags_;
+        CCeDBRecord row = rowOf(*info);
         return tables_[PBDBTBL_AVAILABLEPBGROUP]->updateRecord(oid, &row, 0, nullptr) == S_OK ? S_OK : E_FAIL;
+    });
+}
+
+HRESULT PhoneBookDBMgr::modifyPBGroupInPBRecord(const CString& oldName, const CString& newName) {
+    return writingOperation([&]() -> HRESULT {
+        if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
+        if (oldName == newName) return S_OK;
+        CeDBTable* extensions = reopenSortedBy(PBDBTBL_PHONEBOOKEXT, extGroup);
+        if (extensions == nullptr) return E_FAIL;
+        const WORD ident = extensions->getAttrIdent(extGroup);
+        CCeDBProp key = CCeDBProp::ofText(ident, oldName);
+        const std::unique_ptr<Iterator> members(getIterator(UINT{PBDBATTR_GROUP}, &key, &key));
+        if (members == nullptr) return E_FAIL;
+        const CCeDBProp group = CCeDBProp::ofText(ident, newName);
+        HRESULT result = S_OK;
+        CCeDBRecord row;
+        while (members->next() == S_OK) {
+            result = members->getRecord(&row);
+            if (FAILED(result)) continue;
+            row.replaceProp(group);
+            result = extensions->updateRecord(members->getCur(), &row, 0, nullptr);
+            if (SUCCEEDED(result)) row.removeAll();
+        }
+        return result;
+    });
+}
+
+HRESULT PhoneBookDBMgr::rejectPBGroup(const CString& name, bool reject) {
+    return writingOperation([&]() -> HRESULT {
+        PBGroupInfo group;
+        if (const HRESULT result = queryAvailablePBGroup(name, &group); FAILED(result)) return result;
+        group.bReject = reject ? TRUE : FALSE;
+        return updateAvailablePBGroup(0, &group);  // 0: the row that the query has just reached
     });
 }
 

@@ -38,4 +38,14 @@ HRESULT writingOperation(Body&& body) noexcept {
     return writingOperation(std::forward<Body>(body), [] {});
 }
 
+/// The same for an operation that keeps `state` in memory in step with what it writes: when that is not kept, the
+/// state is as before.
+template <class State, class Body>
+HRESULT writingOperationOn(State& state, Body&& body) noexcept {
+    return operation([&] {
+        State before = state;
+        return writingOperation(std::forward<Body>(body), [&] { state = std::move(before); });
+    });
+}
+
 }  // namespace PhoneBook

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 
 #include "tessera/Export.h"
@@ -12,6 +13,7 @@
 #include "tessera/database/schema/RecordDef.h"
 #include "tessera/phonebook/ImportListener.h"
 #include "tessera/phonebook/PBGroupInfo.h"
+#include "tessera/phonebook/model/CallEntry.h"
 #include "tessera/phonebook/model/PBAttributes.h"
 #include "tessera/phonebook/model/PBRecord.h"
 #include "tessera/phonebook/model/Schemas.h"
@@ -188,21 +190,139 @@ public:
     /// A reduced number with dashes, by the domestic numbering plan: 010-1234-5678.
     static CString makeTelNoStrFromCID(const WCHAR* cid);
 
-    // --- Groups ----------------------------------------------------------------------------------------
+    // --- Speed dial ------------------------------------------------------------------------------------
+    // A slot is a row of the speed-dial table, a byte of its contact's slot word (PBRecord::dwPrivate), and an
+    // entry of the cache. The table operations keep the three in step and want the speed-dial table open; they
+    // leave it open in an order of their own, without a notification window. The cache operations touch the
+    // cache alone. Slots are 1 to 99; a table operation does not refuse others, and those from 100 on just have no
+    // cache entry.
+    // Where `info` may not be null, E_POINTER; where the table is not open, E_FAIL unless said otherwise.
 
-    /// One past the largest group ID, 1 when there is no group. E_POINTER for a null `id`.
+    /// What is in a slot. With `withContact` also whose number it is: the text as the contact has it and the
+    /// name; `dwOID` becomes 0, since the lookup wants no extension field.
+    /// @return S_OK; S_FALSE when a contact was asked for and none was found; E_FAIL for an empty slot
+    [[nodiscard]] HRESULT querySpeedDialInfo(DWORD id, SpeedDialInfo* info, bool withContact);
+    /// The slot that holds a number, in any spelling. `info` may be null; its name stays as it is.
+    /// @param rowOid receives the row's object identifier, 0 when there is none
+    /// @return S_OK; E_FAIL when no slot holds it, or the table is not to be had
+    [[nodiscard]] HRESULT querySpeedDialInfo(const CString& telNo, DWORD& rowOid, SpeedDialInfo* info);
+    /// Adds a row for slot `id`, whether or not there is one, and the contact's link. The flags become 7.
+    /// @return the result of writing the link; E_FAIL, with nothing changed, when the row could not be added
+    [[nodiscard]] HRESULT insertSpeedDialInfo(DWORD id, SpeedDialInfo* info);
+    /// Rewrites the row `rowOid` (not a slot) as slot `info->dwSDialID`. The flags become 7.
+    /// @return S_OK, whatever became of the link; E_FAIL when the row could not be written
+    [[nodiscard]] HRESULT updateSpeedDialInfo(DWORD rowOid, SpeedDialInfo* info);
+    /// Inserts or updates slot `id`.
+    [[nodiscard]] HRESULT writeSpeedDialInfo(DWORD id, SpeedDialInfo* info);
+    /// Empties slot `id`, also in the cache when no row had it. The link cleared is that of `info->dwOID` (none
+    /// when that is 0), or, with a null `info`, that of the row's number.
+    /// @return the result of the last step done; S_FALSE when there was no such row and no link to clear;
+    ///         E_ACCESSDENIED when the table is not open
+    [[nodiscard]] HRESULT deleteSpeedDialInfo(DWORD id, SpeedDialInfo* info);
+    /// Gives what is in slot `fromId` another slot. What is in `toId` is not looked at: its row stays beside the
+    /// moved one, so clear it first. `info`, unless it is null, says by `dwOID` whose link to write, and receives
+    /// the slot as querySpeedDialInfo shows it.
+    /// @return the result of writing the link; E_FAIL when slot `fromId` is empty
+    [[nodiscard]] HRESULT moveSpeedDialInfo(DWORD fromId, DWORD toId, SpeedDialInfo* info);
+    /// Empties the table, the cache, and the slot word of every extension row.
+    /// @return the result of the last row read; E_ACCESSDENIED when either table is not open
+    [[nodiscard]] HRESULT deleteAllSpeedDialInfos();
+    /// Proposes a slot: `startId` when it is free, else 1, free or not.
+    [[nodiscard]] HRESULT findFirstEmptySDialID(DWORD startId, DWORD* id);
+    /// Writes one byte of a contact's slot word, the one of that telephone type; 0 clears it. The contact is found
+    /// by its reduced number or by its identifier.
+    /// @return the lookup's failure, else the result of updating the contact
+    [[nodiscard]] HRESULT setSDialIDInPBExt(DWORD id, const CString& telNo, DWORD telType);
+    [[nodiscard]] HRESULT setSDialIDInPBExt(DWORD id, DWORD& contactOid, DWORD telType);
+    /// Copies a row's slot, type and number into `info`; its flags are never brought along.
+    void RecordToSDialInfo(Database::Table* table, const CCeDBRecord& record, SpeedDialInfo* info, DWORD mask);
+
+    /// How many entries the cache has, 0 included, which is no slot.
+    static constexpr DWORD nSDialCacheSize_ = 100;
+
+    /// Loads the table into the manager's cache, or into an array of 100 entries, and completes the manager's
+    /// (always the manager's) from the extension table.
+    /// @return the completion's result; E_ACCESSDENIED when a table is not open
+    HRESULT fillSDialInfoCache();
+    HRESULT fillSDialInfoCache(SpeedDialInfo* cache);
+    /// The name of each slot's contact, by the contacts' slot words alone.
+    HRESULT fillSDialInfoCache(CMap<DWORD, DWORD&, CString, CString&>& names);
+    /// Gives loaded entries the contact, the name and the type that the contacts' slot words say.
+    HRESULT fillSDialInfoCacheInPBExt(SpeedDialInfo* cache);
+    HRESULT clearSDialInfoCache();
+    HRESULT clearSDialInfoCache(SpeedDialInfo* cache);
+    /// Changes the cache alone and marks the entry, for flushSDialInfoCache to write. E_FAIL outside 1 to 99.
+    [[nodiscard]] HRESULT writeSDialInfoCache(DWORD id, SpeedDialInfo* info);
+    [[nodiscard]] HRESULT deleteSDialInfoCache(DWORD id, SpeedDialInfo* info);
+    /// Neither tests the slots nor marks anything.
+    HRESULT moveSDialInfoCache(DWORD fromId, DWORD toId);
+    /// The lowest slot whose number is spelt just so. E_FAIL when there is none. `info` may be null.
+    [[nodiscard]] HRESULT querySDialInfoCache(const CString& telNo, SpeedDialInfo* info);
+    /// Writes what is marked into the table. S_OK whatever became of each; E_FAIL, with all marks kept, when
+    /// the store could not be had for writing or could not keep what was written.
+    HRESULT flushSDialInfoCache();
+    /// An entry of the cache, below 100: not checked. Valid while the manager is.
+    SpeedDialInfo& getSDialInfoCache(DWORD id) { return speedDialCache_[id]; }
+    /// Does nothing.
+    void TRACE_SDIAL_CACHE() {}
+
+    // --- Groups ----------------------------------------------------------------------------------------
+    // E_FAIL when a table that is needed is not open; E_POINTER for a null output. What looks a group up leaves
+    // the groups table open in the order that it looked along.
+
+    /// One past the largest group ID, 1 when there is no group.
     [[nodiscard]] HRESULT getNextAvailablePBGroupID(DWORD* id);
+    /// Adds the name of every group to the array, in name order.
+    [[nodiscard]] HRESULT getAvailablePBGroups(CStringArray& names);
     /// Makes a group of each category, or renames the one with its ID. E_FAIL when the categories are not open.
     [[nodiscard]] HRESULT initAvailablePBGroup();
+    /// The group with that ID, or of that name. E_FAIL when there is none.
+    [[nodiscard]] HRESULT getAvailablePBGroup(DWORD id, PBGroupInfo* info);
+    [[nodiscard]] HRESULT queryAvailablePBGroup(const CString& name, PBGroupInfo* info);
     /// Adds a group under its own ID, or under the next one when `newId`. Its flags become 7.
     [[nodiscard]] HRESULT insertAvailablePBGroup(PBGroupInfo* info, bool newId);
+    /// Deletes a group; its members then have none.
+    /// @return S_OK; E_FAIL for an ID that no group has, S_FALSE for a name that none has
+    [[nodiscard]] HRESULT deleteAvailablePBGroup(DWORD id);
+    [[nodiscard]] HRESULT deleteAvailablePBGroup(const CString& name);
     /// Adds the group or writes over the one with that ID. With bit 1 of `flags` a group that exists keeps
     /// all but its name, and `info` receives what it kept.
     [[nodiscard]] HRESULT writeAvailablePBGroup(DWORD id, PBGroupInfo* info, DWORD flags);
-    /// Writes all of `info` into the row `oid`. Its flags become 7.
+    /// Adds the group, under the next ID, or writes all of `info`, its ID too, over the one called `name`; its
+    /// members follow it to the name that `info` says.
+    [[nodiscard]] HRESULT writeAvailablePBGroup(CString& name, PBGroupInfo* info);
+    /// Writes all of `info` into the row `oid`, 0 being the row last reached. Its flags become 7.
     [[nodiscard]] HRESULT updateAvailablePBGroup(DWORD oid, PBGroupInfo* info);
+    /// Moves every extension row of one group to another, or to none when `newName` is empty.
+    [[nodiscard]] HRESULT modifyPBGroupInPBRecord(const CString& oldName, const CString& newName);
+    /// Says whether calls from members of a group are to be rejected.
+    [[nodiscard]] HRESULT rejectPBGroup(const CString& name, bool reject);
     /// Copies a row into `info`; with bit 1 of `flags` without ID and name.
     void RecordToPBGroupInfo(Database::Table* table, const CCeDBRecord& record, PBGroupInfo* info, DWORD flags);
+
+    // --- Call history ----------------------------------------------------------------------------------
+    // The newest nMaxCallEntries_ calls. E_FAIL when the history is not open; E_POINTER for a null output.
+
+    /// Logs a call, the oldest one making room when the history is full. Fills `strName`, and `dwTelType` when one
+    /// of the contact's numbers is the caller's, from the phone book; the flags become 7.
+    /// @return S_OK; E_FAIL when it was not logged, or `entry` is null
+    [[nodiscard]] HRESULT insertCallEntry(CallEntry* entry);
+    /// A call by the row's object identifier. A row that is not there reads as an empty call whose flags are left as
+    /// they were: set them to 0 before, and 7 tells that there is one.
+    /// @return S_OK; E_FAIL when the row cannot be read
+    [[nodiscard]] HRESULT queryCallEntry(DWORD oid, CallEntry* entry);
+    /// E_NOTIMPL.
+    [[nodiscard]] HRESULT queryCallEntry(const FILETIME& time, CallEntry* entry);
+    [[nodiscard]] HRESULT queryCallEntry(const CString& telNo, CallEntry* entry);
+    /// The newest call. S_FALSE when there is none.
+    [[nodiscard]] HRESULT getMRUCallEntry(CallEntry* entry);
+    /// The oldest call's row and, unless `entry` is null, what it holds. S_FALSE when there is none.
+    [[nodiscard]] HRESULT getLRUCallEntry(DWORD* oid, CallEntry* entry);
+    /// @return S_OK; E_INVALIDARG for 0; E_FAIL when there is no such row
+    [[nodiscard]] HRESULT deleteCallEntry(DWORD oid);
+    /// E_NOTIMPL.
+    [[nodiscard]] HRESULT deleteCallEntry(const FILETIME& time);
+    [[nodiscard]] HRESULT deleteAllCallEntries();
 
     // --- Import ----------------------------------------------------------------------------------------
 
@@ -234,6 +354,7 @@ protected:
     HRESULT getPBRecord(CStringArray& values, PBRecord& record);
     HRESULT getCallerInfo(IContact* contact, PBRecord* record, DWORD* found, DWORD* oid);
     HRESULT getCallerInfo(DWORD& oid, CString& text, PBRecord* record, DWORD* found);
+    HRESULT getCallEntryData(CallEntry* entry);
 
 private:
     static const MessageEntry _messageEntries[];
@@ -248,8 +369,17 @@ private:
     HRESULT getExtensionRow(DWORD contactOid, PBRecord& record, CCeDBRecord& row);
     HRESULT insertExtensionRow(DWORD contactOid, PBRecord& record);
     HRESULT writeExtensionRow(DWORD contactOid, PBRecord& record);
-    HRESULT freeSlot(BYTE slot, const CString& telNo);
+    HRESULT readContactOfSlot(SpeedDialInfo& info);
+    HRESULT writeSlotOf(DWORD contactOid, PBRecord& contact, DWORD id, DWORD telType);
+    void clearSlotWord(DWORD rowOid, CCeDBRecord& row);
+    void setCacheEntry(DWORD id, const SpeedDialInfo& info);
+    HRESULT forEachExtensionRow(HRESULT whenEmpty, const std::function<void(DWORD rowOid, CCeDBRecord& row)>& visit);
     HRESULT fillRecord(IContact* contact, PBRecord* record, DWORD* oid);
+    std::unique_ptr<Database::Iterator> groupsBy(WORD attrIdx);
+    HRESULT findGroup(WORD attrIdx, CCeDBProp key, DWORD& rowOid, CCeDBRecord* row);
+    HRESULT readGroup(WORD attrIdx, const CCeDBProp& key, PBGroupInfo* info);
+    HRESULT queryCallerNamed(const CString& name, PBRecord& caller);
+    HRESULT reachCall(HRESULT (Database::Iterator::*move)(), std::unique_ptr<Database::Iterator>& calls);
     HRESULT importEntry(CStringArray& values, DWORD& oid);
     HRESULT importRow(UINT tableId, const CStringArray& values);
 
@@ -258,7 +388,7 @@ private:
     std::array<HANDLE, 2> databaseHandles_{};
     CENOTIFYREQUEST notifyRequest_{};
     CMap<DWORD, DWORD, std::int16_t, std::int16_t> categories_{8};  ///< Category record to the ID of its group.
-    std::array<SpeedDialInfo, 100> speedDialCache_;
+    std::array<SpeedDialInfo, nSDialCacheSize_> speedDialCache_;
     std::unique_ptr<Database::Table> categoriesTable_;  ///< What slot 5 points at; finishTableObj passes it over.
 };
 

@@ -202,7 +202,7 @@ HRESULT PhoneBookDBMgr::updatePBRecord(DWORD oid, PBRecord& record) {
 
 HRESULT PhoneBookDBMgr::deletePBRecord(DWORD oid) {
     if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
-    return writingOperation([&]() -> HRESULT {
+    return writingOperationOn(speedDialCache_, [&]() -> HRESULT {
         PBRecord record;
         record.dwCITypeMask = slotNumbersMask | dwPrivateFlag_;
         static_cast<void>(queryCallerInfo(oid, &record));  // a contact without numbers has no slots
@@ -215,23 +215,15 @@ HRESULT PhoneBookDBMgr::deletePBRecord(DWORD oid) {
             const DWORD flag = getTelNoAttrFlag(i);
             const BYTE slot = slotOf(record, i);
             if ((record.dwCITypeMask & flag) == 0 || slot == 0) continue;
-            result = freeSlot(slot, PhoneBook::makeCNIP(getPBRecordFieldStr(record, flag)));
+            SpeedDialInfo held;  // by nobody: the contact is gone, and no link is left to clear
+            result = querySpeedDialInfo(slot, &held, false);
+            // A slot that holds another number by now stays.
+            if (SUCCEEDED(result) && held.strTelNo == PhoneBook::makeCNIP(getPBRecordFieldStr(record, flag))) {
+                result = deleteSpeedDialInfo(slot, &held);
+            }
         }
         return result;
     });
-}
-
-/// Empties a speed-dial slot, unless it holds another number by now.
-HRESULT PhoneBookDBMgr::freeSlot(BYTE slot, const CString& telNo) {
-    if (!isTableOpen(PBDBTBL_SPEEDDIALNO)) return E_FAIL;
-    const Database::RecordDef& schema = aRecDef_[PBDBTBL_SPEEDDIALNO];
-    CCeDBProp key = CCeDBProp::ofI2(schema.getAttrIdent(0), slot);
-    DWORD rowOid = 0;
-    CCeDBRecord row;
-    if (tables_[PBDBTBL_SPEEDDIALNO]->queryRecord(key, &rowOid, &row) != S_OK) return E_FAIL;
-    const CCeDBProp* number = row.findProp(schema.getAttrIdent(2));
-    if (number == nullptr || number->getText() != telNo) return S_OK;
-    return tables_[PBDBTBL_SPEEDDIALNO]->deleteRecord(rowOid);
 }
 
 HRESULT PhoneBookDBMgr::deleteRecord(int tableId, DWORD& oid) {
@@ -241,12 +233,12 @@ HRESULT PhoneBookDBMgr::deleteRecord(int tableId, DWORD& oid) {
 
 HRESULT PhoneBookDBMgr::deleteAllPBRecords() {
     if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
-    return writingOperation([&]() -> HRESULT {
+    return writingOperationOn(speedDialCache_, [&]() -> HRESULT {
         // The contacts go even when a row stays; their result decides.
         static_cast<void>(tables_[PBDBTBL_PHONEBOOKEXT]->deleteAllRecords());
         if (contactsTable() == nullptr) return E_FAIL;
         if (const HRESULT result = contactsTable()->deleteAllRecords(); FAILED(result)) return result;
-        return isTableOpen(PBDBTBL_SPEEDDIALNO) ? tables_[PBDBTBL_SPEEDDIALNO]->deleteAllRecords() : E_ACCESSDENIED;
+        return deleteAllSpeedDialInfos();
     });
 }
 

@@ -39,6 +39,13 @@ TEST_F(Groups, HoldTheContactsWhoseCategoriesAreTheirName) {
     EXPECT_EQ(names({}), membersOf(u"Friends"));
 }
 
+TEST_F(Groups, OneThatNobodyIsInIsNoCursor) {
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(u"")));
+    book.add(contact().name(u"Ann").group(u"Family"));
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(u"Friends")));
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(u"")));
+}
+
 TEST_F(Groups, AContactOfTwoCategoriesIsInNeitherGroup) {
     const DWORD oid = book.add(contact().name(u"Ann").group(u"Family"));
     PhoneBook::PBRecord both = contact().name(u"Ann").group(u"Work").record();

@@ -1,4 +1,5 @@
 #include <memory>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -178,6 +179,55 @@ TEST_F(ThreeContacts, AnEmptyResultIsNoCursor) {
     EXPECT_EQ(nullptr, between(u"X", u"Z"));
     EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(u"[FileAs] = \"Nobody\"")));
     EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(u"nonsense")));
+}
+
+/// Keeps the restrictions that it is asked for, and has nothing to give. Lives as long as its test.
+class RecordingItems final : public IPOutlookItemCollection {
+public:
+    HRESULT QueryInterface(const IID&, void**) override { return E_NOINTERFACE; }
+    ULONG AddRef() override { return 1; }
+    ULONG Release() override { return 1; }
+    HRESULT Add(IDispatch**) override { return E_FAIL; }
+    HRESULT get_Count(int*) override { return E_FAIL; }
+    HRESULT Item(int, IDispatch**) override { return E_FAIL; }
+    HRESULT Find(BSTR, IDispatch**) override { return E_FAIL; }
+    HRESULT Restrict(BSTR restriction, IPOutlookItemCollection**) override {
+        asked.emplace_back(restriction);
+        return E_FAIL;
+    }
+    HRESULT Remove(int) override { return E_FAIL; }
+    HRESULT Sort(BSTR, BOOL) override { return E_FAIL; }
+
+    std::vector<CString> asked;
+};
+
+TEST_F(ThreeContacts, BoundsBecomeARestriction) {
+    RecordingItems items;
+    lower = CCeDBProp::ofText(0, u"A");
+    upper = CCeDBProp::ofText(0, u"B");
+
+    const POlDBIterator both(&contacts(), &items, &lower, &upper);
+    const POlDBIterator fromOnly(&contacts(), &items, &lower, nullptr);
+    const POlDBIterator toOnly(&contacts(), &items, nullptr, &upper);
+    const POlDBIterator equal(&contacts(), &items, &lower, &lower);
+    const POlDBIterator ofMobile(&contacts(), &items, 2, &lower, &upper);
+
+    EXPECT_EQ(items.asked, (std::vector<CString>{
+                               u"[FileAs] >= \"A\" and [FileAs] < \"B\"",
+                               u"[FileAs] >= \"A\"",
+                               u"[FileAs] <= \"B\"",
+                               u"[FileAs] = \"A\"",
+                               u"[MobileTelephoneNumber] >= \"A\" and [MobileTelephoneNumber] < \"B\"",
+                           }));
+}
+
+TEST_F(ThreeContacts, ACollectionThatCannotBeRestrictedIsKeptAndIsNothingToWalk) {
+    RecordingItems items;
+
+    POlDBIterator restricted(&contacts(), &items, CString(u"[FileAs] >= \"A\""));
+
+    EXPECT_EQ(restricted.getItemCol(), &items);
+    EXPECT_FALSE(restricted.isOpened());
 }
 
 }  // namespace

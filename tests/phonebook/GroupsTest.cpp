@@ -1,9 +1,13 @@
+#include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tests/phonebook/GroupRows.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
@@ -11,27 +15,15 @@
 namespace PhoneBook {
 namespace {
 
+using groups_test::addCategory;
+using groups_test::groupsOfContacts;
+using groups_test::storedGroups;
+using groups_test::writeCategory;
+using testing::ElementsAre;
+using testing::Pair;
+using testing_support::contact;
 using testing_support::MemoryStoreMount;
 using testing_support::OpenPhoneBook;
-
-/// Adds a category as another program would.
-CEOID addCategory(const WCHAR* name, std::int16_t id) {
-    CCeDBDatabase categories;
-    categories.open(u"\\Categories Database", nullptr, nullptr);
-    CCeDBRecord row;
-    row.addProp(CCeDBProp::ofText(0x4001, name));
-    row.addProp(CCeDBProp::ofI2(0x4002, id));
-    return categories.add(row);
-}
-
-void renameCategory(CEOID oid, const WCHAR* name) {
-    CCeDBDatabase categories;
-    categories.open(u"\\Categories Database", nullptr, nullptr);
-    CCeDBRecord row;
-    row.addProp(CCeDBProp::ofText(0x4001, name));
-    categories.seekToRecord(oid);
-    ASSERT_TRUE(categories.writeCurrent(row));
-}
 
 /// The group of that ID, and its row.
 struct StoredGroup {
@@ -40,13 +32,23 @@ struct StoredGroup {
 };
 
 std::optional<StoredGroup> groupOf(OpenPhoneBook& book, DWORD id) {
-    CCeDBProp key = CCeDBProp::ofUI4(768, id);
-    StoredGroup group;
-    CCeDBRecord row;
-    Database::Table* groups = book->getTable(PBDBTBL_AVAILABLEPBGROUP);
-    if (groups->queryRecord(key, &group.rowOid, &row) != S_OK) return std::nullopt;
-    book->RecordToPBGroupInfo(groups, row, &group.info, 0);
-    return group;
+    for (const auto& [oid, group] : storedGroups(book.manager())) {
+        if (group.dwID == id) return StoredGroup{oid, group};
+    }
+    return std::nullopt;
+}
+
+/// Everything that a group can have, of that name.
+PBGroupInfo complete(const WCHAR* name, DWORD id = 0) {
+    PBGroupInfo info;
+    info.dwID = id;
+    info.strName = name;
+    info.bReject = TRUE;
+    info.strBellCategory = u"벨소리";
+    info.strBell = u"ding";
+    info.strSMSBell = u"dong";
+    info.dwFlags = 7;
+    return info;
 }
 
 PBGroupInfo named(const WCHAR* name, DWORD id = 0) {
@@ -79,7 +81,7 @@ TEST(Groups, SettingUpAgainKeepsSettingsAndTakesNewNames) {
         group.info.strBell = u"ding";
         ASSERT_EQ(S_OK, book->updateAvailablePBGroup(group.rowOid, &group.info));
     }
-    renameCategory(category, u"Kin");
+    ASSERT_TRUE(writeCategory(category, u"Kin", 3));
     OpenPhoneBook again;
     EXPECT_EQ(1u, again->getTable(PBDBTBL_AVAILABLEPBGROUP)->getNumRecords());
     const auto group = groupOf(again, 3);
@@ -132,6 +134,229 @@ TEST(Groups, WritingByIdentifierInsertsOrReplaces) {
     EXPECT_EQ(1u, book->getTable(PBDBTBL_AVAILABLEPBGROUP)->getNumRecords());
 }
 
+TEST(Groups, AreReadByIdentifierAndByName) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (PBGroupInfo info : {complete(u"친구", 4), complete(u"가족", 9)})
+        ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    PBGroupInfo read;
+    EXPECT_EQ(S_OK, book->getAvailablePBGroup(4, &read));
+    EXPECT_EQ(complete(u"친구", 4), read);
+    EXPECT_EQ(S_OK, book->queryAvailablePBGroup(u"가족", &read));
+    EXPECT_EQ(complete(u"가족", 9), read);
+    EXPECT_EQ(E_FAIL, book->getAvailablePBGroup(5, &read));
+    EXPECT_EQ(E_FAIL, book->queryAvailablePBGroup(u"가", &read));
+    EXPECT_EQ(complete(u"가족", 9), read) << "as it was";
+}
+
+TEST(Groups, OfOneNameOrIdentifierTheFirstAddedIsRead) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (PBGroupInfo info : {complete(u"B", 4), complete(u"A", 4), complete(u"A", 3)})
+        ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    PBGroupInfo read;
+    EXPECT_EQ(S_OK, book->getAvailablePBGroup(4, &read));
+    EXPECT_EQ(CString(u"B"), read.strName);
+    EXPECT_EQ(S_OK, book->queryAvailablePBGroup(u"A", &read));
+    EXPECT_EQ(4u, read.dwID);
+    EXPECT_EQ(E_FAIL, book->queryAvailablePBGroup(u"a", &read)) << "case counts";
+}
+
+TEST(Groups, NamesAreListedInTheirOrderBehindWhatTheListHas) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    CStringArray names;
+    names.Add(u"All");
+    EXPECT_EQ(S_OK, book->getAvailablePBGroups(names));
+    EXPECT_EQ(1, names.GetSize());
+    for (const WCHAR* name : {u"회사", u"가족", u"학교", u"친구"}) {
+        PBGroupInfo info = named(name);
+        ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, true));
+    }
+    EXPECT_EQ(S_OK, book->getAvailablePBGroups(names));
+    EXPECT_THAT(std::vector<CString>(names.begin(), names.end()),
+                ElementsAre(CString(u"All"), CString(u"가족"), CString(u"친구"), CString(u"학교"), CString(u"회사")));
+}
+
+TEST(Groups, WritingByANewNameAddsTheGroupUnderTheNextIdentifier) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    PBGroupInfo first = named(u"A", 7);
+    ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&first, false));
+    CString wanted = u"친구";
+    PBGroupInfo info = complete(u"동무", 40);
+    info.dwFlags = 0;
+    EXPECT_EQ(S_OK, book->writeAvailablePBGroup(wanted, &info));
+    EXPECT_EQ(complete(u"동무", 40), info) << "its flags are 7, its ID stays";
+    EXPECT_EQ(complete(u"동무", 8), groupOf(book, 8)->info) << "under the name that it brings";
+}
+
+TEST(Groups, WritingByNameRenamesTheGroupForItsMembers) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (PBGroupInfo info : {named(u"가족", 3), named(u"B", 4)})
+        ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    const DWORD first = book.add(contact().name(u"Kim").group(u"가족").bell(u"ding").slots(0x0102));
+    const DWORD other = book.add(contact().name(u"Lee").group(u"B"));
+    const DWORD second = book.add(contact().name(u"Park").group(u"가족"));
+    const DWORD alone = book.add(contact().name(u"Choi").bell(u"dong"));
+    CString wanted = u"가족";
+    PBGroupInfo info = complete(u"Kin", 5);
+    EXPECT_EQ(S_OK, book->writeAvailablePBGroup(wanted, &info));
+    EXPECT_EQ(complete(u"Kin", 5), groupOf(book, 5)->info);
+    EXPECT_FALSE(groupOf(book, 3).has_value()) << "the identifier was written as well";
+    const std::map<DWORD, CString> expected{{first, u"Kin"}, {other, u"B"}, {second, u"Kin"}, {alone, CString()}};
+    EXPECT_EQ(expected, groupsOfContacts(book.manager()));
+    PBRecord record;
+    record.dwCITypeMask = 0x00310000;
+    EXPECT_EQ(S_OK, book->queryCallerInfo(first, &record));
+    EXPECT_EQ(CString(u"ding"), record.strBell) << "nothing else of the row changes";
+    EXPECT_EQ(0x0102u, record.dwPrivate);
+}
+
+TEST(Groups, WritingByNameWithoutANewNameTouchesNoMember) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    PBGroupInfo info = named(u"A", 3);
+    ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    book.add(contact().name(u"Kim").group(u"A"));
+    const auto lastChange = [&] {
+        CEOIDINFOEX about = {};
+        EXPECT_TRUE(CeOidGetInfoEx2(book->getTable(PBDBTBL_PHONEBOOKEXT)->getCEOID(), &about));
+        return ticksOf(about.ftLastModified);
+    };
+    const auto before = lastChange();
+    CString wanted = u"A";
+    info = complete(u"A", 3);
+    EXPECT_EQ(S_OK, book->writeAvailablePBGroup(wanted, &info));
+    EXPECT_EQ(complete(u"A", 3), groupOf(book, 3)->info);
+    EXPECT_EQ(before, lastChange());
+}
+
+TEST(Groups, AGroupThatCannotBeWrittenKeepsItsMembers) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    PBGroupInfo info = named(u"A", 3);
+    ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    const DWORD member = book.add(contact().name(u"Kim").group(u"A"));
+    CString wanted = u"A";
+    info.strName = u"B";
+    info.strBell = CString(u'x', 40'000);  // more than a property takes
+    EXPECT_EQ(E_FAIL, book->writeAvailablePBGroup(wanted, &info));
+    EXPECT_EQ(E_FAIL, book->insertAvailablePBGroup(&info, true));
+    EXPECT_THAT(groupsOfContacts(book.manager()), ElementsAre(Pair(member, CString(u"A"))));
+    EXPECT_EQ(1u, storedGroups(book.manager()).size());
+}
+
+TEST(Groups, DeletingOneLeavesItsMembersWithoutAGroup) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (PBGroupInfo info : {named(u"A", 3), named(u"친구", 4), named(u"C", 5)})
+        ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    const DWORD kim = book.add(contact().name(u"Kim").group(u"A"));
+    const DWORD lee = book.add(contact().name(u"Lee").group(u"친구"));
+    const DWORD park = book.add(contact().name(u"Park").group(u"C"));
+    EXPECT_EQ(S_OK, book->deleteAvailablePBGroup(CString(u"친구")));
+    EXPECT_EQ((std::map<DWORD, CString>{{kim, u"A"}, {lee, CString()}, {park, u"C"}}),
+              groupsOfContacts(book.manager()));
+    EXPECT_EQ(S_OK, book->deleteAvailablePBGroup(3));
+    EXPECT_EQ((std::map<DWORD, CString>{{kim, CString()}, {lee, CString()}, {park, u"C"}}),
+              groupsOfContacts(book.manager()));
+    EXPECT_EQ(S_OK, book->deleteAvailablePBGroup(5)) << "the last one";
+    EXPECT_TRUE(storedGroups(book.manager()).empty());
+}
+
+TEST(Groups, DeletingOneThatIsNotThereChangesNothing) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    EXPECT_EQ(S_FALSE, book->deleteAvailablePBGroup(CString(u"A"))) << "there is none at all";
+    EXPECT_EQ(E_FAIL, book->deleteAvailablePBGroup(1));
+    PBGroupInfo info = named(u"A", 3);
+    ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    const DWORD member = book.add(contact().name(u"Kim").group(u"B"));
+    EXPECT_EQ(S_FALSE, book->deleteAvailablePBGroup(CString(u"B")));
+    EXPECT_EQ(E_FAIL, book->deleteAvailablePBGroup(4));
+    EXPECT_THAT(groupsOfContacts(book.manager()), ElementsAre(Pair(member, CString(u"B"))));
+    EXPECT_EQ(1u, storedGroups(book.manager()).size());
+}
+
+TEST(Groups, RejectingChangesNothingElse) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (PBGroupInfo info : {complete(u"A", 3), complete(u"가족", 4), complete(u"친구", 5)})
+        ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    EXPECT_EQ(S_OK, book->rejectPBGroup(u"가족", false));
+    PBGroupInfo expected = complete(u"가족", 4);
+    expected.bReject = FALSE;
+    EXPECT_EQ(expected, groupOf(book, 4)->info);
+    EXPECT_EQ(complete(u"A", 3), groupOf(book, 3)->info);
+    EXPECT_EQ(complete(u"친구", 5), groupOf(book, 5)->info);
+    EXPECT_EQ(S_OK, book->rejectPBGroup(u"가족", true));
+    EXPECT_EQ(complete(u"가족", 4), groupOf(book, 4)->info);
+    EXPECT_EQ(E_FAIL, book->rejectPBGroup(u"회사", true));
+}
+
+TEST(Groups, MembersMoveByTheExactNameOfTheirGroup) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").group(u"A"));
+    const DWORD lee = book.add(contact().name(u"Lee").group(u"a"));
+    const DWORD park = book.add(contact().name(u"Park").group(u"AB"));
+    const DWORD choi = book.add(contact().name(u"Choi").bell(u"ding"));
+    EXPECT_EQ(S_OK, book->modifyPBGroupInPBRecord(u"A", u"가족"));
+    EXPECT_EQ(S_OK, book->modifyPBGroupInPBRecord(u"B", u"친구")) << "nobody is in it";
+    EXPECT_EQ((std::map<DWORD, CString>{{kim, u"가족"}, {lee, u"a"}, {park, u"AB"}, {choi, CString()}}),
+              groupsOfContacts(book.manager()));
+    EXPECT_EQ(S_OK, book->modifyPBGroupInPBRecord(CString(), u"B")) << "who has no group is moved by the empty name";
+    EXPECT_EQ((std::map<DWORD, CString>{{kim, u"가족"}, {lee, u"a"}, {park, u"AB"}, {choi, u"B"}}),
+              groupsOfContacts(book.manager()));
+}
+
+TEST(Groups, ManyMembersMoveIntoAGroupThatHasSome) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    std::map<DWORD, CString> expected;
+    for (int i = 0; i < 300; ++i)
+        expected.emplace(book.add(contact().name(u"Kim").group(i % 3 == 0 ? u"B" : u"A")), u"B");
+    EXPECT_EQ(S_OK, book->modifyPBGroupInPBRecord(u"A", u"B"));
+    EXPECT_EQ(expected, groupsOfContacts(book.manager()));
+}
+
+TEST(Groups, WithoutTheExtensionTableAGroupGoesButItsMembersStay) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    for (PBGroupInfo info : {named(u"A", 3), named(u"B", 4), named(u"C", 5)})
+        ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&info, false));
+    book->getTable(PBDBTBL_PHONEBOOKEXT)->close();
+    EXPECT_EQ(E_FAIL, book->modifyPBGroupInPBRecord(u"A", u"B"));
+    EXPECT_EQ(E_FAIL, book->modifyPBGroupInPBRecord(u"A", u"A")) << "not open comes first";
+    EXPECT_EQ(E_FAIL, book->deleteAvailablePBGroup(3));
+    EXPECT_EQ(E_FAIL, book->deleteAvailablePBGroup(CString(u"B")));
+    CString wanted = u"C";
+    PBGroupInfo info = named(u"D", 5);
+    EXPECT_EQ(E_FAIL, book->writeAvailablePBGroup(wanted, &info));
+    const auto groups = storedGroups(book.manager());
+    ASSERT_EQ(1u, groups.size());
+    EXPECT_EQ(CString(u"D"), groups.begin()->second.strName);
+}
+
+TEST(Groups, ARowIsCopiedByPositionAndWithoutItsNameIfSoWished) {
+    PhoneBookDBMgr manager;
+    CCeDBRecord row;
+    row.addProp(CCeDBProp::ofUI4(0x300, 3));
+    row.addProp(CCeDBProp::ofText(0x301, u"A"));
+    row.addProp(CCeDBProp::ofBool(0x302, false));
+    row.addProp(CCeDBProp::ofText(0x303, u"x"));
+    PBGroupInfo info = complete(u"B", 4);
+    manager.RecordToPBGroupInfo(nullptr, row, &info, 0xFF);
+    PBGroupInfo expected = named(u"B", 4);
+    expected.strBellCategory = u"x";
+    EXPECT_EQ(expected, info) << "what the row lacks is emptied";
+    manager.RecordToPBGroupInfo(nullptr, row, &info, 0xFE);
+    EXPECT_EQ(3u, info.dwID);
+    EXPECT_EQ(CString(u"A"), info.strName);
+}
+
 TEST(Groups, AnswerForBadArgumentsAndClosedTables) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
@@ -140,8 +365,21 @@ TEST(Groups, AnswerForBadArgumentsAndClosedTables) {
     EXPECT_EQ(E_POINTER, book->updateAvailablePBGroup(1, nullptr));
     PBGroupInfo info = named(u"A", 1);
     EXPECT_EQ(E_FAIL, book->updateAvailablePBGroup(99'999, &info));
+    CString name = u"A";
+    EXPECT_EQ(E_POINTER, book->writeAvailablePBGroup(name, nullptr));
+    EXPECT_EQ(E_POINTER, book->getAvailablePBGroup(1, nullptr));
+    EXPECT_EQ(E_POINTER, book->queryAvailablePBGroup(name, nullptr));
     EXPECT_EQ(E_FAIL, book->initAvailablePBGroup()) << "the categories are not open";
     book->closeDB();
+    CStringArray names;
+    EXPECT_EQ(E_FAIL, book->getAvailablePBGroups(names));
+    EXPECT_EQ(E_FAIL, book->getAvailablePBGroup(1, nullptr)) << "not open comes first";
+    EXPECT_EQ(E_FAIL, book->queryAvailablePBGroup(name, &info));
+    EXPECT_EQ(E_FAIL, book->deleteAvailablePBGroup(1));
+    EXPECT_EQ(E_FAIL, book->deleteAvailablePBGroup(name));
+    EXPECT_EQ(E_FAIL, book->writeAvailablePBGroup(name, &info));
+    EXPECT_EQ(E_FAIL, book->modifyPBGroupInPBRecord(name, name));
+    EXPECT_EQ(E_FAIL, book->rejectPBGroup(name, true));
     DWORD next = 0;
     EXPECT_EQ(E_FAIL, book->getNextAvailablePBGroupID(&next));
     EXPECT_EQ(E_FAIL, book->insertAvailablePBGroup(&info, true));

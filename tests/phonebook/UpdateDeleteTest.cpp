@@ -119,6 +119,26 @@ TEST(DeletePBRecord, FreesTheSlotsThatStillHoldItsNumbers) {
     EXPECT_FALSE(slotIsFilled(book, 7));
 }
 
+TEST(DeletePBRecord, EmptiesTheCacheEntryOfASlotThatItFrees) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").home(u"02-2").slots(0x0605));
+    fillSlot(book, 5, u"0101");
+    fillSlot(book, 6, u"0999");
+    EXPECT_EQ(S_OK, book->fillSDialInfoCache());
+    EXPECT_EQ(S_OK, book->deletePBRecord(oid));
+    EXPECT_EQ(0u, book->getSDialInfoCache(5).dwSDialID);
+    EXPECT_EQ(6u, book->getSDialInfoCache(6).dwSDialID);
+}
+
+TEST(DeletePBRecord, AnswersThatTheLastOfItsSlotsHasNoRow) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").slots(0x05));
+    EXPECT_EQ(E_FAIL, book->deletePBRecord(oid));
+    EXPECT_EQ(0u, book->getNumRecords()) << "the contact is gone all the same";
+}
+
 TEST(DeletePBRecord, NeedsTheExtensionTable) {
     const MemoryStoreMount store;
     PhoneBookDBMgr closed;
@@ -143,11 +163,22 @@ TEST(DeleteAllPBRecords, EmptiesContactsExtensionRowsAndSlots) {
     for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"})
         book.add(contact().name(name).group(u"A"));
     fillSlot(book, 5, u"0101");
+    EXPECT_EQ(S_OK, book->fillSDialInfoCache());
     EXPECT_EQ(S_OK, book->deleteAllPBRecords());
     EXPECT_EQ(0u, book->getNumRecords());
     EXPECT_EQ(0u, extensionRows(book));
     EXPECT_FALSE(slotIsFilled(book, 5));
+    EXPECT_EQ(0u, book->getSDialInfoCache(5).dwSDialID);
     EXPECT_EQ(S_OK, book->deleteAllPBRecords()) << "nothing to delete is no fault";
+}
+
+TEST(DeleteAllPBRecords, AnswersThatTheSlotsCannotBeEmptied) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    book.add(contact().name(u"Ann"));
+    book->getTable(PBDBTBL_SPEEDDIALNO)->close();
+    EXPECT_EQ(E_ACCESSDENIED, book->deleteAllPBRecords());
+    EXPECT_EQ(0u, book->getNumRecords());
 }
 
 TEST(QSearchPBRecord, FindsNamesThatBeginWithThePrefix) {

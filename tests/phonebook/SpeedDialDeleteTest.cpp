@@ -1,0 +1,334 @@
+#include <csignal>
+#include <sys/resource.h>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "tests/phonebook/SpeedDialBuilders.h"
+#include "tests/support/TemporaryStore.h"
+
+// Slots that are moved or emptied, and operations that cannot be kept.
+
+namespace PhoneBook {
+namespace {
+
+using speed_dial::addRow;
+using speed_dial::businessType;
+using speed_dial::dial;
+using speed_dial::dirtyMark;
+using speed_dial::homeType;
+using speed_dial::mobileType;
+using speed_dial::Row;
+using speed_dial::rows;
+using speed_dial::wordOf;
+using testing_support::contact;
+using testing_support::MemoryStoreMount;
+using testing_support::OpenPhoneBook;
+using testing_support::TemporaryStore;
+
+using Rows = std::vector<Row>;
+
+void insert(OpenPhoneBook& book, SpeedDialInfo info) {
+    ASSERT_EQ(S_OK, book->insertSpeedDialInfo(info.dwSDialID, &info));
+}
+
+TEST(DeleteSpeedDialInfo, OfTheEntrysContactEmptiesRowLinkAndCache) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1").home(u"02-2"));
+    insert(book, dial(5).of(kim).mobile(u"010-1"));
+    insert(book, dial(6).of(kim).home(u"02-2"));
+    SpeedDialInfo info = dial(5).of(kim).mobile(u"anything");
+    EXPECT_EQ(S_OK, book->deleteSpeedDialInfo(5, &info));
+    EXPECT_EQ((Rows{{6, homeType, u"022"}}), rows());
+    EXPECT_EQ(0x0600u, wordOf(book.manager(), kim));
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(5));
+    EXPECT_EQ(6u, book->getSDialInfoCache(6).dwSDialID);
+}
+
+TEST(DeleteSpeedDialInfo, OfAnEntryWithoutContactLeavesTheLink) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1"));
+    insert(book, dial(5).of(kim).mobile(u"010-1"));
+    SpeedDialInfo info = dial(5).mobile(u"010-1");
+    EXPECT_EQ(S_OK, book->deleteSpeedDialInfo(5, &info));
+    EXPECT_TRUE(rows().empty());
+    EXPECT_EQ(0x05u, wordOf(book.manager(), kim));
+}
+
+TEST(DeleteSpeedDialInfo, WithoutAnEntryFindsTheContactByTheRowsNumber) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1").slots(0x0705));
+    addRow({5, mobileType, u"0101"});
+    EXPECT_EQ(S_OK, book->deleteSpeedDialInfo(5, nullptr));
+    EXPECT_EQ(0x0700u, wordOf(book.manager(), kim));
+    addRow({7, homeType, u"0999"});
+    EXPECT_EQ(E_FAIL, book->deleteSpeedDialInfo(7, nullptr)) << "nobody has it";
+    EXPECT_TRUE(rows().empty()) << "the row is gone all the same";
+    EXPECT_EQ(0x0700u, wordOf(book.manager(), kim));
+}
+
+TEST(DeleteSpeedDialInfo, AnswersTheLinksFailureAndKeepsTheDeletion) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    addRow({5, mobileType, u"0101"});
+    SpeedDialInfo info = dial(5).of(99'999).mobile(u"0101");
+    EXPECT_EQ(E_FAIL, book->deleteSpeedDialInfo(5, &info));
+    EXPECT_TRUE(rows().empty());
+}
+
+TEST(DeleteSpeedDialInfo, OfASlotWithoutRowStillEmptiesTheCacheEntry) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    book->getSDialInfoCache(5) = dial(5).mobile(u"010-1");
+    SpeedDialInfo info = dial(5).mobile(u"010-1");
+    EXPECT_EQ(S_FALSE, book->deleteSpeedDialInfo(5, &info));
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(5));
+    book->getSDialInfoCache(5) = dial(5).mobile(u"010-1");
+    EXPECT_EQ(E_INVALIDARG, book->deleteSpeedDialInfo(5, nullptr)) << "an empty number was looked up";
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(5));
+}
+
+TEST(DeleteSpeedDialInfo, OfASlotWithoutRowStillClearsTheLinkOfTheEntrysContact) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1").slots(0x05));
+    SpeedDialInfo info = dial(5).of(kim).mobile(u"010-1");
+    EXPECT_EQ(S_OK, book->deleteSpeedDialInfo(5, &info));
+    EXPECT_EQ(0u, wordOf(book.manager(), kim));
+}
+
+TEST(DeleteSpeedDialInfo, TakesTheFirstOfTwoRows) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    addRow({5, mobileType, u"0101"});
+    addRow({5, homeType, u"0102"});
+    SpeedDialInfo info;
+    EXPECT_EQ(S_OK, book->deleteSpeedDialInfo(5, &info));
+    EXPECT_EQ((Rows{{5, homeType, u"0102"}}), rows());
+}
+
+TEST(DeleteSpeedDialInfo, OfASlotThatTheCacheLacksTouchesTheTableAlone) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    addRow({100, mobileType, u"0101"});
+    SpeedDialInfo info;
+    EXPECT_EQ(S_OK, book->deleteSpeedDialInfo(100, &info));
+    EXPECT_EQ(S_FALSE, book->deleteSpeedDialInfo(0xFFFFFFFF, &info));
+    EXPECT_TRUE(rows().empty());
+}
+
+TEST(MoveSpeedDialInfo, MovesRowLinkAndCacheEntryAndRefillsTheEntry) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1"));
+    insert(book, dial(3).of(kim).name(u"Kim").mobile(u"010-1"));
+    SpeedDialInfo info = dial(3).of(kim).mobile(u"x");
+    EXPECT_EQ(S_OK, book->moveSpeedDialInfo(3, 8, &info));
+    EXPECT_EQ((Rows{{8, mobileType, u"0101"}}), rows());
+    EXPECT_EQ(0x08u, wordOf(book.manager(), kim));
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(3));
+    EXPECT_EQ(SpeedDialInfo(dial(8).of(kim).name(u"Kim").mobile(u"010-1").flags(7)), book->getSDialInfoCache(8));
+    EXPECT_EQ(SpeedDialInfo(dial(8).of(0).name(u"Kim").mobile(u"010-1").flags(7)), info);
+}
+
+TEST(MoveSpeedDialInfo, WithoutAContactFindsItByTheRowsNumber) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1").slots(0x030000));
+    addRow({3, businessType, u"0101", 1});
+    EXPECT_EQ(S_OK, book->moveSpeedDialInfo(3, 8, nullptr));
+    EXPECT_EQ((Rows{{8, businessType, u"0101", 7}}), rows());
+    EXPECT_EQ(0x080000u, wordOf(book.manager(), kim)) << "the byte of the row's type";
+    SpeedDialInfo unlinked = dial(8).mobile(u"0999");
+    EXPECT_EQ(S_OK, book->moveSpeedDialInfo(8, 9, &unlinked));
+    EXPECT_EQ(0x090000u, wordOf(book.manager(), kim));
+}
+
+TEST(MoveSpeedDialInfo, OntoATakenSlotLeavesTwoRows) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1"));
+    const DWORD lee = book.add(contact().name(u"Lee").mobile(u"010-2"));
+    insert(book, dial(5).of(lee).name(u"Lee").mobile(u"010-2"));
+    insert(book, dial(3).of(kim).name(u"Kim").mobile(u"010-1"));
+    SpeedDialInfo info = dial(3).of(kim).mobile(u"010-1");
+    EXPECT_EQ(S_OK, book->moveSpeedDialInfo(3, 5, &info));
+    EXPECT_EQ((Rows{{5, mobileType, u"0102"}, {5, mobileType, u"0101"}}), rows());
+    EXPECT_EQ(0x05u, wordOf(book.manager(), lee)) << "the old owner's word stays";
+    EXPECT_EQ(0x05u, wordOf(book.manager(), kim));
+    EXPECT_EQ(CString(u"Kim"), book->getSDialInfoCache(5).strName);
+    EXPECT_EQ(CString(u"Lee"), info.strName) << "the slot is shown as it is found: its first row";
+}
+
+TEST(MoveSpeedDialInfo, FailsForAnEmptySlotAndChangesNothing) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    book->getSDialInfoCache(3) = dial(3).mobile(u"0101");
+    SpeedDialInfo info = dial(3).name(u"kept");
+    EXPECT_EQ(E_FAIL, book->moveSpeedDialInfo(3, 5, &info));
+    EXPECT_EQ(3u, book->getSDialInfoCache(3).dwSDialID);
+    EXPECT_EQ(SpeedDialInfo(dial(3).name(u"kept")), info);
+}
+
+TEST(MoveSpeedDialInfo, AnswersTheLinksFailureAndKeepsTheMove) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    addRow({3, mobileType, u"0101"});
+    EXPECT_EQ(E_FAIL, book->moveSpeedDialInfo(3, 5, nullptr));
+    EXPECT_EQ((Rows{{5, mobileType, u"0101"}}), rows());
+}
+
+TEST(MoveSpeedDialInfo, ToASlotThatTheCacheLacksEmptiesTheOldEntryAlone) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1"));
+    insert(book, dial(3).of(kim).mobile(u"010-1"));
+    EXPECT_EQ(S_OK, book->moveSpeedDialInfo(3, 100, nullptr));
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(3));
+    EXPECT_EQ(S_OK, book->moveSpeedDialInfo(100, 4, nullptr));
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(4));
+    EXPECT_EQ((Rows{{4, mobileType, u"0101"}}), rows());
+}
+
+TEST(DeleteAllSpeedDialInfos, EmptiesTheTableTheCacheAndEverySlotWord) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"A"));
+    const DWORD lee = book.add(contact().name(u"Lee").mobile(u"010-2").slots(0x44332211));
+    insert(book, dial(5).of(kim).mobile(u"010-1"));
+    addRow({500, mobileType, u"0102"});
+    EXPECT_EQ(S_OK, book->deleteAllSpeedDialInfos());
+    EXPECT_TRUE(rows().empty());
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(5));
+    EXPECT_EQ(0u, wordOf(book.manager(), kim));
+    EXPECT_EQ(0u, wordOf(book.manager(), lee));
+    PBRecord read;
+    read.dwCITypeMask = 0x10000;
+    EXPECT_EQ(S_OK, book->queryCallerInfo(kim, &read));
+    EXPECT_EQ(CString(u"A"), read.strGroup) << "the rest of the row stays";
+}
+
+TEST(DeleteAllSpeedDialInfos, OfNothingIsNoFault) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    EXPECT_EQ(S_OK, book->deleteAllSpeedDialInfos());
+}
+
+TEST(DeleteAllSpeedDialInfos, WithoutTheExtensionTableStillEmptiesTheSlots) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    addRow({5, mobileType, u"0101"});
+    book->getSDialInfoCache(5) = dial(5).mobile(u"0101");
+    book->getTable(PBDBTBL_PHONEBOOKEXT)->close();
+    EXPECT_EQ(E_ACCESSDENIED, book->deleteAllSpeedDialInfos());
+    EXPECT_TRUE(rows().empty());
+    EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(5));
+}
+
+/// A store in which somebody else is writing, so that it cannot be had.
+class BusyStore {
+public:
+    static ObjectStore::Options impatient() {
+        ObjectStore::Options options = testing_support::quickOptions();
+        options.writerWait = std::chrono::milliseconds(20);
+        return options;
+    }
+    /// Runs what another thread wants of the store meanwhile.
+    template <class Body>
+    static void during(Body&& body) {
+        const ObjectStoreBatch writer;
+        std::thread(std::forward<Body>(body)).join();
+    }
+};
+
+TEST(SpeedDialUnits, AnOperationThatCannotHaveTheStoreChangesNothing) {
+    const TemporaryStore store(BusyStore::impatient());
+    OpenPhoneBook setUp;
+    const DWORD kim = setUp.add(contact().name(u"Kim").mobile(u"010-1"));
+    insert(setUp, dial(5).of(kim).mobile(u"010-1"));
+    BusyStore::during([&] {
+        PhoneBookDBMgr manager;
+        ASSERT_EQ(S_OK, manager.openDB(nullptr));
+        ASSERT_EQ(S_OK, manager.fillSDialInfoCache());
+        SpeedDialInfo info = dial(6).of(kim).mobile(u"010-1");
+        EXPECT_EQ(E_FAIL, manager.insertSpeedDialInfo(6, &info));
+        EXPECT_EQ(E_FAIL, manager.writeSpeedDialInfo(5, &info));
+        EXPECT_EQ(E_FAIL, manager.deleteSpeedDialInfo(5, &info));
+        EXPECT_EQ(E_FAIL, manager.moveSpeedDialInfo(5, 6, &info));
+        EXPECT_EQ(E_FAIL, manager.deleteAllSpeedDialInfos());
+        EXPECT_EQ(5u, manager.getSDialInfoCache(5).dwSDialID);
+        EXPECT_EQ(0u, manager.getSDialInfoCache(6).dwSDialID);
+        EXPECT_EQ(S_OK, manager.writeSDialInfoCache(6, &info));
+        EXPECT_EQ(E_FAIL, manager.flushSDialInfoCache());
+        EXPECT_EQ(dirtyMark, manager.getSDialInfoCache(6).dwFlags & dirtyMark);
+        manager.closeDB();
+    });
+    EXPECT_EQ((Rows{{5, mobileType, u"0101"}}), rows());
+    EXPECT_EQ(0x05u, wordOf(setUp.manager(), kim));
+}
+
+/// While this lives no file of the process can be written to, as on a full disk.
+class FullDisk {
+public:
+    FullDisk() : formerHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &former_);
+        const rlimit none{0, former_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &former_);
+        std::signal(SIGXFSZ, formerHandler_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    void (*formerHandler_)(int);
+    rlimit former_{};
+};
+
+/// What an operation answers while nothing can be written.
+template <class Operation>
+HRESULT onAFullDisk(Operation&& operation) {
+    const FullDisk full;
+    return operation();
+}
+
+TEST(SpeedDialUnits, AnOperationThatCannotBeKeptLeavesStoreAndCacheAsBefore) {
+    const TemporaryStore store;
+    OpenPhoneBook book;
+    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1"));
+    insert(book, dial(5).of(kim).name(u"Kim").mobile(u"010-1"));
+    SpeedDialInfo marked = dial(7).of(kim).mobile(u"010-7");
+    ASSERT_EQ(S_OK, book->writeSDialInfoCache(7, &marked));
+    std::vector<SpeedDialInfo> before;
+    for (DWORD slot = 0; slot < PhoneBookDBMgr::nSDialCacheSize_; ++slot)
+        before.push_back(book->getSDialInfoCache(slot));
+
+    const auto expectNothingKept = [&](const char* what, auto operation) {
+        SCOPED_TRACE(what);
+        SpeedDialInfo info = dial(6).of(kim).mobile(u"010-1");
+        EXPECT_EQ(E_FAIL, onAFullDisk([&] { return operation(info); }));
+        EXPECT_EQ((Rows{{5, mobileType, u"0101"}}), rows());
+        EXPECT_EQ(0x05u, wordOf(book.manager(), kim));
+        for (DWORD slot = 0; slot < before.size(); ++slot)
+            EXPECT_EQ(before[slot], book->getSDialInfoCache(slot)) << slot;
+    };
+    expectNothingKept("insert", [&](SpeedDialInfo& info) { return book->insertSpeedDialInfo(6, &info); });
+    expectNothingKept("write", [&](SpeedDialInfo& info) { return book->writeSpeedDialInfo(5, &info); });
+    expectNothingKept("delete", [&](SpeedDialInfo& info) { return book->deleteSpeedDialInfo(5, &info); });
+    expectNothingKept("move", [&](SpeedDialInfo& info) { return book->moveSpeedDialInfo(5, 6, &info); });
+    expectNothingKept("delete all", [&](SpeedDialInfo&) { return book->deleteAllSpeedDialInfos(); });
+    expectNothingKept("flush", [&](SpeedDialInfo&) { return book->flushSDialInfoCache(); });
+    expectNothingKept("delete the contact", [&](SpeedDialInfo&) { return book->deletePBRecord(kim); });
+    expectNothingKept("delete all contacts", [&](SpeedDialInfo&) { return book->deleteAllPBRecords(); });
+
+    EXPECT_EQ(S_OK, book->flushSDialInfoCache()) << "once there is room again";
+    EXPECT_EQ((Rows{{5, mobileType, u"0101"}, {7, mobileType, u"0107"}}), rows());
+}
+
+}  // namespace
+}  // namespace PhoneBook
