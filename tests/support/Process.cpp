@@ -90,7 +90,7 @@ void feed(int& end, std::string& input) {
 
 Process::Process(const Command& command) {
     Ends in = makePipe(false);
-    Ends out = makePipe(true);
+    Ends out = command.outputToTerminal ? makeTerminal() : makePipe(true);
     Ends err = command.errorToTerminal ? makeTerminal() : makePipe(true);
     check(command.typed.empty() || ::write(err.ours, command.typed.data(), command.typed.size()) > 0, "terminal");
     std::vector<std::string> arguments{command.program};

@@ -15,8 +15,9 @@ struct Command {
     std::vector<std::string> arguments;
     std::map<std::string, std::string> environment = {};
     std::string input = {};
-    bool errorToTerminal = false;  ///< Standard error is a terminal, read back as `err`.
-    std::string typed = {};        ///< Standard input is that terminal, and this is typed there.
+    bool errorToTerminal = false;   ///< Standard error is a terminal, read back as `err`.
+    std::string typed = {};         ///< Standard input is that terminal, and this is typed there.
+    bool outputToTerminal = false;  ///< Standard output is a terminal of its own, read back as `out`.
 };
 
 struct Outcome {

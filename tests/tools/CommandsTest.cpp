@@ -40,6 +40,24 @@ TEST(Tool, ExplainsItselfAndEachCommandWithAnExample) {
     EXPECT_FALSE(exists(tool.store()));
 }
 
+TEST(Tool, ExplainsEachCommandOfAFamilyWithAnExample) {
+    const std::map<std::string, std::vector<std::string>> families = {
+        {"speed-dial", {"list", "set", "move", "clear", "free", "call"}},
+        {"group", {"list", "add", "rename", "delete", "reject", "ring"}},
+        {"category", {"list", "add", "rename", "delete"}},
+        {"call", {"log", "list", "last", "oldest", "delete", "clear"}}};
+    const Tool tool;
+    for (const auto& [family, commands] : families) {
+        EXPECT_THAT(tool(family, "--help").out, HasSubstr("  tessera " + family + " ")) << family;
+        for (const std::string& command : commands) {
+            const Outcome outcome = tool(family, command, "--help");
+            EXPECT_EQ(outcome.status, 0) << family << ' ' << command;
+            EXPECT_THAT(outcome.out, HasSubstr("  tessera " + family + ' ' + command)) << family;
+        }
+    }
+    EXPECT_FALSE(exists(tool.store()));
+}
+
 TEST(Tool, AnswersWrongUsageWithStatusTwoAndTouchesNothing) {
     const Tool tool;
     expectFailure(tool(), 2, "subcommand");
@@ -69,7 +87,15 @@ TEST(Tool, SaysThatThereIsNoPhoneBookAndWhatToDo) {
                                                                        {"delete", "1"},
                                                                        {"search", "a"},
                                                                        {"number", "1"},
-                                                                       {"identify", "1"}}) {
+                                                                       {"identify", "1"},
+                                                                       {"speed-dial", "list"},
+                                                                       {"speed-dial", "set", "1", "1", "home"},
+                                                                       {"group", "list"},
+                                                                       {"group", "add", "A"},
+                                                                       {"category", "list"},
+                                                                       {"category", "add", "A"},
+                                                                       {"call", "list"},
+                                                                       {"call", "log", "1"}}) {
         const Outcome outcome = run(tool.command(arguments));
         expectFailure(outcome, 3, tool.store().string());
         EXPECT_THAT(outcome.err, HasSubstr("tessera init"));

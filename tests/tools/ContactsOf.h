@@ -10,8 +10,8 @@
 
 namespace tool_test {
 
-/// Changes a contact of the tool's store as another program does, through the contacts model.
-inline void changeContact(const Tool& tool, const Json& oid, const std::function<void(IContact&)>& change) {
+/// Does something to a contact of the tool's store as another program does, through the contacts model.
+inline void visitContact(const Tool& tool, const Json& oid, const std::function<HRESULT(IContact&)>& visit) {
     ASSERT_TRUE(ObjectStore::mount(tool.store().string())) << ObjectStore::errorText();
     {
         void* made = nullptr;
@@ -20,11 +20,21 @@ inline void changeContact(const Tool& tool, const Json& oid, const std::function
         ComPtr<IDispatch> item;
         ASSERT_EQ(application->Logon(0), S_OK);
         ASSERT_EQ(application->GetItemFromOid(oid.get<LONG>(), item.out()), S_OK);
-        IContact& contact = *static_cast<IContact*>(item.get());
-        change(contact);
-        ASSERT_EQ(contact.Save(), S_OK);
+        ASSERT_EQ(visit(*static_cast<IContact*>(item.get())), S_OK);
     }
     ObjectStore::unmount();
+}
+
+inline void changeContact(const Tool& tool, const Json& oid, const std::function<void(IContact&)>& change) {
+    visitContact(tool, oid, [&](IContact& contact) {
+        change(contact);
+        return contact.Save();
+    });
+}
+
+/// Deletes the contact, but nothing of what the phone book adds to it.
+inline void deleteContactAlone(const Tool& tool, const Json& oid) {
+    visitContact(tool, oid, [](IContact& contact) { return contact.Delete(); });
 }
 
 inline void fileUnder(const Tool& tool, const Json& oid, const CString& categories) {

@@ -68,6 +68,9 @@ TEST(ToolOutput, NeverHandsControlCharactersToTheTerminal) {
         "\x1B[31mred \xC2\x9B"
         "31m \x7F\n \u202Eturned";
     const std::string oid = tool.json(0, "add", "--name", name, "--mobile", "1\x1B[0m1")["oid"].dump();
+    EXPECT_EQ(tool("speed-dial", "set", "5", oid, "mobile").status, 0);
+    EXPECT_EQ(tool("group", "ring", "친구", "--call", name).status, 0);
+    EXPECT_EQ(tool("call", "log", "101", "--cnap", name).status, 0);
     for (const auto& arguments : std::vector<std::vector<std::string>>{{"list"},
                                                                        {"show", oid},
                                                                        {"identify", "101"},
@@ -75,6 +78,16 @@ TEST(ToolOutput, NeverHandsControlCharactersToTheTerminal) {
                                                                        {"list", "--json"},
                                                                        {"show", oid, "--json"},
                                                                        {"search", "no \x1B[31m"},
+                                                                       {"speed-dial", "list"},
+                                                                       {"speed-dial", "set", "6", oid, "mobile"},
+                                                                       {"group", "list"},
+                                                                       {"group", "add", name},
+                                                                       {"group", "rename", name, name},
+                                                                       {"category", "list"},
+                                                                       {"category", "delete", name},
+                                                                       {"category", "delete", name},
+                                                                       {"call", "last"},
+                                                                       {"call", "list"},
                                                                        {"\x1B[31m"},
                                                                        {"show", "\x1B[31m"}}) {
         const Outcome outcome = run(tool.command(arguments));

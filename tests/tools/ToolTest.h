@@ -29,11 +29,11 @@ public:
     }
 };
 
-/// What one field of each object of an array holds.
-inline std::vector<std::string> namesIn(const Json& contacts) {
+/// The names that the objects of an array have.
+inline std::vector<std::string> namesIn(const Json& objects) {
     std::vector<std::string> names;
-    for (const Json& contact : contacts)
-        names.push_back(contact.value("name", ""));
+    for (const Json& object : objects)
+        names.push_back(object.value("name", ""));
     return names;
 }
 
@@ -42,6 +42,11 @@ inline std::vector<std::string> keysOf(const Json& object) {
     for (const auto& entry : object.items())
         keys.push_back(entry.key());
     return keys;
+}
+
+/// A cell of a table: the text with blanks up to that many characters.
+inline std::string padded(const std::string& text, std::size_t width) {
+    return text + std::string(text.size() < width ? width - text.size() : 0, ' ');
 }
 
 inline std::vector<std::string> linesOf(const std::string& text) {

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <vector>
 
+#include "Records.h"
 #include "tessera/platform/base/Bstr.h"
 #include "tessera/platform/base/ComPtr.h"
 #include "tessera/platform/contacts/OutlookInterfaces.h"
@@ -44,6 +46,34 @@ bool dropFromFront(std::u16string_view& list, std::u16string_view group) {
     return true;
 }
 
+/// Categories one behind the other, none of them empty and none twice.
+class CategoryList {
+public:
+    void add(std::u16string_view category) {
+        if (category.empty() || isKnown(category)) return;
+        known_.push_back(category);
+        if (!text_.empty()) text_ += u", ";
+        text_ += category;
+    }
+    /// Lets a category be added no more.
+    void bar(std::u16string_view category) { known_.push_back(category); }
+
+    CString text() const { return CString(text_); }
+
+private:
+    bool isKnown(std::u16string_view category) const {
+        return std::find(known_.begin(), known_.end(), category) != known_.end();
+    }
+
+    std::vector<std::u16string_view> known_;
+    std::u16string text_;
+};
+
+std::u16string_view withoutQuotes(std::u16string_view category) {
+    const bool quoted = category.size() >= 2 && category.front() == u'"' && category.back() == u'"';
+    return quoted ? category.substr(1, category.size() - 2) : category;
+}
+
 }  // namespace
 
 CString asCategory(const CString& group) {
@@ -57,16 +87,30 @@ CString shortestCategories(std::u16string_view categories, const CString& oldGro
     const CString after = asCategory(newGroup);
     while (dropFromFront(categories, before.view())) {
     }
-    std::vector<std::u16string_view> dropped{before.view(), after.view(), {}};
-    std::u16string text(after.view());
+    CategoryList list;
+    list.add(after.view());
+    list.bar(before.view());
+    while (!categories.empty())
+        list.add(takeFirst(categories));
+    return list.text();
+}
+
+std::optional<CString> renamedCategory(std::u16string_view categories, const CString& oldName, const CString& newName) {
+    const CString before = asCategory(oldName);
+    if (categories.find(before.view()) == npos) return std::nullopt;
+    CategoryList list;
+    bool carried = false;
+    while (dropFromFront(categories, before.view())) {
+        carried = true;
+        list.add(newName.view());
+    }
     while (!categories.empty()) {
         const std::u16string_view next = takeFirst(categories);
-        if (std::find(dropped.begin(), dropped.end(), next) != dropped.end()) continue;
-        dropped.push_back(next);
-        if (!text.empty()) text += u", ";
-        text += next;
+        const bool renamed = withoutQuotes(next) == before.view();
+        carried = carried || renamed;
+        list.add(renamed ? newName.view() : next);
     }
-    return CString(text);
+    return carried ? std::optional(list.text()) : std::nullopt;
 }
 
 bool writeCategories(DWORD oid, const CString& categories) {
@@ -80,6 +124,14 @@ bool writeCategories(DWORD oid, const CString& categories) {
     IContact* contact = static_cast<IContact*>(item.get());
     const Bstr text(categories);
     return SUCCEEDED(contact->put_Categories(text.get())) && SUCCEEDED(contact->Save());
+}
+
+bool hasRoomForUpdate(const PhoneBook::PBRecord& before, const CString& newGroup) {
+    return before.strCategories.GetLength() + newGroup.GetLength() + 2 <= longestText;
+}
+
+bool restoreCategories(DWORD oid, const PhoneBook::PBRecord& before, const CString& newGroup) {
+    return writeCategories(oid, shortestCategories(before.strCategories.view(), before.strGroup, newGroup));
 }
 
 }  // namespace Tool

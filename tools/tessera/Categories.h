@@ -1,8 +1,9 @@
 #pragma once
 
-#include <string>
+#include <optional>
 #include <string_view>
 
+#include "tessera/phonebook/model/PBRecord.h"
 #include "tessera/platform/base/CString.h"
 #include "tessera/platform/base/Types.h"
 
@@ -15,7 +16,18 @@ CString asCategory(const CString& group);
 /// be): the group first, then its other categories in their order, none of them twice.
 CString shortestCategories(std::u16string_view categories, const CString& oldGroup, const CString& newGroup);
 
+/// A contact's categories with one of them renamed, or taken out when `newName` is empty, in their shortest
+/// form; nothing when the contact does not carry it.
+std::optional<CString> renamedCategory(std::u16string_view categories, const CString& oldName, const CString& newName);
+
 /// Writes a contact's categories through the contacts model. False when the store failed.
 [[nodiscard]] bool writeCategories(DWORD oid, const CString& categories);
+
+/// An update by the phone book puts the group in front of the categories that there are: whether that fits.
+bool hasRoomForUpdate(const PhoneBook::PBRecord& before, const CString& newGroup);
+
+/// Behind such an update: brings the categories that the contact had before into their shortest form again. False
+/// when the store failed.
+[[nodiscard]] bool restoreCategories(DWORD oid, const PhoneBook::PBRecord& before, const CString& newGroup);
 
 }  // namespace Tool

@@ -28,5 +28,9 @@ void defineList(CLI::App& program, const Settings& settings, Action& chosen);
 void defineSearch(CLI::App& program, const Settings& settings, Action& chosen);
 void defineNumber(CLI::App& program, const Settings& settings, Action& chosen);
 void defineIdentify(CLI::App& program, const Settings& settings, Action& chosen);
+void defineSpeedDial(CLI::App& program, const Settings& settings, Action& chosen);
+void defineGroup(CLI::App& program, const Settings& settings, Action& chosen);
+void defineCategory(CLI::App& program, const Settings& settings, Action& chosen);
+void defineCall(CLI::App& program, const Settings& settings, Action& chosen);
 
 }  // namespace Tool

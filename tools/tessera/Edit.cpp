@@ -14,7 +14,6 @@
 #include "Records.h"
 #include "Store.h"
 #include "tessera/platform/base/Results.h"
-#include "tessera/platform/objectstore/ObjectStore.h"
 
 namespace Tool {
 
@@ -27,31 +26,19 @@ struct EditArguments {
     ContactOptions options;
 };
 
-/// An update puts the group in front of the categories that there are: that has to fit as well.
-void requireRoomForCategories(const PBRecord& before, const PBRecord& after) {
-    if (before.strCategories.GetLength() + after.strGroup.GetLength() + 2 > longestText)
-        throw wrongUsage("the group and the categories that the contact has are too long together");
-}
-
-/// Writes the record as an update does, and the categories as people expect them.
-void write(Store& store, DWORD oid, const PBRecord& before, PBRecord after) {
-    const CString categories = shortestCategories(before.strCategories.view(), before.strGroup, after.strGroup);
-    if (FAILED(store.manager().updatePBRecord(oid, after)) || !writeCategories(oid, categories))
-        throw Failure(storeErrorText(store.path()));
-}
-
 /// False when there is no such contact.
 bool change(Store& store, DWORD oid, const ContactOptions& options) {
-    ObjectStoreBatch batch;  // from the reading on: nobody else changes the contact in between
-    if (!batch.begun()) throw Failure(storeErrorText(store.path()));
+    WritingUnit unit(store);  // from the reading on: nobody else changes the contact in between
     const auto contact = readContact(store.manager(), oid);
     if (!contact) return false;
     PBRecord edited = contact->record;
     options.apply(edited);
     requireStorable(edited);
-    requireRoomForCategories(contact->record, edited);
-    write(store, oid, contact->record, edited);
-    if (!batch.end()) throw Failure(storeErrorText(store.path()));
+    if (!hasRoomForUpdate(contact->record, edited.strGroup))
+        throw wrongUsage("the group and the categories that the contact has are too long together");
+    store.require(SUCCEEDED(store.manager().updatePBRecord(oid, edited)) &&
+                  restoreCategories(oid, contact->record, edited.strGroup));
+    unit.end();
     return true;
 }
 

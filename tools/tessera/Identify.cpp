@@ -1,13 +1,13 @@
 // identify: who is calling?
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "Arguments.h"
+#include "Callers.h"
 #include "Commands.h"
 #include "Numbers.h"
 #include "Output.h"
@@ -31,16 +31,12 @@ struct Callers {
     std::string matched;  ///< The form of the number that they hold.
 };
 
-/// The first contact with the number, as the phone book itself identifies a caller.
-std::vector<Contact> callerWith(PhoneBookDBMgr& manager, const CString& form) {
-    Contact caller{0, wantingAllFields()};
-    // The result does not tell whether anybody was found; the identifier does, as all fields were wanted.
-    static_cast<void>(manager.queryCallerInfo(form, &caller.record, &caller.oid));
-    if (caller.oid == 0) return {};
-    return {caller};
-}
-
-std::vector<Contact> holdersOf(PhoneBookDBMgr& manager, const CString& form) {
+/// Those who have the number; only the first of them unless all are wanted.
+std::vector<Contact> callersWith(PhoneBookDBMgr& manager, const CString& form, bool all) {
+    if (!all) {
+        const auto caller = callerWith(manager, form);
+        return caller ? std::vector{*caller} : std::vector<Contact>();
+    }
     std::vector<Contact> contacts = readContacts(manager, manager.searchPBRecordOfTelNo(nullptr, form));
     std::erase_if(contacts, [&](const Contact& contact) { return !holdsNumber(contact, form); });
     return contacts;
@@ -48,7 +44,7 @@ std::vector<Contact> holdersOf(PhoneBookDBMgr& manager, const CString& form) {
 
 Callers findCallers(PhoneBookDBMgr& manager, const std::vector<CString>& forms, bool all) {
     for (const CString& form : forms) {
-        Callers callers{all ? holdersOf(manager, form) : callerWith(manager, form), utf8Of(form.view())};
+        Callers callers{callersWith(manager, form, all), utf8Of(form.view())};
         if (!callers.contacts.empty()) return callers;
     }
     return {};

@@ -17,9 +17,10 @@ namespace {
 
 using Tool::ExitStatus;
 
-constexpr auto define = {Tool::defineInit,   Tool::defineImport, Tool::defineExport,  Tool::defineAdd,
-                         Tool::defineEdit,   Tool::defineDelete, Tool::defineShow,    Tool::defineList,
-                         Tool::defineSearch, Tool::defineNumber, Tool::defineIdentify};
+constexpr auto define = {Tool::defineInit,   Tool::defineImport,   Tool::defineExport,   Tool::defineAdd,
+                         Tool::defineEdit,   Tool::defineDelete,   Tool::defineShow,     Tool::defineList,
+                         Tool::defineSearch, Tool::defineNumber,   Tool::defineIdentify, Tool::defineSpeedDial,
+                         Tool::defineGroup,  Tool::defineCategory, Tool::defineCall};
 
 int report(ExitStatus status, const std::string& why) {
     std::cout.flush();
@@ -42,13 +43,20 @@ void describe(CLI::App& program, Tool::Settings& settings) {
     program.fallthrough();  // the options above may also stand behind the command
 }
 
-/// What the user took for a command, where there is none; empty when the line names one, or nothing at all.
+/// What the user took for a command, where there is none, behind the commands that there are; empty when the line
+/// names one, or stops before it.
 std::string unknownCommand(const CLI::App& program) {
-    if (!program.get_subcommands().empty()) return {};
-    const auto words = program.remaining();
+    const CLI::App* innermost = &program;
+    std::string behind;
+    while (!innermost->get_subcommands().empty()) {
+        innermost = innermost->get_subcommands().front();
+        behind += innermost->get_name() + ' ';
+    }
+    if (innermost->get_subcommands([](const CLI::App*) { return true; }).empty()) return {};
+    const auto words = program.remaining(true);
     const auto word =
         std::find_if(words.begin(), words.end(), [](const std::string& text) { return !text.starts_with('-'); });
-    return word == words.end() ? std::string() : *word;
+    return word == words.end() ? std::string() : behind + *word;
 }
 
 /// Answers false when the line asked for help or the version, which are then printed.

@@ -1,19 +1,16 @@
 #include "Output.h"
 
-#include <algorithm>
 #include <array>
 #include <iostream>
 
 #include "DisplayText.h"
+#include "TextTable.h"
 
 namespace Tool {
 
 namespace {
 
 constexpr std::size_t labelWidth = 16;
-constexpr std::size_t cellWidth = 40;
-
-using Row = std::vector<std::string>;
 
 constexpr std::array tableAttributes = {PhoneBook::PBDBATTR_NAME,        PhoneBook::PBDBATTR_GROUP,
                                         PhoneBook::PBDBATTR_MOBILETEL,   PhoneBook::PBDBATTR_HOMETEL,
@@ -30,43 +27,16 @@ Row headings() {
 Row rowOf(const Contact& contact) {
     Row row{std::to_string(contact.oid)};
     for (const auto attribute : tableAttributes)
-        row.push_back(cutToWidth(displayable(fieldText(contact, fieldOf(attribute))), cellWidth));
+        row.push_back(cellOf(fieldText(contact, fieldOf(attribute))));
     return row;
 }
 
-/// The width of each column that has a value, 0 for one that has none; the headings are row 0.
-std::vector<std::size_t> columnWidths(const std::vector<Row>& rows) {
-    std::vector<std::size_t> widths(rows.front().size(), 0);
-    for (std::size_t row = 1; row < rows.size(); ++row) {
-        for (std::size_t column = 0; column < widths.size(); ++column)
-            widths[column] = std::max(widths[column], displayWidth(rows[row][column]));
-    }
-    for (std::size_t column = 0; column < widths.size(); ++column) {
-        if (widths[column] != 0) widths[column] = std::max(widths[column], displayWidth(rows.front()[column]));
-    }
-    return widths;
-}
-
-std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
-    std::string line;
-    for (std::size_t column = 0; column < row.size(); ++column) {
-        if (widths[column] == 0) continue;
-        line += row[column];
-        line.append(widths[column] - displayWidth(row[column]) + 2, ' ');
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    return line;
-}
-
-void writeTable(std::span<const Contact> contacts) {
-    if (contacts.empty()) return;
+void writeContactTable(std::span<const Contact> contacts) {
     std::vector<Row> rows{headings()};
     rows.reserve(contacts.size() + 1);
     for (const Contact& contact : contacts)
         rows.push_back(rowOf(contact));
-    const auto widths = columnWidths(rows);
-    for (const Row& row : rows)
-        std::cout << lineOf(row, widths) << '\n';
+    writeTable(rows);
 }
 
 std::string jsonArrayText(std::span<const Json> elements) {
@@ -120,7 +90,7 @@ void writeContact(const Settings& settings, const Contact& contact) {
 }
 
 void writeContacts(const Settings& settings, std::span<const Contact> contacts) {
-    if (!settings.json) return writeTable(contacts);
+    if (!settings.json) return writeContactTable(contacts);
     std::cout << jsonText(contacts);
 }
 

@@ -50,6 +50,15 @@ bool canBeStored(const TextLengths& lengths) {
            bytesInTable(lengths, PhoneBook::PBDBTBL_PHONEBOOKEXT) <= recordBytes;
 }
 
+bool fitARow(const std::vector<CString>& texts) {
+    std::size_t bytes = 0;
+    for (const CString& text : texts) {
+        if (text.GetLength() > longestText) return false;
+        bytes += text.view().size() * sizeof(WCHAR);
+    }
+    return bytes <= recordBytes;
+}
+
 bool canBeBirthday(DATE day) {
     FILETIME time;
     return day != 0.0 && day != noBirthday && fileTimeOfDate(day, time) != FALSE;
@@ -58,6 +67,13 @@ bool canBeBirthday(DATE day) {
 const Field& fieldOf(PhoneBook::PBDBAttrID attribute) {
     return *std::find_if(fields.begin(), fields.end(),
                          [attribute](const Field& field) { return field.attribute == attribute; });
+}
+
+const Field* numberField(DWORD type) {
+    const auto* field = std::find_if(fields.begin(), fields.end(), [type](const Field& each) {
+        return PhoneBookDBMgr::isTelNoAttr(each.attribute) && each.mask() == type;
+    });
+    return field != fields.end() ? field : nullptr;
 }
 
 std::string fieldText(const Contact& contact, const Field& field) {

@@ -22,6 +22,9 @@ TextLengths lengthsOf(const PhoneBook::PBRecord& record);
 /// Whether a contact with texts of these lengths can be stored whole: each and all of them together fit.
 bool canBeStored(const TextLengths& lengths);
 
+/// Whether one row can hold these texts, beside some numbers.
+bool fitARow(const std::vector<CString>& texts);
+
 /// Whether the phone book can keep this day as a birthday. It cannot keep one before 1601, nor the two days
 /// that stand for none.
 bool canBeBirthday(DATE day);
@@ -58,6 +61,9 @@ inline constexpr std::array<Field, 17> fields = {{
 }};
 
 const Field& fieldOf(PhoneBook::PBDBAttrID attribute);
+
+/// The telephone number of which `type` is the mask; null when that is none of the five.
+const Field* numberField(DWORD type);
 
 /// A contact with all its fields; the record's mask says which it has.
 struct Contact {

@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <system_error>
 
+#include "CategoryTable.h"
 #include "Failure.h"
 #include "System.h"
 #include "tessera/platform/base/Results.h"
-#include "tessera/platform/objectstore/ObjectStore.h"
 
 namespace Tool {
 
@@ -51,10 +51,30 @@ void Store::mount() {
     if (!ObjectStore::mount(path_)) throw Failure(storeErrorText(path_));
 }
 
+void Store::require(bool done) const {
+    if (!done) throw Failure(storeErrorText(path_));
+}
+
 void Store::makePhoneBook() {
-    manager_->closeDB();
-    if (FAILED(manager_->initDB(false)) || FAILED(manager_->openDB(nullptr))) throw Failure(storeErrorText(path_));
+    WritingUnit unit(*this);
+    addDefaultCategories();
+    bringGroupsIntoStep();
+    unit.end();
     wasMade_ = true;
+}
+
+/// Another program may have made categories of its own: then those are the groups.
+void Store::addDefaultCategories() {
+    CategoryTable categories(*this);
+    if (!categories.inNameOrder().empty()) return;
+    int id = 0;
+    for (const WCHAR* name : PhoneBook::PhoneBookDBMgr::aszDefPBGroupName_)
+        categories.add(name, ++id);
+}
+
+void Store::bringGroupsIntoStep() {
+    manager_->closeDB();
+    require(SUCCEEDED(manager_->initDB(false)) && SUCCEEDED(manager_->openDB(nullptr)));
 }
 
 }  // namespace Tool

@@ -5,6 +5,7 @@
 
 #include "Settings.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
 
 namespace Tool {
 
@@ -24,13 +25,34 @@ public:
     /// There was no phone book before.
     bool wasMade() const { return wasMade_; }
 
+    /// Throws a Failure that says why the store failed unless `done`.
+    void require(bool done) const;
+    /// Makes a group of each category that has none, and gives the others their category's name.
+    void bringGroupsIntoStep();
+
 private:
     void mount();
     void makePhoneBook();
+    void addDefaultCategories();
 
     std::string path_;
     std::unique_ptr<PhoneBook::PhoneBookDBMgr> manager_;
     bool wasMade_ = false;
+};
+
+/// Makes all that is written while it lives one unit, which others see whole or not at all. It takes nothing back:
+/// what can be refused is to be refused before the first write.
+class WritingUnit {
+public:
+    /// Throws a Failure when the store cannot be had for writing.
+    explicit WritingUnit(const Store& store) : store_(store) { store_.require(batch_.begun()); }
+
+    /// Throws a Failure when the unit could not be kept.
+    void end() { store_.require(batch_.end()); }
+
+private:
+    const Store& store_;
+    ObjectStoreBatch batch_;
 };
 
 /// Why the store failed: its own sentence, with the file's name in it.

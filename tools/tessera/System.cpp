@@ -1,14 +1,17 @@
 #include "System.h"
 
 #include <cerrno>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "Failure.h"
+#include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
 
@@ -57,6 +60,41 @@ bool outputIsTerminal() {
 
 bool errorIsTerminal() {
     return isatty(STDERR_FILENO) == 1;
+}
+
+std::size_t terminalWidth() {
+    if (const char* columns = std::getenv("COLUMNS"); columns != nullptr) {
+        if (const int width = std::atoi(columns); width > 0) return static_cast<std::size_t>(width);
+    }
+    winsize size{};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0) return size.ws_col;
+    return 80;
+}
+
+std::optional<std::tm> localTimeOf(std::time_t moment) {
+    std::tm local{};
+    if (localtime_r(&moment, &local) == nullptr) return std::nullopt;
+    return local;
+}
+
+std::optional<std::time_t> momentOfLocalTime(std::tm local) {
+    local.tm_isdst = -1;  // whether it is summer time then is to be found out
+    local.tm_wday = -1;
+    const std::time_t moment = std::mktime(&local);
+    if (local.tm_wday == -1) return std::nullopt;  // a result of -1 alone is also a second of 1969
+    return moment;
+}
+
+std::string timeOfDay(const std::tm& local) {
+    char text[64];
+    if (const locale_t locale = newlocale(LC_TIME_MASK, "", nullptr); locale != nullptr) {
+        const std::size_t length = strftime_l(text, sizeof text, "%X", &local, locale);
+        freelocale(locale);
+        const std::string_view time(text, length);
+        if (length != 0 && textOfUtf8(time)) return std::string(time);
+    }
+    std::snprintf(text, sizeof text, "%02d:%02d:%02d", local.tm_hour, local.tm_min, local.tm_sec);
+    return text;
 }
 
 PrivateFile::PrivateFile() {

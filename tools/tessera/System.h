@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <ctime>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +17,15 @@ std::filesystem::path pathOf(const std::string& path);
 bool inputIsTerminal();
 bool outputIsTerminal();
 bool errorIsTerminal();
+/// The columns of the terminal: what COLUMNS says, else what the terminal itself does, else 80.
+std::size_t terminalWidth();
+
+/// A moment as the user's clock shows it. Nothing for one that no clock shows.
+std::optional<std::tm> localTimeOf(std::time_t moment);
+/// The moment at which the user's clock shows this; only the civil date and time are looked at.
+std::optional<std::time_t> momentOfLocalTime(std::tm local);
+/// The time of day as the user's locale writes it, 13:05:00 where the system does not know the locale.
+std::string timeOfDay(const std::tm& local);
 
 /// A temporary file that nobody else can read. It has no name by which it could be left behind, wherever
 /// the system can do without: then it is gone even when the process is killed.
