@@ -110,7 +110,8 @@ HRESULT PhoneBookDBMgr::makeExtensionRow(DWORD contactOid) {
     if (query != S_FALSE) return query;  // whoever made the contact has made its row as well, or it failed
     PBRecord record;
     record.dwCITypeMask = contactFieldsMask;
-    static_cast<void>(queryCallerInfo(contactOid, &record));  // its mask says what was found
+    // Its mask says what was found, and a contact with categories has something.
+    if (const HRESULT read = queryCallerInfo(contactOid, &record); FAILED(read)) return read;
     setPBRecordFieldStr(record, groupMask, names[0]);
     return insertExtensionRow(contactOid, record);
 }
@@ -199,6 +200,7 @@ HRESULT PhoneBookDBMgr::renameLostGroup(DWORD contactOid) {
 
 /// S_FALSE when the contact has no row.
 HRESULT PhoneBookDBMgr::findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord& row) {
+    if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
     CeDBTable* const extension = cedbTable(PBDBTBL_PHONEBOOKEXT);
     CCeDBProp key = CCeDBProp::ofUI4(extension->getAttrIdent(0), contactOid);
     return extension->queryRecord(key, &rowOid, &row);
@@ -218,10 +220,12 @@ HRESULT PhoneBookDBMgr::readCategories(DWORD contactOid, CString& categories) {
 HRESULT PhoneBookDBMgr::onCEOIDCreatedCategories(const CENOTIFICATION* notification) {
     if (notification == nullptr) return E_POINTER;
     std::optional<std::int16_t> groupId;
-    const HRESULT result = writingOperation([&] { return makeGroupOf(notification->oid, groupId); });
-    if (!groupId) return result;
-    if (SUCCEEDED(result)) categories_.SetAt(notification->oid, *groupId);
-    tellReceiver();
+    const HRESULT result = operation([&] {
+        const HRESULT written = writingOperation([&] { return makeGroupOf(notification->oid, groupId); });
+        if (groupId && SUCCEEDED(written)) categories_.SetAt(notification->oid, *groupId);
+        return written;
+    });
+    if (groupId) tellReceiver();
     return result;
 }
 
@@ -246,15 +250,23 @@ HRESULT PhoneBookDBMgr::makeGroupOf(DWORD categoryOid, std::optional<std::int16_
 
 HRESULT PhoneBookDBMgr::onCEOIDRecordDeletedCategories(const CENOTIFICATION* notification) {
     if (notification == nullptr) return E_POINTER;
-    std::int16_t groupId = 0;
+    bool hasGroup = false;
+    const HRESULT result = operation([&] { return dropGroupOf(notification->oid, hasGroup); });
+    if (hasGroup) tellReceiver();
+    return result;
+}
+
+/// `hasGroup` receives whether this manager knows of a group that was made of the category.
+HRESULT PhoneBookDBMgr::dropGroupOf(DWORD categoryOid, bool& hasGroup) {
     const TableInUse groups(*this, PBDBTBL_AVAILABLEPBGROUP);
-    if (!groups.isOpen() || !categories_.Lookup(notification->oid, groupId)) return E_FAIL;
+    std::int16_t groupId = 0;
+    hasGroup = groups.isOpen() && categories_.Lookup(categoryOid, groupId);
+    if (!hasGroup) return E_FAIL;
     const HRESULT result = writingOperation([&] {
         const TableInUse extension(*this, PBDBTBL_PHONEBOOKEXT);
         return deleteAvailablePBGroup(static_cast<DWORD>(groupId));
     });
-    if (SUCCEEDED(result)) categories_.RemoveKey(notification->oid);
-    tellReceiver();
+    if (SUCCEEDED(result)) categories_.RemoveKey(categoryOid);
     return result;
 }
 

@@ -396,6 +396,7 @@ private:
     HRESULT clearLostGroup(DWORD contactOid);
     HRESULT dropExtensionRow(DWORD contactOid);
     HRESULT makeGroupOf(DWORD categoryOid, std::optional<std::int16_t>& groupId);
+    HRESULT dropGroupOf(DWORD categoryOid, bool& hasGroup);
     HRESULT renameLostGroup(DWORD contactOid);
     HRESULT findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord& row);
     HRESULT readCategories(DWORD contactOid, CString& categories);

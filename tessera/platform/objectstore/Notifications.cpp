@@ -1,5 +1,6 @@
 #include "tessera/platform/objectstore/Notifications.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "tessera/platform/objectstore/Boundary.h"
@@ -87,19 +88,35 @@ void Notifications::collect() noexcept {
 }
 
 void Notifications::post(Session& session) {
-    std::vector<Change> changes;
-    const DWORD error = session.engine().changesAfter(sequence_, changesAtOnce, changes);
-    // When the log no longer reaches back, what it has lost is lost, and the rest is told.
-    if (error == ERROR_NO_MORE_ITEMS) static_cast<void>(session.engine().lastChange(sequence_));
-    if (error != ERROR_SUCCESS) return;
-    for (const Change& change : changes) {
-        if (change.origin != session.engine().origin()) postChange(change);
-        sequence_ = change.sequence;
+    bool posted = false;
+    // What concerns no window is passed over at once: a thread that got nothing would go to sleep before the rest.
+    while (mayHaveMore_ && !posted) {
+        std::vector<Change> changes;
+        DWORD error = session.engine().changesAfter(sequence_, changesAtOnce, changes);
+        if (error == ERROR_NO_MORE_ITEMS) {
+            error = passOverLost(session);
+            if (error == ERROR_SUCCESS) continue;
+        }
+        if (error != ERROR_SUCCESS) return;
+        for (const Change& change : changes) {
+            if (change.origin != session.engine().origin() && postChange(change)) posted = true;
+            sequence_ = change.sequence;
+        }
+        mayHaveMore_ = changes.size() == changesAtOnce;
     }
-    mayHaveMore_ = changes.size() == changesAtOnce;
 }
 
-void Notifications::postChange(const Change& change) {
+/// When the log no longer reaches back, what it has lost is lost: goes to the oldest change that it keeps.
+DWORD Notifications::passOverLost(Session& session) {
+    std::uint64_t newest = 0;
+    if (const DWORD error = session.engine().lastChange(newest)) return error;
+    sequence_ = newest - std::min(newest, keptChanges);
+    return ERROR_SUCCESS;
+}
+
+/// False when it concerned no window.
+bool Notifications::postChange(const Change& change) {
+    bool posted = false;
     for (const Subscription& subscription : subscriptions_) {
         const auto handle = subscription.handle.lock();
         if (handle == nullptr || handle->database() != change.database || change.sequence <= subscription.since)
@@ -108,8 +125,11 @@ void Notifications::postChange(const Change& change) {
         auto notification = std::make_unique<CENOTIFICATION>(CENOTIFICATION{
             sizeof(CENOTIFICATION), request.dwParam, static_cast<UINT>(change.kind), change.record, change.database});
         const auto lParam = reinterpret_cast<LPARAM>(notification.get());
-        if (postOwnedMessage(request.hwnd, WM_DBNOTIFICATION, 0, lParam, release)) notification.release();
+        if (!postOwnedMessage(request.hwnd, WM_DBNOTIFICATION, 0, lParam, release)) continue;
+        notification.release();
+        posted = true;
     }
+    return posted;
 }
 
 }  // namespace Platform

@@ -37,7 +37,8 @@ private:
     bool add(Subscription subscription);
     bool hasSubscribers();
     void post(Session& session);
-    void postChange(const Change& change);
+    DWORD passOverLost(Session& session);
+    bool postChange(const Change& change);
 
     std::mutex mutex_;  // handles may be opened on other threads
     std::unique_ptr<CommitWatch> watch_;

@@ -273,6 +273,44 @@ TEST_P(Notifications, NoneIsLostOfManyAtOnce) {
     EXPECT_TRUE(std::ranges::is_sorted(heard));
 }
 
+TEST_P(Notifications, AreNotHeldBackByManyChangesThatConcernNoWindow) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    CEOID row = 0;
+    std::thread([&] {
+        OpenDatabase rows(u"Rows");
+        OpenDatabase others(u"Others");
+        const ObjectStoreBatch batch;
+        for (int i = 0; i < 2'000; ++i)
+            others.add(Row().number(i));
+        row = rows.add(Row().number(1));
+    }).join();
+
+    EXPECT_THAT(window.hear(), ElementsAre(Heard(0, created, row)));
+}
+
+TEST_P(Notifications, GoOnWithTheOldestThatTheLogKeepsAfterALongSilence) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    CEOID last = 0;
+    std::thread([&] {
+        OpenDatabase rows(u"Rows");
+        OpenDatabase others(u"Others");
+        const ObjectStoreBatch batch;
+        for (int i = 0; i < 200; ++i)
+            rows.add(Row().number(i));
+        const CEOID other = others.add(Row().number(0));
+        for (int i = 1; i < 99'900; ++i)
+            others.write(other, Row().number(i));
+        last = rows.add(Row().number(200));
+    }).join();
+
+    const std::vector<Heard> heard = window.hear();
+
+    EXPECT_EQ(heard.size(), 100u) << "of the last 100,000 changes";
+    EXPECT_EQ(heard.back(), Heard(0, created, last));
+}
+
 TEST_P(Notifications, OfAWindowThatDoesNotExistAreNoError) {
     auto window = std::make_unique<ListeningWindow>();
     window->DestroyWindow();
