@@ -18,7 +18,6 @@ namespace {
 /// The groups table's attributes that are told apart.
 enum GroupAttr : WORD { groupId = 0, groupName = 1, groupReject = 2 };
 constexpr int extGroup = 3;
-constexpr DWORD keepIdAndName = 0x1;
 
 /// The members in the order of the table's attributes.
 constexpr std::array<RowField<PBGroupInfo>, 7> groupFields = {{
@@ -65,7 +64,7 @@ void takeRow(const CCeDBRecord& row, PBGroupInfo& info, std::size_t firstAttr = 
 
 void PhoneBookDBMgr::RecordToPBGroupInfo(Table* /*table*/, const CCeDBRecord& record, PBGroupInfo* info, DWORD flags) {
     static_cast<void>(operation([&] {
-        takeRow(record, *info, (flags & keepIdAndName) != 0 ? groupReject : groupId);
+        takeRow(record, *info, (flags & dwKeepIdAndName_) != 0 ? groupReject : groupId);
         return S_OK;
     }));
 }
@@ -136,7 +135,7 @@ HRESULT PhoneBookDBMgr::initAvailablePBGroup() {
             PBGroupInfo group;
             group.dwID = static_cast<DWORD>(id);
             group.strName = each->getProp(0).getText();
-            result = writeAvailablePBGroup(group.dwID, &group, keepIdAndName);
+            result = writeAvailablePBGroup(group.dwID, &group, dwKeepIdAndName_);
             if (SUCCEEDED(result)) categories_.SetAt(each->getCur(), id);
         }
         return result;
@@ -194,7 +193,7 @@ HRESULT PhoneBookDBMgr::writeAvailablePBGroup(DWORD id, PBGroupInfo* info, DWORD
         const HRESULT query = findGroup(groupId, keyOf(id), rowOid, &stored);
         if (FAILED(query)) return E_FAIL;
         if (query == S_FALSE) return insertAvailablePBGroup(info, false);
-        if ((flags & keepIdAndName) != 0) takeRow(stored, *info, groupReject);
+        if ((flags & dwKeepIdAndName_) != 0) takeRow(stored, *info, groupReject);
         return updateAvailablePBGroup(rowOid, info);
     });
 }

@@ -43,6 +43,10 @@ const MessageEntry PhoneBookDBMgr::_messageEntries[] = {
          static_cast<PhoneBookDBMgr&>(window).OnDestroy();
          return 0;
      }},
+    {WM_DBNOTIFICATION,
+     [](CWnd& window, WPARAM wParam, LPARAM lParam) -> LRESULT {
+         return static_cast<PhoneBookDBMgr&>(window).onDBNotification(wParam, lParam);
+     }},
 };
 
 PhoneBookDBMgr::PhoneBookDBMgr() {

@@ -16,4 +16,7 @@ struct PBGroupInfo {
     DWORD dwFlags = 0;        ///< 16 bits are stored; every write stores 7.
 };
 
+/// Asks for a group's settings alone: its ID and its name stay as they are.
+inline constexpr DWORD dwKeepIdAndName_ = 0x1;
+
 }  // namespace PhoneBook

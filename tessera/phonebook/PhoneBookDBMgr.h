@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "tessera/Export.h"
 #include "tessera/database/CeDBTable.h"
@@ -324,6 +325,29 @@ public:
     [[nodiscard]] HRESULT deleteCallEntry(const FILETIME& time);
     [[nodiscard]] HRESULT deleteAllCallEntries();
 
+    // --- Changes made by others ------------------------------------------------------------------------
+    // What other threads and programs do to contacts and categories comes as messages to the manager's window
+    // (`Create`), while its thread pumps, and is followed here: the phone book's own tables are brought into step.
+    // Each takes the notification of one record (null: E_POINTER), is one unit of the store, and leaves every table
+    // as it found it: one that was closed is opened for the work and closed behind it. A client calls them only to
+    // follow changes that it has learnt of in another way. E_FAIL when a table that is needed cannot be opened.
+
+    /// Gives a contact that came with categories an extension row, its group the first of them, unless it has a row.
+    HRESULT onCEOIDCreatedContacts(const CENOTIFICATION* notification);
+    /// Clears the group of a contact that no longer has it among its categories; no other takes its place.
+    HRESULT onCEOIDChangedContacts(const CENOTIFICATION* notification);
+    /// Deletes the extension row of a contact that is gone, and empties its speed-dial slots, whatever they hold.
+    HRESULT onCEOIDRecordDeletedContacts(const CENOTIFICATION* notification);
+    /// Makes a group of a new category, or renames the group with its ID. Tells the receiver in any case.
+    HRESULT onCEOIDCreatedCategories(const CENOTIFICATION* notification);
+    /// Deletes the group of a category that is gone, and tells the receiver. E_FAIL, and nobody is told, for a
+    /// category that this manager has made no group of (initDB, initAvailablePBGroup or the above).
+    HRESULT onCEOIDRecordDeletedCategories(const CENOTIFICATION* notification);
+    /// Clears a contact's group as onCEOIDChangedContacts does, and renames the group's entry to what the contact
+    /// then has. Nothing calls it of itself.
+    /// @return S_OK; E_FAIL also when the contact has no extension row, or that has no group
+    HRESULT onContactsCategoriesChanged(const CENOTIFICATION* notification);
+
     // --- Import ----------------------------------------------------------------------------------------
 
     /// Fills the databases from a comma-separated UTF-16LE file whose first line is a header: entries (every
@@ -339,6 +363,8 @@ protected:
     const MessageEntry* findHandler(UINT message) const override;
     int OnCreate(LPCREATESTRUCT create);
     void OnDestroy();
+    /// Follows the change that `lParam`, a CENOTIFICATION, tells of, and frees it. 0; -1 for a null one.
+    LRESULT onDBNotification(WPARAM wParam, LPARAM lParam);
 
     BOOL initTableObj(UINT tableId);
     void finishTableObj();
@@ -363,6 +389,18 @@ private:
     Database::CeDBTable* cedbTable(UINT tableId);
     bool isTableOpen(UINT tableId);
     Database::CeDBTable* reopenSortedBy(UINT tableId, WORD attrIdx);
+
+    class TableInUse;
+    HRESULT follow(const CENOTIFICATION& notification);
+    HRESULT makeExtensionRow(DWORD contactOid);
+    HRESULT clearLostGroup(DWORD contactOid);
+    HRESULT dropExtensionRow(DWORD contactOid);
+    HRESULT makeGroupOf(DWORD categoryOid, std::optional<std::int16_t>& groupId);
+    HRESULT dropGroupOf(DWORD categoryOid, bool& hasGroup);
+    HRESULT renameLostGroup(DWORD contactOid);
+    HRESULT findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord& row);
+    HRESULT readCategories(DWORD contactOid, CString& categories);
+    void tellReceiver();
 
     HRESULT insertContact(PBRecord& record, DWORD& oid);
     HRESULT getContactRow(DWORD oid, PBRecord& record, CCeDBRecord& row);

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <poll.h>
 #include <stdexcept>
@@ -80,6 +81,14 @@ bool drain(int& end, std::string& into) {
     return true;
 }
 
+std::optional<std::string> readWhatThereIs(int& end, std::chrono::milliseconds patience) {
+    if (end < 0) return std::nullopt;
+    pollfd waiting{end, POLLIN, 0};
+    std::string text;
+    if (poll(&waiting, 1, static_cast<int>(patience.count())) > 0 && !drain(end, text)) return std::nullopt;
+    return text;
+}
+
 void feed(int& end, std::string& input) {
     const ssize_t count = ::write(end, input.data(), input.size());
     if (count > 0) input.erase(0, static_cast<std::size_t>(count));
@@ -128,15 +137,35 @@ Process::~Process() {
 }
 
 std::optional<std::string> Process::read(std::chrono::milliseconds patience) {
-    if (out_ < 0) return std::nullopt;
-    pollfd waiting{out_, POLLIN, 0};
-    std::string text;
-    if (poll(&waiting, 1, static_cast<int>(patience.count())) > 0 && !drain(out_, text)) return std::nullopt;
-    return text;
+    return readWhatThereIs(out_, patience);
+}
+
+std::optional<std::string> Process::readError(std::chrono::milliseconds patience) {
+    return readWhatThereIs(err_, patience);
+}
+
+void Process::closeOutput() {
+    closeEnd(out_);
+}
+
+std::chrono::nanoseconds Process::processorTime() const {
+    clockid_t clock{};
+    timespec busy{};
+    errno = clock_getcpuclockid(child_, &clock);
+    check(errno == 0 && clock_gettime(clock, &busy) == 0, "processor time");
+    return std::chrono::seconds(busy.tv_sec) + std::chrono::nanoseconds(busy.tv_nsec);
 }
 
 void Process::kill() {
     if (child_ > 0) ::kill(child_, SIGKILL);
+}
+
+void Process::terminate() {
+    if (child_ > 0) ::kill(child_, SIGTERM);
+}
+
+void Process::interrupt() {
+    if (child_ > 0) ::kill(child_, SIGINT);
 }
 
 Outcome Process::wait() {

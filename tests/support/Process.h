@@ -40,8 +40,18 @@ public:
 
     /// Reads what there is of standard output, waiting for it no longer than this; nothing at its end.
     std::optional<std::string> read(std::chrono::milliseconds patience);
+    /// The same of standard error.
+    std::optional<std::string> readError(std::chrono::milliseconds patience);
+    /// Nobody reads its standard output any more.
+    void closeOutput();
+    /// How long it has kept a processor busy so far.
+    std::chrono::nanoseconds processorTime() const;
     /// Ends it at once, as the loss of the battery would.
     void kill();
+    /// Asks it to end.
+    void terminate();
+    /// Asks it to end, as a person at the terminal does.
+    void interrupt();
     /// Waits for the end. Output that was not read is read, and lost.
     Outcome wait();
 

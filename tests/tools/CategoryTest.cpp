@@ -1,6 +1,5 @@
 // category: the platform's categories, changed as another program does, and the groups in step with them.
 
-#include "tessera/platform/objectstore/CCeDBDatabase.h"
 #include "tests/tools/ContactsOf.h"
 #include "tests/tools/ToolTest.h"
 
@@ -21,20 +20,6 @@ public:
     Json anna;
 };
 
-/// Adds a category as a program does that knows nothing of the phone book.
-void addAlone(const Tool& tool, const CString& name, std::int16_t id) {
-    ASSERT_TRUE(ObjectStore::mount(tool.store().string())) << ObjectStore::errorText();
-    {
-        CCeDBDatabase categories;
-        ASSERT_TRUE(categories.open(u"\\Categories Database", nullptr, nullptr));
-        CCeDBRecord record;
-        record.addProp(CCeDBProp::ofText(0x4001, name));
-        record.addProp(CCeDBProp::ofI2(0x4002, id));
-        ASSERT_NE(categories.add(record), 0u);
-    }
-    ObjectStore::unmount();
-}
-
 }  // namespace
 
 TEST(ToolCategory, ListsTheCategoriesOfANewPhoneBookByName) {
@@ -49,7 +34,7 @@ TEST(ToolCategory, ListsTheCategoriesOfANewPhoneBookByName) {
 
 TEST(ToolCategory, LeavesTheCategoriesOfAnotherProgramAsTheyAre) {
     const Tool tool;
-    addAlone(tool, u"chess", 40);
+    addCategoryAlone(tool, u"chess", 40);
     tool("init");
     EXPECT_THAT(namesIn(tool.json(0, "category", "list")), ElementsAre("chess"));
     EXPECT_EQ(tool.json(0, "group", "list"), (Json{{{"id", 40}, {"name", "chess"}, {"reject", false}}}));
@@ -77,18 +62,18 @@ TEST(ToolCategory, AddsACategoryAndItsGroup) {
 
 TEST(ToolCategory, GivesTheNextIdAfterThoseOfAllCategoriesAndGroups) {
     const Categories tool;
-    addAlone(tool, u"chess", 40);
+    addCategoryAlone(tool, u"chess", 40);
     EXPECT_EQ(tool.json(0, "group", "add", "club")["id"], 41);
     EXPECT_EQ(tool.json(0, "category", "add", "tea")["id"], 42);
     EXPECT_EQ(tool.json(0, "group", "list")[0]["id"], 40);
-    addAlone(tool, u"last", 32'767);
+    addCategoryAlone(tool, u"last", 32'767);
     expectFailure(tool("category", "add", "more"), 3, "no ID left");
     expectFailure(tool("group", "add", "more"), 3, "no ID left");
 }
 
 TEST(ToolCategory, GivesAGroupToACategoryWithoutOne) {
     const Categories tool;
-    addAlone(tool, u"chess", 40);
+    addCategoryAlone(tool, u"chess", 40);
     EXPECT_EQ(tool.json(0, "group", "add", "chess")["id"], 40);
     EXPECT_THAT(tool.names(), SizeIs(5));
     EXPECT_THAT(tool.groups(), SizeIs(5));
@@ -137,7 +122,7 @@ TEST(ToolCategory, DeletesACategoryFromAllContactsThatCarryItAndItsGroup) {
 TEST(ToolCategory, DeletesACategoryThatHasNoGroup) {
     const Categories tool;
     tool("group", "add", "temporary");
-    addAlone(tool, u"one, two", 40);
+    addCategoryAlone(tool, u"one, two", 40);
     EXPECT_EQ(tool("category", "delete", "one, two").status, 0);
     EXPECT_THAT(tool.names(), SizeIs(5));
     EXPECT_THAT(tool.groups(), SizeIs(5));

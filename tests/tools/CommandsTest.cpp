@@ -29,8 +29,8 @@ TEST(Tool, PrintsItsVersion) {
 
 TEST(Tool, ExplainsItselfAndEachCommandWithAnExample) {
     const Tool tool;
-    for (const std::string command :
-         {"", "init", "import", "export", "add", "edit", "delete", "show", "list", "search", "number", "identify"}) {
+    for (const std::string command : {"", "init", "import", "export", "add", "edit", "delete", "show", "list", "search",
+                                      "number", "identify", "watch"}) {
         const Outcome outcome = command.empty() ? tool("--help") : tool(command, "--help");
         EXPECT_EQ(outcome.status, 0) << command;
         EXPECT_THAT(outcome.out, HasSubstr("Example")) << command;

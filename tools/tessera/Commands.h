@@ -32,5 +32,6 @@ void defineSpeedDial(CLI::App& program, const Settings& settings, Action& chosen
 void defineGroup(CLI::App& program, const Settings& settings, Action& chosen);
 void defineCategory(CLI::App& program, const Settings& settings, Action& chosen);
 void defineCall(CLI::App& program, const Settings& settings, Action& chosen);
+void defineWatch(CLI::App& program, const Settings& settings, Action& chosen);
 
 }  // namespace Tool

@@ -20,7 +20,7 @@ using Tool::ExitStatus;
 constexpr auto define = {Tool::defineInit,   Tool::defineImport,   Tool::defineExport,   Tool::defineAdd,
                          Tool::defineEdit,   Tool::defineDelete,   Tool::defineShow,     Tool::defineList,
                          Tool::defineSearch, Tool::defineNumber,   Tool::defineIdentify, Tool::defineSpeedDial,
-                         Tool::defineGroup,  Tool::defineCategory, Tool::defineCall};
+                         Tool::defineGroup,  Tool::defineCategory, Tool::defineCall,     Tool::defineWatch};
 
 int report(ExitStatus status, const std::string& why) {
     std::cout.flush();

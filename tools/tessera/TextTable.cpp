@@ -25,7 +25,7 @@ std::vector<std::size_t> columnWidths(std::span<const Row> rows) {
     return widths;
 }
 
-std::string lineOf(const Row& row, const std::vector<std::size_t>& widths) {
+std::string alignedLine(const Row& row, const std::vector<std::size_t>& widths) {
     std::string line;
     for (std::size_t column = 0; column < row.size(); ++column) {
         if (widths[column] == 0) continue;
@@ -46,7 +46,13 @@ void writeTable(std::span<const Row> rows) {
     if (rows.size() < 2) return;
     const auto widths = columnWidths(rows);
     for (const Row& row : rows)
-        std::cout << lineOf(row, widths) << '\n';
+        std::cout << alignedLine(row, widths) << '\n';
+}
+
+std::string GrowingTable::lineOf(const Row& row) {
+    for (std::size_t column = 0; column < widths_.size(); ++column)
+        widths_[column] = std::max(widths_[column], displayWidth(row[column]));
+    return alignedLine(row, widths_);
 }
 
 }  // namespace Tool

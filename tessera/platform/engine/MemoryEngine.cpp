@@ -1,5 +1,7 @@
 #include "tessera/platform/engine/MemoryEngine.h"
 
+#include <system_error>
+
 #include "tessera/platform/engine/StoreError.h"
 #include "tessera/platform/engine/StoreRules.h"
 
@@ -23,10 +25,12 @@ void MemoryEngine::giveUpUnit() {
     shared_->unitEnded.notify_one();
 }
 
-void MemoryEngine::appendToLog(const std::vector<Change>& changes) {
-    std::deque<Change>& log = shared_->log;
+void MemoryShared::commit(const std::vector<Change>& changes) {
     log.insert(log.end(), changes.begin(), changes.end());
     if (log.size() > keptChanges) log.erase(log.begin(), log.end() - static_cast<std::ptrdiff_t>(keptChanges));
+    ++commits;
+    for (MemoryCommitWatch* watch : watches)
+        watch->wake.wake();
 }
 
 DWORD MemoryEngine::beginUnit() {
@@ -43,8 +47,7 @@ DWORD MemoryEngine::endUnit() {
     {
         const Lock lock(shared_->mutex);
         shared_->state = std::move(*unit_);
-        appendToLog(written_);
-        ++shared_->commits;
+        shared_->commit(written_);
     }
     giveUpUnit();
     return ERROR_SUCCESS;
@@ -193,6 +196,22 @@ DWORD MemoryEngine::erase(CEOID database, CEOID record) {
 
 namespace {
 
+/// Is woken while it lives.
+class ListedWatch : public MemoryCommitWatch {
+public:
+    explicit ListedWatch(std::shared_ptr<MemoryShared> shared) : shared_(std::move(shared)) {
+        const std::lock_guard lock(shared_->mutex);
+        shared_->watches.push_back(this);
+    }
+    ~ListedWatch() override {
+        const std::lock_guard lock(shared_->mutex);
+        std::erase(shared_->watches, this);
+    }
+
+private:
+    std::shared_ptr<MemoryShared> shared_;
+};
+
 class MemoryStore : public RecordStore {
 public:
     MemoryStore(const std::string& locale, const StoreOptions& options) {
@@ -201,6 +220,14 @@ public:
     }
 
     std::unique_ptr<RecordEngine> connect() override { return std::make_unique<MemoryEngine>(shared_); }
+    std::unique_ptr<CommitWatch> watchCommits() override {
+        try {
+            return std::make_unique<ListedWatch>(shared_);
+        } catch (const std::system_error& error) {
+            setStoreError(ERROR_NOT_ENOUGH_MEMORY, "the store in memory cannot be watched: " + error.code().message());
+            return nullptr;
+        }
+    }
 
 private:
     std::shared_ptr<MemoryShared> shared_ = std::make_shared<MemoryShared>();

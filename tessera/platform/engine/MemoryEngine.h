@@ -12,6 +12,7 @@
 
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/engine/RecordEngine.h"
+#include "tessera/platform/port/Wake.h"
 
 namespace Platform {
 
@@ -35,13 +36,26 @@ struct MemoryState {
     std::uint64_t lastChange = 0;
 };
 
+/// Watches the commits of a store in memory.
+class MemoryCommitWatch : public CommitWatch {
+public:
+    int fd() const override { return wake.fd(); }
+    void clear() override { wake.clear(); }
+
+    port::Wake wake;
+};
+
 struct MemoryShared {
+    /// Makes what was written the newest that there is. With the mutex held.
+    void commit(const std::vector<Change>& changes);
+
     std::mutex mutex;
     std::condition_variable unitEnded;
     const void* writer = nullptr;  // the engine whose unit is open
     MemoryState state;
     std::deque<Change> log;
     std::uint64_t commits = 0;
+    std::vector<MemoryCommitWatch*> watches;
     std::string locale;
     StoreOptions options;
 };
@@ -84,7 +98,6 @@ private:
     DWORD writing(Write&& write);
     DWORD awaitTurn(Lock& lock);
     void giveUpUnit();
-    void appendToLog(const std::vector<Change>& changes);
 
     MemoryState& state() { return unit_ ? *unit_ : shared_->state; }
     const MemoryDatabase* find(CEOID database);
@@ -111,9 +124,8 @@ DWORD MemoryEngine::writing(Write&& write) {
     if (unit_) return write();
     if (const DWORD error = awaitTurn(lock)) return error;
     if (const DWORD error = write()) return error;
-    appendToLog(written_);
+    shared_->commit(written_);
     written_.clear();
-    ++shared_->commits;
     return ERROR_SUCCESS;
 }
 

@@ -125,12 +125,25 @@ public:
     [[nodiscard]] virtual DWORD endUnit() = 0;
 };
 
+/// Tells a sleeper that there may be new commits in a store, whoever made them. One thread.
+class CommitWatch {
+public:
+    virtual ~CommitWatch() = default;
+    /// Readable from a commit on until `clear`; now and then for nothing.
+    virtual int fd() const = 0;
+    /// To be called before looking for what is new.
+    virtual void clear() = 0;
+};
+
 /// A store: makes an engine object for each thread that uses it.
 class RecordStore {
 public:
     virtual ~RecordStore() = default;
     /// Null when the store cannot be used, the reason left with setStoreError.
     virtual std::unique_ptr<RecordEngine> connect() = 0;
+    /// Sees every commit made from now on. Null when the system has no watch left, the reason left with
+    /// setStoreError.
+    virtual std::unique_ptr<CommitWatch> watchCommits() = 0;
 };
 
 /// How a store on disk is used.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tessera/platform/engine/StoreRules.h"
+#include "tessera/platform/port/FileWatch.h"
 
 namespace Platform {
 namespace {
@@ -36,7 +37,9 @@ void SqliteEngine::commit() {
     const bool written = counters_.write();
     if (written) pruneLog();
     runSql(*connection_, Sql::commit);
-    if (written) ++ownCommits_;
+    if (!written) return;
+    ++ownCommits_;
+    port::touchFile(connection_->file());  // for whoever sleeps until there is something new
 }
 
 void SqliteEngine::pruneLog() {

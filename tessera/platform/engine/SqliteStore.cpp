@@ -1,9 +1,11 @@
 #include <mutex>
+#include <system_error>
 #include <utility>
 
 #include "tessera/platform/engine/SqliteEngine.h"
 #include "tessera/platform/engine/SqliteFormat.h"
 #include "tessera/platform/engine/StoreRules.h"
+#include "tessera/platform/port/FileWatch.h"
 #include "tessera/platform/port/Paths.h"
 
 namespace Platform {
@@ -81,6 +83,18 @@ std::unique_ptr<SqliteEngine> tryToConnect(const std::filesystem::path& file, co
     return setStoreError(error, nameOf(file) + ": the store cannot be made");
 }
 
+/// Every engine touches the file once it has committed (SqliteEngine::commit). One that is killed in between
+/// lets go of the file, which is seen as well.
+class FileCommitWatch : public CommitWatch {
+public:
+    explicit FileCommitWatch(const std::filesystem::path& file) : file_(file) {}
+    int fd() const override { return file_.fd(); }
+    void clear() override { file_.clear(); }
+
+private:
+    port::FileWatch file_;
+};
+
 class SqliteStore : public RecordStore {
 public:
     SqliteStore(std::filesystem::path file, const StoreOptions& options, std::unique_ptr<RecordEngine> first)
@@ -89,6 +103,15 @@ public:
     std::unique_ptr<RecordEngine> connect() override {
         if (auto first = takeFirst()) return first;
         return tryToConnect(file_, options_);
+    }
+
+    std::unique_ptr<CommitWatch> watchCommits() override {
+        try {
+            return std::make_unique<FileCommitWatch>(file_);
+        } catch (const std::system_error& error) {
+            setStoreError(ERROR_NOT_ENOUGH_MEMORY, nameOf(file_) + ": it cannot be watched: " + error.code().message());
+            return nullptr;
+        }
     }
 
 private:

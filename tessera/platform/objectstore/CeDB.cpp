@@ -10,6 +10,7 @@
 #include "tessera/platform/objectstore/Boundary.h"
 #include "tessera/platform/objectstore/DatabaseHandle.h"
 #include "tessera/platform/objectstore/HandleTable.h"
+#include "tessera/platform/objectstore/Notifications.h"
 #include "tessera/platform/objectstore/PropertyValues.h"
 #include "tessera/platform/objectstore/Session.h"
 
@@ -114,6 +115,8 @@ HANDLE CeOpenDatabaseEx2(CEOID* database, const WCHAR* name, CEPROPID sortProper
 
         auto opened = DatabaseHandle::open(session, opening, error);
         if (opened == nullptr) return failWith(error, INVALID_HANDLE_VALUE);
+        if (request != nullptr) error = Notifications::subscribe(session, opened);
+        if (error != ERROR_SUCCESS) return failWith(error, INVALID_HANDLE_VALUE);
         if (database != nullptr) *database = opening.database;
         return HandleTable::add(std::move(opened));
     });

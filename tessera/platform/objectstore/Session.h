@@ -39,6 +39,8 @@ public:
     /// For everything but the writes below.
     RecordEngine& engine() { return *engine_; }
     StoreMoment moment();
+    /// Null when the system has no watch left.
+    std::unique_ptr<CommitWatch> watchCommits() { return store_->watchCommits(); }
     /// The number of the mounted store that this is a connection to.
     std::uint64_t mountNumber() const { return mountNumber_; }
 

@@ -40,16 +40,20 @@ private:
     std::u16string characters_;
 };
 
-StoreChange changeOf(const Change& change) {
-    switch (change.kind) {
+StoreChange::Kind fateOf(ChangeKind kind) {
+    switch (kind) {
         case ChangeKind::created:
-            return {change.record, StoreChange::Kind::created};
+            return StoreChange::Kind::created;
         case ChangeKind::deleted:
-            return {change.record, StoreChange::Kind::deleted};
+            return StoreChange::Kind::deleted;
         case ChangeKind::changed:
             break;
     }
-    return {change.record, StoreChange::Kind::changed};
+    return StoreChange::Kind::changed;
+}
+
+StoreChange changeOf(const Change& change) {
+    return {change.record, fateOf(change.kind), change.sequence, fileTimeOf(change.time)};
 }
 
 }  // namespace

@@ -60,6 +60,8 @@ struct StoreChange {
 
     CEOID oid = 0;
     Kind kind = Kind::created;
+    std::uint64_t sequence = 0;  ///< Counts all changes to the store, in the order in which they were committed.
+    FILETIME time = {};          ///< When it was written; later with every change to the database.
 };
 
 enum class ChangesResult {

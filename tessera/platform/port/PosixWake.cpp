@@ -1,6 +1,5 @@
 #include <cerrno>
 #include <cstdint>
-#include <poll.h>
 #include <sys/eventfd.h>
 #include <system_error>
 #include <unistd.h>
@@ -23,15 +22,6 @@ void Wake::clear() {
     std::uint64_t count = 0;
     // Fails only when the flag is down already.
     [[maybe_unused]] const ssize_t got = ::read(fd(), &count, sizeof(count));
-}
-
-bool Wake::wait() const {
-    pollfd watched{fd(), POLLIN, 0};
-    int ready = 0;
-    do {
-        ready = ::poll(&watched, 1, -1);
-    } while (ready < 0 && errno == EINTR);
-    return ready == 1;
 }
 
 }  // namespace Platform::port

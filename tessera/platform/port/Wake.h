@@ -14,8 +14,6 @@ public:
     int fd() const { return descriptor_.get(); }
     void wake();
     void clear();
-    /// Sleeps until the flag is up; leaves it up. False when the system cannot wait.
-    [[nodiscard]] bool wait() const;
 
 private:
     Descriptor descriptor_;

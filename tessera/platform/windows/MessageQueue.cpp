@@ -51,6 +51,13 @@ void MessageQueue::dropMessages(const Lock& lock, std::deque<QueuedMessage>& mes
     messages.erase(dropped, messages.end());
 }
 
+void MessageQueue::setSource(const Lock&, std::shared_ptr<MessageSource> source) {
+    if (source_) waitSet_.remove(source_->fd());
+    source_ = nullptr;
+    if (source) waitSet_.add(source->fd());
+    source_ = std::move(source);
+}
+
 void MessageQueue::waitForAnswer(Lock& lock, const PendingAnswer& answer) {
     answered_.wait(lock, [&] { return answer.isDone || !sent_.empty(); });
 }

@@ -6,7 +6,9 @@
 #include <mutex>
 #include <optional>
 
+#include "tessera/platform/port/WaitSet.h"
 #include "tessera/platform/port/Wake.h"
+#include "tessera/platform/windows/MessageSource.h"
 #include "tessera/platform/windows/Messages.h"
 
 namespace Platform {
@@ -35,7 +37,7 @@ class MessageQueue {
 public:
     using Lock = std::unique_lock<std::mutex>;
 
-    MessageQueue() = default;
+    MessageQueue() { waitSet_.add(wake_.fd()); }
     MessageQueue(const MessageQueue&) = delete;
     MessageQueue& operator=(const MessageQueue&) = delete;
 
@@ -48,9 +50,15 @@ public:
 
     /// Sleeps until `answer` is done or something was sent to this thread. Gives up the lock meanwhile.
     void waitForAnswer(Lock& lock, const PendingAnswer& answer);
-    /// Sleeps, without the lock, until a message waits. False when the system cannot wait.
-    [[nodiscard]] bool waitForMessage() const { return wake_.wait(); }
-    int fd() const { return wake_.fd(); }
+    /// Where messages come from beside those that are sent and posted; null when there is no such place. Throws
+    /// std::system_error when the new one cannot be waited for.
+    const std::shared_ptr<MessageSource>& source(const Lock&) const { return source_; }
+    void setSource(const Lock&, std::shared_ptr<MessageSource> source);
+
+    /// Sleeps, without the lock, until a message waits or the source may have one. False when the system cannot
+    /// wait.
+    [[nodiscard]] bool waitForMessage() const { return waitSet_.wait(); }
+    int fd() const { return waitSet_.fd(); }
 
     /// Gives the answer, or that there is none, to whoever waits for it.
     static void complete(const Lock&, const std::shared_ptr<PendingAnswer>& answer, std::optional<LRESULT> result);
@@ -63,8 +71,10 @@ private:
     std::deque<QueuedMessage> sent_;
     std::deque<QueuedMessage> posted_;
     std::condition_variable answered_;
-    // Up exactly while a message waits, so that a sleeper cannot miss one and is never woken for nothing.
+    // Up exactly while a message waits, so that a sleeper cannot miss one and is not woken for nothing.
     port::Wake wake_;
+    std::shared_ptr<MessageSource> source_;
+    port::WaitSet waitSet_;
 };
 
 }  // namespace Platform

@@ -47,7 +47,8 @@ TESSERA_API LRESULT DispatchMessage(const MSG* message);
 /// Whether there is such a window, on whatever thread.
 TESSERA_API BOOL IsWindow(HWND hwnd);
 
-/// A descriptor that is readable while there is something for this thread to pump: a loop of its own can
-/// watch it, and call PeekMessage until that answers FALSE. It belongs to the thread's queue: it is only to be
-/// watched, and lives as long as the thread. -1 when the system has no room for a queue.
+/// A descriptor that is readable while there may be something for this thread to pump: a loop of its own can
+/// watch it, and call PeekMessage until that answers FALSE, before which more may come unannounced. It belongs to the
+/// thread's queue: it is only to be watched, and lives as long as the thread. -1 when the system has no room for a
+/// queue.
 TESSERA_API int messageQueueFd();

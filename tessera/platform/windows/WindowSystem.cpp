@@ -189,12 +189,49 @@ bool WindowSystem::answerNextSent(MessageQueue& queue, MessageQueue::Lock& lock)
     return true;
 }
 
-std::optional<MSG> WindowSystem::nextMessage(MessageQueue& queue) {
-    MessageQueue::Lock lock(mutex_);
+std::optional<MSG> WindowSystem::takeMessage(MessageQueue& queue, MessageQueue::Lock& lock) {
     while (answerNextSent(queue, lock)) {
     }
     const std::optional<QueuedMessage> posted = queue.takePosted(lock);
     return posted ? std::optional(posted->msg) : std::nullopt;
+}
+
+std::optional<MSG> WindowSystem::nextMessage(MessageQueue& queue) {
+    MessageQueue::Lock lock(mutex_);
+    if (auto message = takeMessage(queue, lock)) return message;
+    const std::shared_ptr<MessageSource> source = queue.source(lock);
+    if (source == nullptr) return std::nullopt;
+    lock.unlock();
+    source->collect();
+    lock.lock();
+    return takeMessage(queue, lock);
+}
+
+void WindowSystem::dropSource(const MessageSource& source) {
+    const std::shared_ptr<MessageQueue> queue = currentQueue();
+    if (queue == nullptr) return;
+    const MessageQueue::Lock lock(mutex_);
+    if (queue->source(lock).get() == &source) queue->setSource(lock, nullptr);
+}
+
+std::shared_ptr<MessageSource> WindowSystem::sourceOf(HWND hwnd) {
+    const MessageQueue::Lock lock(mutex_);
+    const Window* const window = findWindow(hwnd);
+    return window != nullptr ? window->queue->source(lock) : nullptr;
+}
+
+bool WindowSystem::replaceSource(HWND hwnd, const std::shared_ptr<MessageSource>& present,
+                                 std::shared_ptr<MessageSource> source) {
+    const MessageQueue::Lock lock(mutex_);
+    const Window* const window = findWindow(hwnd);
+    if (window == nullptr) return failWith(ERROR_INVALID_HANDLE) != FALSE;
+    if (window->queue->source(lock) != present) return failWith(ERROR_ALREADY_EXISTS) != FALSE;
+    try {
+        window->queue->setSource(lock, std::move(source));
+        return true;
+    } catch (const std::exception&) {
+        return failWith(ERROR_NOT_ENOUGH_MEMORY) != FALSE;
+    }
 }
 
 BOOL postOwnedMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, MessageRelease release) {

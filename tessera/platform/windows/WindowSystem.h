@@ -38,8 +38,17 @@ public:
     LRESULT send(const MSG& msg);
     BOOL notify(const MSG& msg);
     BOOL post(const MSG& msg, MessageRelease release);
-    /// Answers everything that was sent to the calling thread, then takes a posted message if there is one.
+    /// Answers everything that was sent to the calling thread, then takes a posted message if there is one, or
+    /// if the thread's source has one.
     std::optional<MSG> nextMessage(MessageQueue& queue);
+
+    /// The source of a window's thread; null when it has none, or there is no such window.
+    std::shared_ptr<MessageSource> sourceOf(HWND hwnd);
+    /// Gives a window's thread a source in the place of `present`. False, with the last error set, when it has
+    /// another one by now, there is no such window, or the source cannot be waited for.
+    bool replaceSource(HWND hwnd, const std::shared_ptr<MessageSource>& present, std::shared_ptr<MessageSource> source);
+    /// Takes the source away from the calling thread, if it is the one that it has.
+    void dropSource(const MessageSource& source);
 
 private:
     struct Window {
@@ -53,6 +62,7 @@ private:
     /// Answers the next message that was sent to the calling thread; false when there is none. Gives up the
     /// lock while the procedure runs.
     bool answerNextSent(MessageQueue& queue, MessageQueue::Lock& lock);
+    std::optional<MSG> takeMessage(MessageQueue& queue, MessageQueue::Lock& lock);
     Window* findWindow(HWND hwnd);
     Window* findOwnWindow(HWND hwnd);
     std::optional<LRESULT> waitForAnswer(MessageQueue& queue, const PendingAnswer& answer, MessageQueue::Lock& lock);

@@ -9,6 +9,7 @@ int main() {
     person.strName = u"김민수";
     person.strGroup = u"친구";
     person.strMobileTelephoneNumber = u"010-2345-6789";
-    person.dwCITypeMask = 0x10005;  // these three
+    person.strBell = u"waltz.mid";
+    person.dwCITypeMask = 0x110005;  // these four
     return FAILED(phoneBook.insertPBRecord(person, nullptr)) ? 1 : 0;
 }

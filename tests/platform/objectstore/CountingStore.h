@@ -102,6 +102,7 @@ public:
     std::unique_ptr<Platform::RecordEngine> connect() override {
         return std::make_unique<CountingEngine>(*inner_, log_);
     }
+    std::unique_ptr<Platform::CommitWatch> watchCommits() override { return inner_->watchCommits(); }
 
 private:
     std::unique_ptr<Platform::RecordStore> inner_;

@@ -116,6 +116,58 @@ TEST_P(Reader, FollowsWhatBecameOfTheRecordsAndOfNoOtherDatabase) {
     EXPECT_TRUE(changes(reader, sequence).empty()) << "none twice";
 }
 
+TEST_P(Reader, CountsTheChangesOfAllDatabasesTogether) {
+    makeDatabase(u"Other");
+    OpenDatabase rows(u"Rows");
+    OpenDatabase others(u"Other");
+    DatabaseReader reader(u"Rows", nameId);
+    DatabaseReader otherReader(u"Other", nameId);
+    std::uint64_t sequence = 0;
+    std::uint64_t otherSequence = 0;
+    readAll(reader, sequence);
+    readAll(otherReader, otherSequence);
+    const std::uint64_t start = sequence;
+
+    const CEOID a = rows.add(Row().name(u"a"));
+    others.add(Row().name(u"b"));
+    rows.erase(a);
+
+    const auto sequencesOf = [](DatabaseReader& each, std::uint64_t& since) {
+        std::vector<StoreChange> found;
+        EXPECT_EQ(each.changesSince(since, found), ChangesResult::complete);
+        std::vector<std::uint64_t> sequences;
+        for (const StoreChange& change : found)
+            sequences.push_back(change.sequence);
+        return sequences;
+    };
+    EXPECT_EQ(sequencesOf(reader, sequence), (std::vector{start + 1, start + 3}));
+    EXPECT_EQ(sequencesOf(otherReader, otherSequence), (std::vector{start + 2}));
+    EXPECT_EQ(sequence, start + 3);
+    EXPECT_EQ(otherSequence, start + 3);
+}
+
+TEST_P(Reader, TellsWhenEachChangeWasWritten) {
+    OpenDatabase rows(u"Rows");
+    DatabaseReader reader(u"Rows", nameId);
+    std::uint64_t sequence = 0;
+    readAll(reader, sequence);
+
+    std::vector<std::uint64_t> written;
+    const CEOID oid = rows.add(Row().number(1));
+    written.push_back(ticksOf(rows.info().ftLastModified));
+    rows.write(oid, Row().number(2));
+    written.push_back(ticksOf(rows.info().ftLastModified));
+    rows.erase(oid);
+    written.push_back(ticksOf(rows.info().ftLastModified));
+
+    std::vector<StoreChange> found;
+    EXPECT_EQ(reader.changesSince(sequence, found), ChangesResult::complete);
+    std::vector<std::uint64_t> told;
+    for (const StoreChange& change : found)
+        told.push_back(ticksOf(change.time));
+    EXPECT_EQ(told, written);
+}
+
 TEST_P(Reader, FollowsManyChanges) {
     OpenDatabase rows(u"Rows");
     DatabaseReader reader(u"Rows", nameId);

@@ -1,0 +1,270 @@
+#include <functional>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/phonebook/Following.h"
+#include "tests/phonebook/SpeedDialBuilders.h"
+#include "tests/support/Builders.h"
+#include "tests/support/Forked.h"
+#include "tests/support/MountKinds.h"
+
+// A manager with a window, which waits for messages while others write.
+
+namespace PhoneBook {
+namespace {
+
+using following::ExtensionRow;
+using following::extensionRowOf;
+using following::extensionRows;
+using following::Group;
+using following::groups;
+using following::Manager;
+using following::nothing;
+using following::once;
+using following::OtherProgram;
+using following::pump;
+using following::pumpAll;
+using following::Receiver;
+using groups_test::addCategory;
+using groups_test::deleteCategory;
+using groups_test::writeCategory;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_support::contact;
+using testing_support::Forked;
+using testing_support::Line;
+using testing_support::MountKind;
+using testing_support::mountKinds;
+using testing_support::OpenPhoneBook;
+
+/// Does something on another thread, while this one waits for the notifications that it leads to.
+void elsewhere(int notifications, const std::function<void()>& work) {
+    std::thread thread(work);
+    pump(notifications);
+    thread.join();
+}
+
+class Watching : public testing::TestWithParam<MountKind> {
+protected:
+    Watching() {
+        EXPECT_EQ(S_OK, manager.initDB(true));
+        EXPECT_EQ(S_OK, manager.openDB(nullptr));
+        manager.registerNotificationReceiver(&receiver);
+    }
+    ~Watching() override {
+        pumpAll();
+        for (UINT table = 0; table < 5; ++table)
+            EXPECT_TRUE(manager.isOpen(table)) << "table " << table;
+    }
+
+    const std::shared_ptr<void> store = GetParam().mount();
+    Receiver receiver;
+    Manager manager;
+};
+INSTANTIATE_TEST_SUITE_P(EitherStore, Watching, testing::ValuesIn(mountKinds),
+                         [](const auto& kind) { return std::string(kind.param.name); });
+
+TEST_P(Watching, GivesANewContactItsRow) {
+    CEOID oid = 0;
+    elsewhere(1, [&] { oid = OtherProgram().addFiled(u"Kim", u"Family, Work", u"010-1234"); });
+    EXPECT_THAT(extensionRows(),
+                ElementsAre(ExtensionRow{.contact = oid, .name = u"Kim", .telNo = u"0101234", .group = u"Family"}));
+}
+
+TEST_P(Watching, LeavesTheRowThatAnotherManagerMakes) {
+    DWORD oid = 0;
+    elsewhere(2, [&] {
+        OpenPhoneBook book;
+        oid = book.add(contact().name(u"Kim").group(u"Family").bell(u"ding"));
+        OtherProgram().addFiled(u"Lee", u"");
+    });
+    EXPECT_THAT(extensionRows(),
+                ElementsAre(ExtensionRow{.contact = oid, .name = u"Kim", .group = u"Family", .bell = u"ding"}));
+}
+
+TEST_P(Watching, ClearsALostGroup) {
+    CEOID loses = 0;
+    CEOID keeps = 0;
+    elsewhere(2, [&] {
+        const OtherProgram other;
+        loses = other.addFiled(u"Kim", u"Family");
+        keeps = other.addFiled(u"Lee", u"Family");
+    });
+    elsewhere(2, [&] {
+        const OtherProgram other;
+        other.file(loses, u"Work");
+        other.file(keeps, u"Work, Family");
+    });
+    EXPECT_EQ(CString(), extensionRowOf(loses)->group);
+    EXPECT_EQ(CString(u"Family"), extensionRowOf(keeps)->group);
+}
+
+TEST_P(Watching, FreesRowAndSlotsOfAContactThatIsDeleted) {
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"Family"));
+    SpeedDialInfo entry = speed_dial::dial(5).of(oid).mobile(u"010-1");
+    ASSERT_EQ(S_OK, manager.insertSpeedDialInfo(5, &entry));
+    elsewhere(1, [&] { OtherProgram().remove(oid); });
+    EXPECT_THAT(extensionRows(), IsEmpty());
+    EXPECT_THAT(speed_dial::rows(), IsEmpty());
+    EXPECT_EQ(SpeedDialInfo(), manager.getSDialInfoCache(5));
+}
+
+TEST_P(Watching, KeepsTheGroupsInStepWithTheCategories) {
+    CEOID category = 0;
+    elsewhere(1, [&] { category = addCategory(u"Family", 3); });
+    EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+    EXPECT_EQ(once, receiver.heard());
+
+    elsewhere(1, [&] { writeCategory(category, u"Relatives", 3); });
+    EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+    EXPECT_EQ(nothing, receiver.heard());
+
+    elsewhere(1, [&] { deleteCategory(category); });
+    EXPECT_THAT(groups(), IsEmpty());
+    EXPECT_EQ(once, receiver.heard());
+}
+
+TEST_P(Watching, DoesNotFollowWhatItsOwnThreadWrites) {
+    const OtherProgram own;
+    const CEOID oid = own.addFiled(u"Kim", u"Family");
+    const CEOID category = addCategory(u"Family", 3);
+    pumpAll();
+    EXPECT_THAT(extensionRows(), IsEmpty());
+    EXPECT_THAT(groups(), IsEmpty());
+    own.remove(oid);
+    deleteCategory(category);
+    pumpAll();
+    EXPECT_EQ(nothing, receiver.heard());
+}
+
+TEST_P(Watching, IsNotMisledByTheNotificationsOfItsOwnTables) {
+    manager.closeDB();
+    ASSERT_EQ(S_OK, manager.openDB(&manager)) << "whose window then hears of the extension rows as well";
+    DWORD oid = 0;
+    std::thread([&] {
+        OpenPhoneBook book;
+        oid = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"Family"));
+        SpeedDialInfo entry = speed_dial::dial(5).of(oid).mobile(u"010-1");
+        EXPECT_EQ(S_OK, book->insertSpeedDialInfo(5, &entry));
+        PBGroupInfo group;
+        group.strName = u"Family";
+        EXPECT_EQ(S_OK, book->insertAvailablePBGroup(&group, true));
+    }).join();
+    pumpAll();
+    EXPECT_THAT(
+        extensionRows(),
+        ElementsAre(ExtensionRow{.contact = oid, .name = u"Kim", .telNo = u"0101", .group = u"Family", .slots = 5}));
+    EXPECT_THAT(speed_dial::rows(), ElementsAre(speed_dial::Row{5, speed_dial::mobileType, u"0101"}));
+    std::thread([&] {
+        OpenPhoneBook book;
+        EXPECT_EQ(S_OK, book->deletePBRecord(oid));
+    }).join();
+    pumpAll();
+    EXPECT_THAT(extensionRows(), IsEmpty());
+    EXPECT_THAT(groups(), ElementsAre(Group(1, u"Family")));
+}
+
+TEST_P(Watching, HearsThroughAReceiverOnAnotherThread) {
+    std::unique_ptr<Receiver> theirs;
+    std::promise<void> ready;
+    std::thread listener([&] {
+        theirs = std::make_unique<Receiver>();
+        bool heard = false;
+        theirs->whenHeard = [&] {
+            heard = true;
+            PostMessage(theirs->GetSafeHwnd(), WM_APP, 0, 0);
+        };
+        ready.set_value();
+        MSG message;
+        while (!heard && GetMessage(&message))
+            DispatchMessage(&message);
+        EXPECT_EQ(once, theirs->heard());
+        theirs.reset();
+    });
+    ready.get_future().wait();
+    manager.registerNotificationReceiver(theirs.get());
+    elsewhere(1, [] { addCategory(u"Family", 3); });
+    listener.join();
+    manager.registerNotificationReceiver(nullptr);
+}
+
+/// Another process, which works on the store once it is told to.
+Forked otherProcess(const std::string& path, const std::function<bool()>& work) {
+    return Forked([=](Line& parent) {
+        parent.hear<char>();
+        if (!ObjectStore::mount(path, testing_support::quickOptions()) || !work()) throw std::runtime_error("failed");
+        ObjectStore::unmount();
+    });
+}
+
+/// The contact that was filed there, by its name.
+CEOID contactNamed(std::u16string_view name) {
+    const OtherProgram program;
+    const auto all = program.items();
+    for (int i = 1; i <= testing_support::countOf(all); ++i) {
+        const ComPtr<IContact> found = testing_support::itemOf(all, i);
+        if (testing_support::nameOf(found) == name) return testing_support::oidOf(found);
+    }
+    return 0;
+}
+
+TEST(WatchingAnotherProcess, FollowsAllThatItDoes) {
+    const testing_support::TemporaryFolder folder;
+    const std::string path = (folder / "store.db").string();
+    Forked adding = otherProcess(path, [] {
+        const OtherProgram other;
+        OpenPhoneBook book;
+        return other.addFiled(u"Kim", u"Family, Work", u"010-1") != 0 && other.addFiled(u"Lee", u"Family") != 0 &&
+               book.add(contact().name(u"Park").group(u"Work").bell(u"ding")) != 0 && addCategory(u"Family", 3) != 0;
+    });
+    Forked changing = otherProcess(path, [] {
+        const OtherProgram other;
+        other.file(contactNamed(u"Kim"), u"Work");
+        other.remove(contactNamed(u"Lee"));
+        const auto all = following::openBeside(PBDBTBL_CATEGORIES);
+        CCeDBProp family = CCeDBProp::ofText(0x4001, u"Family");
+        return all->deleteRecord(family) == S_OK;
+    });
+    ASSERT_TRUE(ObjectStore::mount(path, testing_support::quickOptions()));
+    {
+        Receiver receiver;
+        Manager manager;
+        ASSERT_EQ(S_OK, manager.initDB(true));
+        manager.registerNotificationReceiver(&receiver);
+
+        adding.line().say('g');
+        pump(4);
+        const CEOID kim = contactNamed(u"Kim");
+        const CEOID lee = contactNamed(u"Lee");
+        const CEOID park = contactNamed(u"Park");
+        EXPECT_THAT(extensionRows(),
+                    testing::UnorderedElementsAre(
+                        ExtensionRow{.contact = kim, .name = u"Kim", .telNo = u"0101", .group = u"Family"},
+                        ExtensionRow{.contact = lee, .name = u"Lee", .group = u"Family"},
+                        ExtensionRow{.contact = park, .name = u"Park", .group = u"Work", .bell = u"ding"}));
+        EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+        EXPECT_EQ(once, receiver.heard());
+
+        changing.line().say('g');
+        pump(3);
+        EXPECT_THAT(extensionRows(),
+                    testing::UnorderedElementsAre(
+                        ExtensionRow{.contact = kim, .name = u"Kim", .telNo = u"0101", .group = u""},
+                        ExtensionRow{.contact = park, .name = u"Park", .group = u"Work", .bell = u"ding"}));
+        EXPECT_THAT(groups(), IsEmpty());
+        EXPECT_EQ(once, receiver.heard());
+    }
+    ObjectStore::unmount();
+    EXPECT_EQ(0, adding.wait());
+    EXPECT_EQ(0, changing.wait());
+}
+
+}  // namespace
+}  // namespace PhoneBook

@@ -1,0 +1,375 @@
+#include <future>
+#include <sys/wait.h>
+#include <thread>
+#include <tuple>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "tessera/platform/objectstore/ObjectStore.h"
+#include "tessera/platform/port/WaitSet.h"
+#include "tessera/platform/windows/CWnd.h"
+#include "tessera/platform/windows/Messages.h"
+#include "tests/platform/objectstore/StoreTest.h"
+
+namespace objectstore_test {
+namespace {
+
+using Platform::port::isReadable;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_support::quickOptions;
+using testing_support::TemporaryFolder;
+
+constexpr UINT created = 0x401;
+constexpr UINT deleted = 0x403;
+constexpr UINT changed = 0x406;
+
+/// The request's parameter, what happened, and to which record.
+using Heard = std::tuple<DWORD, UINT, CEOID>;
+
+/// A window that notes the notifications that it is sent, and frees them.
+class ListeningWindow : public CWnd {
+public:
+    ListeningWindow() { EXPECT_TRUE(CreateEx(0, AfxRegisterWndClass(0), u"listener", 0, 0, 0, 0, 0, 0, 0, nullptr)); }
+    ~ListeningWindow() override { DestroyWindow(); }
+
+    /// Pumps what there is to pump.
+    std::vector<Heard> hear() {
+        MSG message;
+        while (PeekMessage(&message))
+            DispatchMessage(&message);
+        return std::exchange(heard_, {});
+    }
+    /// Waits for that many.
+    std::vector<Heard> hear(std::size_t count) {
+        MSG message;
+        while (heard_.size() < count && GetMessage(&message))
+            DispatchMessage(&message);
+        return std::exchange(heard_, {});
+    }
+
+protected:
+    const MessageEntry* findHandler(UINT message) const override {
+        static const MessageEntry handler{WM_DBNOTIFICATION, [](CWnd& window, WPARAM, LPARAM lParam) -> LRESULT {
+                                              static_cast<ListeningWindow&>(window).note(lParam);
+                                              return 0;
+                                          }};
+        return message == WM_DBNOTIFICATION ? &handler : CWnd::findHandler(message);
+    }
+
+private:
+    void note(LPARAM lParam) {
+        auto* notification = reinterpret_cast<CENOTIFICATION*>(lParam);
+        heard_.emplace_back(notification->dwParam, notification->uType, notification->oid);
+        const CENOTIFYREQUEST request{};
+        EXPECT_TRUE(CeFreeNotification(&request, notification));
+    }
+
+    std::vector<Heard> heard_;
+};
+
+/// A handle that has a window told of a database's changes.
+class Subscription {
+public:
+    Subscription(const WCHAR* database, const CWnd& window, DWORD param = 0) {
+        const CENOTIFYREQUEST request{sizeof(CENOTIFYREQUEST), window.GetSafeHwnd(), CEDB_EXNOTIFICATION, 0, param};
+        CEOID oid = 0;
+        handle_ = CeOpenDatabaseEx2(&oid, database, 0, 0, 0, &request);
+        EXPECT_NE(handle_, INVALID_HANDLE_VALUE) << ObjectStore::errorText();
+    }
+    ~Subscription() { CloseHandle(handle_); }
+    Subscription(const Subscription&) = delete;
+    Subscription& operator=(const Subscription&) = delete;
+
+private:
+    HANDLE handle_;
+};
+
+CEOID addElsewhere(const WCHAR* database = u"Rows") {
+    CEOID oid = 0;
+    std::thread([&] { oid = OpenDatabase(database).add(Row().number(1)); }).join();
+    return oid;
+}
+
+class Notifications : public StoreTest {
+protected:
+    Notifications() {
+        makeDatabase(u"Rows");
+        makeDatabase(u"Others");
+    }
+};
+INSTANTIATE_TEST_SUITE_P(BothStores, Notifications, bothStores, nameOfKind);
+
+TEST_P(Notifications, TellOfEachRecordThatAnotherThreadWritesInTheOrderOfTheWriting) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window, 7);
+    CEOID first = 0;
+    CEOID second = 0;
+    std::thread([&] {
+        OpenDatabase rows(u"Rows");
+        first = rows.add(Row().number(1));
+        second = rows.add(Row().number(2));
+        rows.write(first, Row().number(3));
+        rows.erase(second);
+    }).join();
+
+    EXPECT_THAT(window.hear(), ElementsAre(Heard(7, created, first), Heard(7, created, second),
+                                           Heard(7, changed, first), Heard(7, deleted, second)));
+    EXPECT_THAT(window.hear(), IsEmpty());
+}
+
+TEST_P(Notifications, AreNotOfWhatTheWindowsOwnThreadDoes) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+
+    OpenDatabase(u"Rows").add(Row().number(1));
+    EXPECT_THAT(window.hear(), IsEmpty());
+    const CEOID theirs = addElsewhere();
+    OpenDatabase(u"Rows").add(Row().number(1));
+
+    EXPECT_THAT(window.hear(), ElementsAre(Heard(0, created, theirs)));
+}
+
+TEST_P(Notifications, AreOfTheDatabaseThatTheHandleIsOpenOn) {
+    ListeningWindow window;
+    const Subscription rows(u"Rows", window, 1);
+    const Subscription others(u"Others", window, 2);
+    const Subscription rowsAgain(u"Rows", window, 3);
+
+    const CEOID other = addElsewhere(u"Others");
+    const CEOID row = addElsewhere(u"Rows");
+
+    EXPECT_THAT(window.hear(), ElementsAre(Heard(2, created, other), Heard(1, created, row), Heard(3, created, row)));
+}
+
+TEST_P(Notifications, BeginWithTheOpeningOfTheHandle) {
+    ListeningWindow window;
+    addElsewhere();
+    const Subscription early(u"Rows", window, 1);
+    const CEOID second = addElsewhere();
+    const Subscription late(u"Rows", window, 2);
+    const CEOID third = addElsewhere();
+
+    EXPECT_THAT(window.hear(),
+                ElementsAre(Heard(1, created, second), Heard(1, created, third), Heard(2, created, third)));
+}
+
+TEST_P(Notifications, OfABatchComeWhenItHasEnded) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    std::promise<void> written;
+    std::promise<void> heardSoFar;
+    std::thread writer([&] {
+        OpenDatabase rows(u"Rows");
+        const ObjectStoreBatch batch;
+        rows.add(Row().number(1));
+        rows.add(Row().number(2));
+        written.set_value();
+        heardSoFar.get_future().wait();
+    });
+    written.get_future().wait();
+    EXPECT_THAT(window.hear(), IsEmpty());
+    heardSoFar.set_value();
+
+    EXPECT_EQ(window.hear(2).size(), 2u);
+    writer.join();
+}
+
+TEST_P(Notifications, WaitForTheEndOfABatchOfTheThreadsOwn) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    const CEOID theirs = addElsewhere();
+    {
+        const ObjectStoreBatch batch;
+        OpenDatabase(u"Rows").add(Row().number(1));
+        EXPECT_THAT(window.hear(), IsEmpty());
+    }
+    EXPECT_THAT(window.hear(), ElementsAre(Heard(0, created, theirs)));
+}
+
+TEST_P(Notifications, EndWithTheHandle) {
+    ListeningWindow window;
+    {
+        const Subscription subscription(u"Rows", window);
+        addElsewhere();
+        EXPECT_EQ(window.hear().size(), 1u);
+    }
+    addElsewhere();
+    EXPECT_THAT(window.hear(), IsEmpty());
+
+    const Subscription again(u"Rows", window);
+    addElsewhere();
+    EXPECT_EQ(window.hear().size(), 1u);
+}
+
+TEST_P(Notifications, EndWithTheWindowAndWhatWaitsIsFreed) {
+    ListeningWindow staying;
+    auto ending = std::make_unique<ListeningWindow>();
+    const Subscription first(u"Rows", *ending, 1);
+    const Subscription second(u"Rows", staying, 2);
+    addElsewhere();
+    MSG message;
+    ASSERT_TRUE(PeekMessage(&message));  // all are in the queue now, one of the ending window's taken out of it
+    DispatchMessage(&message);
+    addElsewhere();
+
+    ending.reset();
+
+    addElsewhere();
+    for (const Heard& heard : staying.hear())
+        EXPECT_EQ(std::get<0>(heard), 2u);
+}
+
+TEST_P(Notifications, WakeAThreadThatWaits) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    CEOID theirs = 0;
+    std::thread other([&] { theirs = OpenDatabase(u"Rows").add(Row().number(1)); });
+
+    const auto heard = window.hear(1);
+
+    other.join();
+    EXPECT_THAT(heard, ElementsAre(Heard(0, created, theirs)));
+}
+
+TEST_P(Notifications, MakeTheQueuesDescriptorReadableUntilTheyArePumped) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    window.hear();
+    EXPECT_FALSE(isReadable(messageQueueFd()));
+
+    addElsewhere();
+    EXPECT_TRUE(isReadable(messageQueueFd()));
+
+    EXPECT_EQ(window.hear().size(), 1u);
+    EXPECT_FALSE(isReadable(messageQueueFd()));
+}
+
+TEST_P(Notifications, ComeOnTheWindowsThreadWhereverTheHandleWasOpened) {
+    ListeningWindow window;
+    std::unique_ptr<Subscription> subscription;
+    std::thread([&] { subscription = std::make_unique<Subscription>(u"Rows", window, 5); }).join();
+
+    const CEOID theirs = addElsewhere();
+
+    EXPECT_THAT(window.hear(), ElementsAre(Heard(5, created, theirs)));
+}
+
+TEST_P(Notifications, NoneIsLostOfManyAtOnce) {
+    constexpr int many = 2'000;
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    std::thread([&] {
+        OpenDatabase rows(u"Rows");
+        const ObjectStoreBatch batch;
+        for (int i = 0; i < many; ++i)
+            rows.add(Row().number(i));
+    }).join();
+
+    const std::vector<Heard> heard = window.hear();
+
+    EXPECT_EQ(heard.size(), std::size_t{many});
+    EXPECT_TRUE(std::ranges::is_sorted(heard));
+}
+
+TEST_P(Notifications, AreNotHeldBackByManyChangesThatConcernNoWindow) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    CEOID row = 0;
+    std::thread([&] {
+        OpenDatabase rows(u"Rows");
+        OpenDatabase others(u"Others");
+        const ObjectStoreBatch batch;
+        for (int i = 0; i < 2'000; ++i)
+            others.add(Row().number(i));
+        row = rows.add(Row().number(1));
+    }).join();
+
+    EXPECT_THAT(window.hear(), ElementsAre(Heard(0, created, row)));
+}
+
+TEST_P(Notifications, GoOnWithTheOldestThatTheLogKeepsAfterALongSilence) {
+    ListeningWindow window;
+    const Subscription subscription(u"Rows", window);
+    CEOID last = 0;
+    std::thread([&] {
+        OpenDatabase rows(u"Rows");
+        OpenDatabase others(u"Others");
+        const ObjectStoreBatch batch;
+        for (int i = 0; i < 200; ++i)
+            rows.add(Row().number(i));
+        const CEOID other = others.add(Row().number(0));
+        for (int i = 1; i < 99'900; ++i)
+            others.write(other, Row().number(i));
+        last = rows.add(Row().number(200));
+    }).join();
+
+    const std::vector<Heard> heard = window.hear();
+
+    EXPECT_EQ(heard.size(), 100u) << "of the last 100,000 changes";
+    EXPECT_EQ(heard.back(), Heard(0, created, last));
+}
+
+TEST_P(Notifications, OfAWindowThatDoesNotExistAreNoError) {
+    auto window = std::make_unique<ListeningWindow>();
+    window->DestroyWindow();
+    const Subscription subscription(u"Rows", *window);
+    addElsewhere();
+    EXPECT_THAT(window->hear(), IsEmpty());
+}
+
+TEST(NotificationsOfAnotherStore, ComeAfterTheFirstOneWasLetGo) {
+    ListeningWindow window;
+    auto first = std::make_unique<testing_support::MemoryStoreMount>();
+    makeDatabase(u"Rows");
+    auto subscription = std::make_unique<Subscription>(u"Rows", window, 1);
+    addElsewhere();
+    first.reset();
+
+    const testing_support::MemoryStoreMount second;
+    makeDatabase(u"Rows");
+    addElsewhere();
+    EXPECT_THAT(window.hear(), IsEmpty());
+    subscription.reset();
+    const Subscription again(u"Rows", window, 2);
+    addElsewhere();
+    EXPECT_EQ(window.hear().size(), 1u);
+}
+
+TEST(NotificationsOfAnotherProcess, WakeAThreadThatWaits) {
+    const TemporaryFolder folder;
+    const std::string path = (folder / "store.db").string();
+    int go[2];
+    ASSERT_EQ(::pipe(go), 0);
+    const pid_t child = ::fork();  // before this process has a store open
+    if (child == 0) {
+        char told = 0;
+        if (::read(go[0], &told, 1) != 1 || ObjectStore::mount(path, quickOptions()) == FALSE) ::_exit(1);
+        const CEOID made = OpenDatabase(u"Rows").add(Row().number(1));
+        ObjectStore::unmount();
+        ::_exit(made == 0 ? 1 : 0);
+    }
+    ASSERT_TRUE(ObjectStore::mount(path, quickOptions()));
+    makeDatabase(u"Rows");
+    {
+        ListeningWindow window;
+        const Subscription subscription(u"Rows", window, 9);
+        ASSERT_EQ(::write(go[1], "!", 1), 1);
+
+        const auto heard = window.hear(1);
+
+        ASSERT_EQ(heard.size(), 1u);
+        EXPECT_EQ(std::get<0>(heard.front()), 9u);
+        EXPECT_EQ(OpenDatabase(u"Rows").readRecord(std::get<2>(heard.front())).number(), 1);
+        int status = -1;
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    ObjectStore::unmount();
+    ::close(go[0]);
+    ::close(go[1]);
+}
+
+}  // namespace
+}  // namespace objectstore_test
