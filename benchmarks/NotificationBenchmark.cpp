@@ -108,6 +108,7 @@ struct WriteTimes {
 class WritingProcess {
 public:
     WritingProcess() {
+        static_cast<void>(FreshStore::path());  // which both processes then have in common
         if (::pipe(go_) != 0 || ::pipe(done_) != 0) throw std::runtime_error("no pipe");
         process_ = ::fork();
         if (process_ == 0) work();
