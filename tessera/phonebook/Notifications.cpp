@@ -88,12 +88,18 @@ HRESULT PhoneBookDBMgr::follow(const CENOTIFICATION& notification) {
 
 // Contacts
 
+// Most changes leave nothing to do, as when whoever made a contact has made its row as well. That is seen without
+// the store's turn for writing, which others may have for long; with it, it is looked at again.
+
 HRESULT PhoneBookDBMgr::onCEOIDCreatedContacts(const CENOTIFICATION* notification) {
     if (notification == nullptr) return E_POINTER;
-    return writingOperation([&] { return makeExtensionRow(notification->oid); });
+    const HRESULT looked = operation([&] { return makeExtensionRow(notification->oid, Pass::looking); });
+    if (looked != S_FALSE) return looked;
+    return writingOperation([&] { return makeExtensionRow(notification->oid, Pass::writing); });
 }
 
-HRESULT PhoneBookDBMgr::makeExtensionRow(DWORD contactOid) {
+/// S_FALSE when a pass that only looks finds the row missing.
+HRESULT PhoneBookDBMgr::makeExtensionRow(DWORD contactOid, Pass pass) {
     const TableInUse contacts(*this, PBDBTBL_POLCONTACTS);
     if (!contacts.isOpen()) return E_FAIL;
     CString categories;
@@ -107,7 +113,7 @@ HRESULT PhoneBookDBMgr::makeExtensionRow(DWORD contactOid) {
     DWORD rowOid = 0;
     CCeDBRecord row;
     const HRESULT query = findExtensionRow(contactOid, rowOid, row);
-    if (query != S_FALSE) return query;  // whoever made the contact has made its row as well, or it failed
+    if (query != S_FALSE || pass == Pass::looking) return query;
     PBRecord record;
     record.dwCITypeMask = contactFieldsMask;
     // Its mask says what was found, and a contact with categories has something.
@@ -118,10 +124,13 @@ HRESULT PhoneBookDBMgr::makeExtensionRow(DWORD contactOid) {
 
 HRESULT PhoneBookDBMgr::onCEOIDChangedContacts(const CENOTIFICATION* notification) {
     if (notification == nullptr) return E_POINTER;
-    return writingOperation([&] { return clearLostGroup(notification->oid); });
+    const HRESULT looked = operation([&] { return clearLostGroup(notification->oid, Pass::looking); });
+    if (looked != S_FALSE) return looked;
+    return writingOperation([&] { return clearLostGroup(notification->oid, Pass::writing); });
 }
 
-HRESULT PhoneBookDBMgr::clearLostGroup(DWORD contactOid) {
+/// S_FALSE when a pass that only looks finds the group lost.
+HRESULT PhoneBookDBMgr::clearLostGroup(DWORD contactOid, Pass pass) {
     const TableInUse extension(*this, PBDBTBL_PHONEBOOKEXT);
     if (!extension.isOpen()) return E_FAIL;
     DWORD rowOid = 0;
@@ -134,6 +143,7 @@ HRESULT PhoneBookDBMgr::clearLostGroup(DWORD contactOid) {
     if (result = readCategories(contactOid, categories); FAILED(result)) return result;
     const CString group = getPBGroupName(categories, groupOf(row));
     if (group == groupOf(row)) return result;
+    if (pass == Pass::looking) return S_FALSE;
     row.replaceProp(CCeDBProp::ofText(identOfExtension(PBDBATTR_GROUP), group));
     return tables_[PBDBTBL_PHONEBOOKEXT]->updateRecord(rowOid, &row, 0, nullptr);
 }

@@ -392,8 +392,9 @@ private:
 
     class TableInUse;
     HRESULT follow(const CENOTIFICATION& notification);
-    HRESULT makeExtensionRow(DWORD contactOid);
-    HRESULT clearLostGroup(DWORD contactOid);
+    enum class Pass { looking, writing };
+    HRESULT makeExtensionRow(DWORD contactOid, Pass pass);
+    HRESULT clearLostGroup(DWORD contactOid, Pass pass);
     HRESULT dropExtensionRow(DWORD contactOid);
     HRESULT makeGroupOf(DWORD categoryOid, std::optional<std::int16_t>& groupId);
     HRESULT dropGroupOf(DWORD categoryOid, bool& hasGroup);

@@ -1,6 +1,9 @@
+#include <chrono>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -382,6 +385,29 @@ TEST(FollowingWithoutSpeedDial, DeletesTheRowOfAContactThatIsGoneAndFailsOverIts
     EXPECT_EQ(E_FAIL, follow(contact().name(u"Kim").slots(5)));
     EXPECT_EQ(S_OK, follow(contact().name(u"Kim").group(u"Family")));
     EXPECT_EQ(S_OK, follow(contact().name(u"Kim").slots(0x09'00'00'00))) << "the slot of no number";
+}
+
+TEST(FollowingContactsBesideAWriter, WhoeverHasNothingToDoNeedNotWaitForIt) {
+    ObjectStore::Options impatient = testing_support::quickOptions();
+    impatient.writerWait = std::chrono::milliseconds(1);
+    const testing_support::TemporaryStore store(impatient);
+    OpenPhoneBook book;
+    const CENOTIFICATION notification = notificationOf(book.add(contact().name(u"Kim").group(u"Family")));
+    ASSERT_EQ(S_OK, book->onCEOIDChangedContacts(&notification));  // the first look at the rows sorts them
+    std::promise<void> isBusy;
+    std::promise<void> mayEnd;
+    std::thread writer([&] {
+        const ObjectStoreBatch batch;
+        isBusy.set_value();
+        mayEnd.get_future().wait();
+    });
+    isBusy.get_future().wait();
+
+    EXPECT_EQ(S_OK, book->onCEOIDCreatedContacts(&notification));
+    EXPECT_EQ(S_OK, book->onCEOIDChangedContacts(&notification));
+
+    mayEnd.set_value();
+    writer.join();
 }
 
 }  // namespace
