@@ -29,7 +29,7 @@ struct Deletion {
 
 /// All in which the iterators are meant to differ.
 struct IteratorTraits {
-    bool readsRecords;             ///< Else getRecord and getRecordAt are not implemented.
+    bool readsRecords;             ///< Else getRecord and getRecordAt answer E_NOTIMPL.
     bool readsProperties;          ///< Else a property is always empty: contacts are read as text only.
     bool textAtTakesAnIdentifier;  ///< getStringAt takes its number for an object identifier, not for an index.
     bool hasItsOwnPlace;           ///< Else it moves its table's, which the table's other iterators stand at too.
