@@ -160,8 +160,7 @@ bool CeDBIterator::readRecord(DWORD oid, CCeDBRecord& record) {
 
 CCeDBProp CeDBIterator::propOf(const CCeDBRecord& record, int attrIdx) {
     if (attrIdx >= record.getNumProps()) return {};  // a record with fewer properties has none there: meant so
-    const CCeDBProp* prop = record.findProp(table->getAttrIdent(attrIdx));
-    return prop != nullptr ? *prop : CCeDBProp();
+    return record.getProp(table->getAttrIdent(attrIdx));
 }
 
 }  // namespace Database

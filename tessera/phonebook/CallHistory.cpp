@@ -123,10 +123,7 @@ HRESULT PhoneBookDBMgr::queryCallEntry(DWORD oid, CallEntry* entry) {
         CCeDBRecord row;
         if (cedbTable(PBDBTBL_CALLHISTORY)->getRecord(oid, &row) != S_OK) return E_FAIL;
         const DWORD flags = entry->dwFlags;
-        const auto propAt = [&](int attr) {
-            const CCeDBProp* prop = row.findProp(attrOfCall(attr).getIdent());
-            return prop != nullptr ? *prop : CCeDBProp();
-        };
+        const auto propAt = [&](int attr) { return row.getProp(attrOfCall(attr).getIdent()); };
         fillEntry(*entry, propAt);
         // The flags of a row without any, which is also how a row that is not there reads, stay: meant so.
         if (propAt(callFlags).isEmpty()) entry->dwFlags = flags;

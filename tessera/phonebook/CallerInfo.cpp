@@ -5,6 +5,7 @@
 #include "tessera/database/Guarded.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tessera/phonebook/SpeedDialRow.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/TelNo.h"
 
@@ -113,10 +114,9 @@ HRESULT PhoneBookDBMgr::getCallerInfo(DWORD& oid, CString& /*text*/, PBRecord* r
     if ((record->dwCITypeMask & dwExtensionMask_) == 0) return S_FALSE;
 
     const Database::RecordDef& schema = aRecDef_[PBDBTBL_PHONEBOOKEXT];
-    CCeDBProp key = CCeDBProp::ofUI4(schema.getAttrIdent(0), oid);
     DWORD rowOid = 0;
     CCeDBRecord row;
-    const HRESULT query = tables_[PBDBTBL_PHONEBOOKEXT]->queryRecord(key, &rowOid, &row);
+    const HRESULT query = findExtensionRow(oid, rowOid, &row);
     DWORD filled = 0;
     for (const PBAttribute& attribute : aPBAttribute_) {
         if (attribute.place.nTableID != PBDBTBL_PHONEBOOKEXT) continue;
@@ -125,8 +125,8 @@ HRESULT PhoneBookDBMgr::getCallerInfo(DWORD& oid, CString& /*text*/, PBRecord* r
             continue;
         }
         if ((record->dwCITypeMask & attribute.mask) == 0) continue;
-        const CCeDBProp* value = row.findProp(schema.getAttrIdent(attribute.place.nAttrIdx));
-        if (fillFromRow(*record, attribute, value != nullptr ? *value : CCeDBProp())) filled |= attribute.mask;
+        const CCeDBProp& value = row.getProp(schema.getAttrIdent(attribute.place.nAttrIdx));
+        if (fillFromRow(*record, attribute, value)) filled |= attribute.mask;
     }
     if (query != S_OK) return FAILED(query) ? query : E_FAIL;
     if (found != nullptr) *found = filled;
@@ -137,14 +137,12 @@ HRESULT PhoneBookDBMgr::getCallerInfo(DWORD& oid, CString& /*text*/, PBRecord* r
 HRESULT PhoneBookDBMgr::queryCID(DWORD speedDialId, CString* telNo) {
     return operation([&]() -> HRESULT {
         if (!isTableOpen(PBDBTBL_SPEEDDIALNO) || telNo == nullptr) return E_FAIL;
-        const Database::RecordDef& schema = aRecDef_[PBDBTBL_SPEEDDIALNO];
-        CCeDBProp key = CCeDBProp::ofI2(schema.getAttrIdent(0), static_cast<std::int16_t>(speedDialId));
+        CCeDBProp key = slotProp(speedDialId);
         CCeDBRecord row;
         DWORD rowOid = 0;
         const HRESULT result = tables_[PBDBTBL_SPEEDDIALNO]->queryRecord(key, &rowOid, &row);
         if (result != S_OK) return result;
-        const CCeDBProp* number = row.findProp(schema.getAttrIdent(2));
-        *telNo = number == nullptr ? CString() : PhoneBook::makeCNIP(number->getText());
+        *telNo = PhoneBook::makeCNIP(row.getProp(identOfSpeedDial(sdialTelNo)).getText());
         return S_OK;
     });
 }

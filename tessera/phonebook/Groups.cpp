@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 
+#include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/RowFields.h"
@@ -17,7 +18,6 @@ namespace {
 
 /// The groups table's attributes that are told apart.
 enum GroupAttr : WORD { groupId = 0, groupName = 1, groupReject = 2 };
-constexpr int extGroup = 3;
 
 /// The members in the order of the table's attributes.
 constexpr std::array<RowField<PBGroupInfo>, 7> groupFields = {{
@@ -228,7 +228,7 @@ HRESULT PhoneBookDBMgr::modifyPBGroupInPBRecord(const CString& oldName, const CS
         if (oldName == newName) return S_OK;
         CeDBTable* extensions = reopenSortedBy(PBDBTBL_PHONEBOOKEXT, extGroup);
         if (extensions == nullptr) return E_FAIL;
-        const WORD ident = extensions->getAttrIdent(extGroup);
+        const WORD ident = identOfExtension(extGroup);
         CCeDBProp key = CCeDBProp::ofText(ident, oldName);
         const std::unique_ptr<Iterator> members(getIterator(UINT{PBDBATTR_GROUP}, &key, &key));
         if (members == nullptr) return E_FAIL;

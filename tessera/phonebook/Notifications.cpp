@@ -3,6 +3,7 @@
 
 #include "tessera/common/CommaSepValList.h"
 #include "tessera/database/ContactItem.h"
+#include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/model/FieldText.h"
@@ -23,15 +24,9 @@ constexpr UINT groupsChanged = WM_APP + 0x778;
 constexpr DWORD contactFieldsMask = 0x00000FFF;
 constexpr DWORD groupMask = adwCITypeMaskMap_[PBDBATTR_GROUP];
 constexpr DWORD slotsOfNumbersMask = 0x00FFFFFF;
-constexpr int slotsOfARecord = 3;
-
-WORD identOfExtension(PBDBAttrID attribute) {
-    return aRecDef_[PBDBTBL_PHONEBOOKEXT].getAttrIdent(getAttrIDInTable(attribute));
-}
 
 CString groupOf(const CCeDBRecord& extensionRow) {
-    const CCeDBProp* group = extensionRow.findProp(identOfExtension(PBDBATTR_GROUP));
-    return group != nullptr ? group->getText() : CString();
+    return extensionRow.getProp(identOfExtension(extGroup)).getText();
 }
 
 }  // namespace
@@ -112,7 +107,7 @@ HRESULT PhoneBookDBMgr::makeExtensionRow(DWORD contactOid, Pass pass) {
     if (!extension.isOpen()) return E_FAIL;
     DWORD rowOid = 0;
     CCeDBRecord row;
-    const HRESULT query = findExtensionRow(contactOid, rowOid, row);
+    const HRESULT query = findExtensionRow(contactOid, rowOid, &row);
     if (query != S_FALSE || pass == Pass::looking) return query;
     PBRecord record;
     record.dwCITypeMask = contactFieldsMask;
@@ -135,7 +130,7 @@ HRESULT PhoneBookDBMgr::clearLostGroup(DWORD contactOid, Pass pass) {
     if (!extension.isOpen()) return E_FAIL;
     DWORD rowOid = 0;
     CCeDBRecord row;
-    HRESULT result = findExtensionRow(contactOid, rowOid, row);
+    HRESULT result = findExtensionRow(contactOid, rowOid, &row);
     if (FAILED(result)) return result;
     const TableInUse contacts(*this, PBDBTBL_POLCONTACTS);
     if (!contacts.isOpen()) return E_FAIL;
@@ -144,7 +139,7 @@ HRESULT PhoneBookDBMgr::clearLostGroup(DWORD contactOid, Pass pass) {
     const CString group = getPBGroupName(categories, groupOf(row));
     if (group == groupOf(row)) return result;
     if (pass == Pass::looking) return S_FALSE;
-    row.replaceProp(CCeDBProp::ofText(identOfExtension(PBDBATTR_GROUP), group));
+    row.replaceProp(CCeDBProp::ofText(identOfExtension(extGroup), group));
     return tables_[PBDBTBL_PHONEBOOKEXT]->updateRecord(rowOid, &row, 0, nullptr);
 }
 
@@ -158,23 +153,20 @@ HRESULT PhoneBookDBMgr::dropExtensionRow(DWORD contactOid) {
     if (!extension.isOpen()) return E_FAIL;
     DWORD rowOid = 0;
     CCeDBRecord row;
-    if (const HRESULT query = findExtensionRow(contactOid, rowOid, row); query != S_OK)
+    if (const HRESULT query = findExtensionRow(contactOid, rowOid, &row); query != S_OK)
         return FAILED(query) ? query : E_FAIL;
-    const CCeDBProp* word = row.findProp(identOfExtension(PBDBATTR_PRIVATE));
-    const DWORD slots = word != nullptr ? word->getUI4() & slotsOfNumbersMask : 0;
+    const DWORD slots = row.getProp(identOfExtension(extSlots)).getUI4() & slotsOfNumbersMask;
     HRESULT result = tables_[PBDBTBL_PHONEBOOKEXT]->deleteRecord(rowOid);
     if (slots == 0) return result;
 
     const TableInUse speedDial(*this, PBDBTBL_SPEEDDIALNO);
     if (!speedDial.isOpen()) return E_FAIL;
-    for (int i = 0; i < slotsOfARecord; ++i) {
-        const auto slot = static_cast<BYTE>(slots >> (8 * i));
-        if (slot == 0) continue;
+    forEachSlot(slots, [&](DWORD slot, DWORD) {
         SpeedDialInfo held;  // by nobody: no link is left to clear
         result = querySpeedDialInfo(slot, &held, false);
         // Whatever number it holds by now: the contact is gone.
         if (SUCCEEDED(result)) result = deleteSpeedDialInfo(slot, &held);
-    }
+    });
     return result;
 }
 
@@ -192,12 +184,12 @@ HRESULT PhoneBookDBMgr::renameLostGroup(DWORD contactOid) {
     if (const HRESULT result = readCategories(contactOid, categories); FAILED(result)) return result;
     DWORD rowOid = 0;
     CCeDBRecord row;
-    if (findExtensionRow(contactOid, rowOid, row) != S_OK) return E_FAIL;
-    if (row.findProp(identOfExtension(PBDBATTR_GROUP)) == nullptr) return E_FAIL;
+    if (findExtensionRow(contactOid, rowOid, &row) != S_OK) return E_FAIL;
+    if (row.findProp(identOfExtension(extGroup)) == nullptr) return E_FAIL;
     CString before = groupOf(row);
     const CString after = getPBGroupName(categories, before);
     if (after == before) return S_OK;
-    row.replaceProp(CCeDBProp::ofText(identOfExtension(PBDBATTR_GROUP), after));
+    row.replaceProp(CCeDBProp::ofText(identOfExtension(extGroup), after));
     static_cast<void>(tables_[PBDBTBL_PHONEBOOKEXT]->updateRecord(rowOid, &row, 0, nullptr));
     // The entry takes the name that is left to the contact, and with it all members: meant so.
     PBGroupInfo group;
@@ -206,14 +198,6 @@ HRESULT PhoneBookDBMgr::renameLostGroup(DWORD contactOid) {
         static_cast<void>(writeAvailablePBGroup(before, &group));
     }
     return S_OK;
-}
-
-/// S_FALSE when the contact has no row.
-HRESULT PhoneBookDBMgr::findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord& row) {
-    if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
-    CeDBTable* const extension = cedbTable(PBDBTBL_PHONEBOOKEXT);
-    CCeDBProp key = CCeDBProp::ofUI4(extension->getAttrIdent(0), contactOid);
-    return extension->queryRecord(key, &rowOid, &row);
 }
 
 HRESULT PhoneBookDBMgr::readCategories(DWORD contactOid, CString& categories) {
@@ -248,12 +232,10 @@ HRESULT PhoneBookDBMgr::makeGroupOf(DWORD categoryOid, std::optional<std::int16_
     const HRESULT read = table.getRecord(categoryOid, &category);
     if (read != S_OK || category.getNumProps() == 0) return read;
 
-    const CCeDBProp* name = category.findProp(table.getAttrIdent(0));
-    const CCeDBProp* id = category.findProp(table.getAttrIdent(1));
-    groupId = id != nullptr ? id->getI2() : std::int16_t{0};
+    groupId = category.getProp(table.getAttrIdent(1)).getI2();
     PBGroupInfo group;
     group.dwID = static_cast<DWORD>(*groupId);
-    if (name != nullptr) group.strName = name->getText();
+    group.strName = category.getProp(table.getAttrIdent(0)).getText();
     const TableInUse groups(*this, PBDBTBL_AVAILABLEPBGROUP);
     return writeAvailablePBGroup(group.dwID, &group, dwKeepIdAndName_);
 }

@@ -399,7 +399,7 @@ private:
     HRESULT makeGroupOf(DWORD categoryOid, std::optional<std::int16_t>& groupId);
     HRESULT dropGroupOf(DWORD categoryOid, bool& hasGroup);
     HRESULT renameLostGroup(DWORD contactOid);
-    HRESULT findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord& row);
+    HRESULT findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord* row);
     HRESULT readCategories(DWORD contactOid, CString& categories);
     void tellReceiver();
 

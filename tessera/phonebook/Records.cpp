@@ -7,8 +7,10 @@
 #include "tessera/database/Guarded.h"
 #include "tessera/database/PBGroupIterator.h"
 #include "tessera/database/ScanIterator.h"
+#include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tessera/phonebook/RowFields.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/TelNo.h"
 
@@ -23,19 +25,8 @@ namespace {
 constexpr DWORD groupMask = adwCITypeMaskMap_[PBDBATTR_GROUP];
 constexpr DWORD categoriesMask = adwCITypeMaskMap_[PBDBATTR_CATEGORIES];
 
-/// The attributes of an extension row that no record field fills.
-enum ExtensionAttr : int { extPodbOid = 0, extName = 1, extTelNo = 2, extFlags = 10 };
-constexpr WORD rowFlags = 7;
-
-/// The numbers that can have a speed-dial slot: the first three of the telephone-number flags.
-constexpr int slotsOfARecord = 3;
+/// The numbers that can have a speed-dial slot.
 constexpr DWORD slotNumbersMask = 0x1C;
-
-/// The slot of the record's i-th number, a byte of the slot word; 0 for none.
-BYTE slotOf(const PBRecord& record, int i) {
-    if ((record.dwCITypeMask & dwPrivateFlag_) == 0) return 0;
-    return static_cast<BYTE>(record.dwPrivate >> (8 * i));
-}
 
 /// The field of a record as a property of that ident.
 CCeDBProp propOfField(const PBRecord& record, const PBAttribute& attribute, WORD ident) {
@@ -154,16 +145,15 @@ HRESULT PhoneBookDBMgr::insertContact(PBRecord& record, DWORD& oid) {
 }
 
 HRESULT PhoneBookDBMgr::getExtensionRow(DWORD contactOid, PBRecord& record, CCeDBRecord& row) {
-    const Database::RecordDef& schema = aRecDef_[PBDBTBL_PHONEBOOKEXT];
     const CString primaryNumber = getPBRecordFieldStr(record, getPrimaryTelNoFlag(record));
     GatheredProps extension(*this);
     const HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_PHONEBOOKEXT, 0, record, extension.array());
     if (FAILED(result)) return result;
-    overwrite(extension.array(), extPodbOid, CCeDBProp::ofUI4(schema.getAttrIdent(extPodbOid), contactOid));
-    overwrite(extension.array(), extName, CCeDBProp::ofText(schema.getAttrIdent(extName), record.strName));
+    overwrite(extension.array(), extPodbOid, contactProp(contactOid));
+    overwrite(extension.array(), extName, CCeDBProp::ofText(identOfExtension(extName), record.strName));
     overwrite(extension.array(), extTelNo,
-              CCeDBProp::ofText(schema.getAttrIdent(extTelNo), PhoneBook::makeCNIP(primaryNumber)));
-    overwrite(extension.array(), extFlags, CCeDBProp::ofUI2(schema.getAttrIdent(extFlags), rowFlags));
+              CCeDBProp::ofText(identOfExtension(extTelNo), PhoneBook::makeCNIP(primaryNumber)));
+    overwrite(extension.array(), extFlags, CCeDBProp::ofUI2(identOfExtension(extFlags), dwRowFlags_));
     return extension.getRecord(row);
 }
 
@@ -175,11 +165,16 @@ HRESULT PhoneBookDBMgr::insertExtensionRow(DWORD contactOid, PBRecord& record) {
     return tables_[PBDBTBL_PHONEBOOKEXT]->insertRecord(&row, rowOid);
 }
 
+/// S_FALSE when the contact has no row; E_FAIL when the table is not open. `row` may be null.
+HRESULT PhoneBookDBMgr::findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord* row) {
+    if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
+    CCeDBProp key = contactProp(contactOid);
+    return tables_[PBDBTBL_PHONEBOOKEXT]->queryRecord(key, &rowOid, row);
+}
+
 HRESULT PhoneBookDBMgr::writeExtensionRow(DWORD contactOid, PBRecord& record) {
-    if (tables_[PBDBTBL_PHONEBOOKEXT] == nullptr) return E_FAIL;
-    CCeDBProp key = CCeDBProp::ofUI4(aRecDef_[PBDBTBL_PHONEBOOKEXT].getAttrIdent(extPodbOid), contactOid);
     DWORD rowOid = 0;
-    const HRESULT query = tables_[PBDBTBL_PHONEBOOKEXT]->queryRecord(key, &rowOid, nullptr);
+    const HRESULT query = findExtensionRow(contactOid, rowOid, nullptr);
     if (FAILED(query)) return query;
     if (query == S_FALSE) return insertExtensionRow(contactOid, record);
     CCeDBRecord row;
@@ -206,22 +201,21 @@ HRESULT PhoneBookDBMgr::deletePBRecord(DWORD oid) {
         PBRecord record;
         record.dwCITypeMask = slotNumbersMask | dwPrivateFlag_;
         static_cast<void>(queryCallerInfo(oid, &record));  // a contact without numbers has no slots
-        CCeDBProp key = CCeDBProp::ofUI4(aRecDef_[PBDBTBL_PHONEBOOKEXT].getAttrIdent(extPodbOid), oid);
+        CCeDBProp key = contactProp(oid);
         HRESULT result = tables_[PBDBTBL_PHONEBOOKEXT]->deleteRecord(key);
         if (FAILED(result)) return result;
         result = deleteRecord(PBDBTBL_POLCONTACTS, oid);
         if (FAILED(result)) return result;
-        for (int i = 0; i < slotsOfARecord; ++i) {
-            const DWORD flag = getTelNoAttrFlag(i);
-            const BYTE slot = slotOf(record, i);
-            if ((record.dwCITypeMask & flag) == 0 || slot == 0) continue;
+        const bool hasSlots = (record.dwCITypeMask & dwPrivateFlag_) != 0;
+        forEachSlot(hasSlots ? record.dwPrivate : 0, [&](DWORD slot, DWORD flag) {
+            if ((record.dwCITypeMask & flag) == 0) return;
             SpeedDialInfo held;  // by nobody: the contact is gone, and no link is left to clear
             result = querySpeedDialInfo(slot, &held, false);
             // A slot that holds another number by now stays.
             if (SUCCEEDED(result) && held.strTelNo == PhoneBook::makeCNIP(getPBRecordFieldStr(record, flag))) {
                 result = deleteSpeedDialInfo(slot, &held);
             }
-        }
+        });
         return result;
     });
 }

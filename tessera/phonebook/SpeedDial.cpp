@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/RowFields.h"
@@ -29,10 +30,8 @@ CCeDBRecord rowOf(DWORD id, const SpeedDialInfo& info) {
     return row;
 }
 
-/// The empty property when the row has none.
-CCeDBProp propOf(const CCeDBRecord& row, SpeedDialAttr attr) {
-    const CCeDBProp* prop = row.findProp(identOfSpeedDial(attr));
-    return prop != nullptr ? *prop : CCeDBProp();
+const CCeDBProp& propOf(const CCeDBRecord& row, SpeedDialAttr attr) {
+    return row.getProp(identOfSpeedDial(attr));
 }
 
 /// A row without flags leaves those of the entry.
@@ -197,10 +196,8 @@ HRESULT PhoneBookDBMgr::deleteAllSpeedDialInfos() {
 
 /// Empties the slot word of an extension row. A row that has no slots is left as it is.
 void PhoneBookDBMgr::clearSlotWord(DWORD rowOid, CCeDBRecord& row) {
-    const WORD ident = aRecDef_[PBDBTBL_PHONEBOOKEXT].getAttrIdent(getAttrIDInTable(PBDBATTR_PRIVATE));
-    const CCeDBProp* word = row.findProp(ident);
-    if (word == nullptr || word->getUI4() == 0) return;
-    row.replaceProp(CCeDBProp::ofUI4(ident, 0));
+    if (row.getProp(identOfExtension(extSlots)).getUI4() == 0) return;
+    row.replaceProp(CCeDBProp::ofUI4(identOfExtension(extSlots), 0));
     static_cast<void>(tables_[PBDBTBL_PHONEBOOKEXT]->updateRecord(rowOid, &row, 0, nullptr));
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <span>
 
+#include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/SpeedDialRow.h"
@@ -21,25 +22,8 @@ constexpr DWORD dirtyMark = 0x10;
 constexpr int flagsNotOfASlot = 6;
 static_assert(flagsNotOfASlot != sdialFlags);
 
-/// The attributes of an extension row that lead from a slot to its contact.
-enum ExtensionAttr : int { extPodbOid = 0, extName = 1, extSlots = 8 };
-static_assert(aPBAttribute_[PBDBATTR_PRIVATE].place.nAttrIdx == extSlots);
-
-/// The empty property when the row has none.
 const CCeDBProp& propOf(const CCeDBRecord& row, ExtensionAttr attr) {
-    static const CCeDBProp none;
-    const CCeDBProp* prop = row.findProp(aRecDef_[PBDBTBL_PHONEBOOKEXT].getAttrIdent(attr));
-    return prop != nullptr ? *prop : none;
-}
-
-/// Calls with each slot of a slot word, and the telephone-number flag that it is the slot of. The last byte is
-/// never read.
-template <class Visit>
-void forEachSlot(DWORD word, Visit visit) {
-    for (std::size_t i = 0; i < 3; ++i) {
-        DWORD slot = (word >> (8 * i)) & 0xFF;
-        if (slot != 0) visit(slot, adwTelNoAttrFlagMap_[i]);
-    }
+    return row.getProp(identOfExtension(attr));
 }
 
 bool isOccupied(const SpeedDialInfo& entry) {

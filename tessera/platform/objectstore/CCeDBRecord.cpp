@@ -19,6 +19,12 @@ const CCeDBProp* CCeDBRecord::findProp(WORD ident) const {
     return found == props_.end() ? nullptr : &*found;
 }
 
+const CCeDBProp& CCeDBRecord::getProp(WORD ident) const {
+    static const CCeDBProp none;
+    const CCeDBProp* prop = findProp(ident);
+    return prop != nullptr ? *prop : none;
+}
+
 BOOL CCeDBRecord::replaceProp(const CCeDBProp& prop) {
     const auto found = std::find_if(props_.begin(), props_.end(),
                                     [&](const CCeDBProp& held) { return held.getIdent() == prop.getIdent(); });

@@ -18,6 +18,8 @@ public:
     const CCeDBProp& getPropAt(int index) const { return props_[static_cast<std::size_t>(index)]; }
     /// The property of that ident, whatever its type; null when there is none.
     const CCeDBProp* findProp(WORD ident) const;
+    /// The same, or the empty property when there is none.
+    const CCeDBProp& getProp(WORD ident) const;
     void addProp(CCeDBProp prop) { props_.push_back(std::move(prop)); }
     /// Replaces the property of the same ident where it stands; FALSE when there is none.
     BOOL replaceProp(const CCeDBProp& prop);
