@@ -112,6 +112,7 @@ public:
     Forked& operator=(Forked&&) = delete;
 
     Line& line() { return line_; }
+    pid_t process() const { return process_; }
     void kill() { ::kill(process_, SIGKILL); }
     /// What it ended with, as waitpid says it: 0 when all went well.
     int wait() {

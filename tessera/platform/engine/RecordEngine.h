@@ -150,11 +150,13 @@ public:
 struct StoreOptions {
     std::chrono::milliseconds writerWait{10'000};  ///< How long a writer waits for another.
     bool fullDurability = true;                    ///< False trades the last moments before a power cut for speed.
+    bool sharedFolder = false;                     ///< A store in a folder that others may write to is used as well.
 };
 
 /// A store in one SQLite file, made (0600, its folder 0700) when there is none, with an engine's
-/// collation fixed at that moment to `locale`. A file that is not a store, is damaged, or has a newer
-/// format is refused and left untouched. Null on failure, the reason left with setStoreError.
+/// collation fixed at that moment to `locale`. A file that is not a store, is damaged, has a newer format, or
+/// is in a folder that others may write to, is refused and left untouched. Null on failure, the reason left with
+/// setStoreError.
 std::unique_ptr<RecordStore> openSqliteStore(const std::filesystem::path& file, const StoreOptions& options,
                                              const std::string& locale);
 

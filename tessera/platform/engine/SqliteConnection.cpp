@@ -5,6 +5,8 @@
 
 #include <sqlite3.h>
 
+#include "tessera/platform/port/LockHolder.h"
+
 namespace Platform {
 namespace {
 
@@ -36,6 +38,10 @@ constexpr std::array troubles{
 /// How often a waiting writer looks whether its turn has come.
 constexpr std::chrono::milliseconds lookEvery{1};
 
+/// Where in the index of the write-ahead log a writer's lock is, as the description of its format, "WAL-Index
+/// Locking", has it.
+constexpr std::uint64_t atWriterLock = 120;
+
 /// "10 s", or "250 ms" where seconds would not tell.
 std::string spell(std::chrono::milliseconds time) {
     const auto count = time.count();
@@ -57,7 +63,7 @@ SqliteConnection::SqliteConnection(const std::filesystem::path& file, std::chron
     const std::u8string name = file.u8string();
     sqlite3* opened = nullptr;
     const int result = sqlite3_open_v2(reinterpret_cast<const char*>(name.c_str()), &opened,
-                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW, nullptr);
     database_.reset(opened);
     check(result);
     check(sqlite3_extended_result_codes(opened, 1));
@@ -109,11 +115,14 @@ void SqliteConnection::rollBack() noexcept {
     if (inTransaction()) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
-std::string SqliteConnection::readStart(std::size_t bytes) {
+std::string SqliteConnection::read(std::uint64_t offset, std::size_t bytes) {
     sqlite3_file* file = nullptr;
     check(sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file));
-    std::string start(std::min<std::uint64_t>(bytes, fileSize()), '\0');
-    if (!start.empty()) check(file->pMethods->xRead(file, start.data(), static_cast<int>(start.size()), 0));
+    const std::uint64_t size = fileSize();
+    std::string start(std::min<std::uint64_t>(bytes, size - std::min(offset, size)), '\0');
+    if (start.empty()) return start;
+    check(
+        file->pMethods->xRead(file, start.data(), static_cast<int>(start.size()), static_cast<sqlite3_int64>(offset)));
     return start;
 }
 
@@ -123,6 +132,20 @@ std::uint64_t SqliteConnection::fileSize() {
     sqlite3_int64 size = 0;
     check(file->pMethods->xFileSize(file, &size));
     return static_cast<std::uint64_t>(size);
+}
+
+void SqliteConnection::leaveLog() {
+    check(sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr));
+}
+
+void SqliteConnection::copyTo(SqliteConnection& target) {
+    constexpr int allPages = -1;
+    sqlite3_backup* copying = sqlite3_backup_init(target.database_.get(), "main", database_.get(), "main");
+    if (copying == nullptr) throw target.failureOf(sqlite3_errcode(target.database_.get()));
+    const int result = sqlite3_backup_step(copying, allPages);
+    const int finished = sqlite3_backup_finish(copying);
+    if (result != SQLITE_DONE) throw failureOf(result);
+    target.check(finished);
 }
 
 sqlite3_stmt* SqliteConnection::prepared(Sql statement) {
@@ -145,7 +168,14 @@ SqliteFailure SqliteConnection::failureOf(int result) const {
                                     [&](const Trouble& trouble) { return trouble.result == primary; });
     if (found == troubles.end()) return failure(ERROR_GEN_FAILURE, sqlite3_errstr(result));
     if (primary != SQLITE_BUSY) return failure(found->error, found->sentence);
-    return failure(found->error, std::string(found->sentence) + "; gave up after " + spell(writerWait_));
+    return failure(found->error, writerAtWork() + " is writing to it; gave up after " + spell(writerWait_));
+}
+
+std::string SqliteConnection::writerAtWork() const {
+    const auto holder = port::lockHolder(file_.string() + "-shm", atWriterLock);
+    if (!holder) return "another program";
+    if (holder->self) return "another thread of this program";
+    return "another program (" + holder->program + ", process " + std::to_string(holder->id) + ")";
 }
 
 SqliteFailure SqliteConnection::failure(DWORD error, std::string_view sentence) const {

@@ -26,7 +26,7 @@ struct SqliteFailure {
 /// One connection to a file of SQLite's, and its prepared statements. One thread.
 class SqliteConnection {
 public:
-    /// Opens the file, which must exist, without reading it.
+    /// Opens the file, which must exist and be named without symbolic links, without reading it.
     SqliteConnection(const std::filesystem::path& file, std::chrono::milliseconds writerWait);
     ~SqliteConnection() = default;
     SqliteConnection(const SqliteConnection&) = delete;
@@ -48,10 +48,15 @@ public:
     /// Ends a transaction with nothing done; never fails.
     void rollBack() noexcept;
 
-    /// The file's first bytes and its size, read through SQLite and without touching anything else: a file
-    /// of our own opened and closed beside it would take the process's locks on the store away.
-    std::string readStart(std::size_t bytes);
+    /// Bytes of the file, fewer where it ends, and its size, read through SQLite and without touching anything else:
+    /// a file of our own opened and closed beside it would take the process's locks on the store away.
+    std::string read(std::uint64_t offset, std::size_t bytes);
     std::uint64_t fileSize();
+
+    /// What is in the log beside the file stays there when the connection ends.
+    void leaveLog();
+    /// Makes `target`, a file that nobody uses, a copy of this one as it is at one moment.
+    void copyTo(SqliteConnection& target);
 
     const std::filesystem::path& file() const { return file_; }
     /// A failure with this file: the sentence is put behind its name.
@@ -72,6 +77,7 @@ private:
     };
 
     static int waitForWriter(void* connection, int attempts);
+    std::string writerAtWork() const;
     sqlite3_stmt* prepared(Sql statement);
     void check(int result) const;
 
@@ -124,5 +130,22 @@ template <typename... Arguments>
 void runSql(SqliteConnection& connection, Sql statement, const Arguments&... arguments) {
     SqliteQuery(connection, statement, arguments...).run();
 }
+
+/// Holds what the statements of one call see still. Within a transaction they do so anyhow.
+class SqliteSnapshot {
+public:
+    explicit SqliteSnapshot(SqliteConnection& connection) : connection_(connection), own_(!connection.inTransaction()) {
+        if (own_) runSql(connection_, Sql::beginReading);
+    }
+    ~SqliteSnapshot() {
+        if (own_) connection_.rollBack();
+    }
+    SqliteSnapshot(const SqliteSnapshot&) = delete;
+    SqliteSnapshot& operator=(const SqliteSnapshot&) = delete;
+
+private:
+    SqliteConnection& connection_;
+    bool own_;
+};
 
 }  // namespace Platform

@@ -23,22 +23,6 @@ void append(std::string& bytes, Number number) {
     }
 }
 
-std::u16string textOf(std::string_view bytes) {
-    std::u16string text;
-    for (; bytes.size() >= sizeof(WCHAR); bytes.remove_prefix(sizeof(WCHAR))) {
-        text.push_back(littleEndian<WCHAR>(bytes));
-    }
-    return text;
-}
-
-std::vector<SortOrder> unpackOrders(std::string_view packed) {
-    std::vector<SortOrder> orders;
-    for (; packed.size() >= packedOrderBytes; packed.remove_prefix(packedOrderBytes)) {
-        orders.push_back({littleEndian<CEPROPID>(packed), littleEndian<DWORD>(packed.substr(4))});
-    }
-    return orders;
-}
-
 }  // namespace
 
 std::uint64_t* DatabaseState::versionOf(OrderId order) {
@@ -91,7 +75,7 @@ DatabaseState* SqliteCounters::find(CEOID database) {
 
 void SqliteCounters::load(CEOID database, SqliteQuery& row, DatabaseState& state) {
     state.info.id = database;
-    state.info.name = textOf(row.bytes(0));
+    state.info.name = textOfBytes(row.bytes(0));
     state.info.type = row.dword(1);
     state.info.declaredOrders = unpackOrders(row.bytes(2));
     state.info.records = row.dword(3);
@@ -138,6 +122,22 @@ std::string bytesOfText(std::u16string_view text) {
         append(bytes, static_cast<WORD>(unit));
     }
     return bytes;
+}
+
+std::u16string textOfBytes(std::string_view bytes) {
+    std::u16string text;
+    for (; bytes.size() >= sizeof(WCHAR); bytes.remove_prefix(sizeof(WCHAR))) {
+        text.push_back(littleEndian<WCHAR>(bytes));
+    }
+    return text;
+}
+
+std::vector<SortOrder> unpackOrders(std::string_view packed) {
+    std::vector<SortOrder> orders;
+    for (; packed.size() >= packedOrderBytes; packed.remove_prefix(packedOrderBytes)) {
+        orders.push_back({littleEndian<CEPROPID>(packed), littleEndian<DWORD>(packed.substr(4))});
+    }
+    return orders;
 }
 
 }  // namespace Platform

@@ -71,8 +71,10 @@ private:
 
 /// Declared orders as a database's row has them: property and flags of each, 4 bytes, little-endian.
 std::string packOrders(std::span<const SortOrder> orders);
+std::vector<SortOrder> unpackOrders(std::string_view packed);
 
 /// UTF-16 text as its bytes, little-endian.
 std::string bytesOfText(std::u16string_view text);
+std::u16string textOfBytes(std::string_view bytes);
 
 }  // namespace Platform

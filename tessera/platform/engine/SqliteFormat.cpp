@@ -12,11 +12,16 @@ constexpr std::uint32_t formatVersion = 1;
 
 /// Where SQLite's header has its numbers, high byte first.
 constexpr std::size_t atPageSize = 16;
+constexpr std::size_t atWriteVersion = 18;
+constexpr std::size_t atReadVersion = 19;
 constexpr std::size_t atChangeCounter = 24;
 constexpr std::size_t atPageCount = 28;
 constexpr std::size_t atUserVersion = 60;
 constexpr std::size_t atApplicationId = 68;
 constexpr std::size_t atPageCountValidFor = 92;
+
+/// What both versions say of a file with a write-ahead log.
+constexpr std::uint32_t writeAheadLog = 2;
 
 constexpr const char* tables = R"(
 BEGIN;
@@ -93,7 +98,7 @@ bool cutShort(SqliteConnection& connection, std::string_view header) {
 }  // namespace
 
 void checkStoreFile(SqliteConnection& connection) {
-    const std::string header = connection.readStart(headerBytes);
+    const std::string header = connection.read(0, headerBytes);
     if (!header.starts_with(magic)) throw connection.failure(ERROR_BAD_FORMAT, "it is not a Tessera store");
     if (header.size() < headerBytes) throw connection.damage();
     if (bigEndian(header, atApplicationId, 4) != applicationId) {
@@ -103,7 +108,9 @@ void checkStoreFile(SqliteConnection& connection) {
     if (version > formatVersion) {
         throw connection.failure(ERROR_REVISION_MISMATCH, "it is a store of a newer version of Tessera");
     }
-    if (version == 0 || cutShort(connection, header)) throw connection.damage();
+    const bool logged =
+        bigEndian(header, atWriteVersion, 1) == writeAheadLog && bigEndian(header, atReadVersion, 1) == writeAheadLog;
+    if (version == 0 || !logged || cutShort(connection, header)) throw connection.damage();
 }
 
 void createTables(SqliteConnection& connection, const SortKeys& keys, const std::string& locale) {
@@ -120,12 +127,18 @@ void createTables(SqliteConnection& connection, const SortKeys& keys, const std:
 void configure(SqliteConnection& connection, const StoreOptions& options) {
     connection.run(options.fullDurability ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
     connection.run(
-        "PRAGMA journal_mode = WAL;"
         "PRAGMA cache_size = -16384;"
         "PRAGMA temp_store = MEMORY;"
         "PRAGMA secure_delete = FAST;"
         "PRAGMA cell_size_check = ON;"
         "PRAGMA trusted_schema = OFF");
+}
+
+void configureToLook(SqliteConnection& connection) {
+    configure(connection, {});
+    connection.run("PRAGMA query_only = ON");
+    // Without a log of another's the last to leave clears up behind itself, as always.
+    if (hasLog(connection.file())) connection.leaveLog();
 }
 
 }  // namespace Platform

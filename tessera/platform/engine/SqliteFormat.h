@@ -19,5 +19,7 @@ void createTables(SqliteConnection& connection, const SortKeys& keys, const std:
 
 /// Sets what belongs to a connection, not to the file.
 void configure(SqliteConnection& connection, const StoreOptions& options);
+/// The same for a connection that leaves the store as it is, a log that a killed program left included.
+void configureToLook(SqliteConnection& connection);
 
 }  // namespace Platform

@@ -87,6 +87,20 @@ constexpr std::array texts{
     SqlText{Sql::lastEqual,
             "SELECT record FROM sort_key WHERE sort_order = ? AND key = ? ORDER BY record DESC LIMIT 1"},
     SqlText{Sql::equalRecords, "SELECT record FROM sort_key WHERE sort_order = ? AND key = ? ORDER BY record"},
+    SqlText{Sql::checkQuickly, "PRAGMA quick_check(20)"},
+    SqlText{Sql::checkAll, "PRAGMA integrity_check(20)"},
+    SqlText{Sql::allDatabases, "SELECT id FROM database ORDER BY id"},
+    SqlText{Sql::highestDatabase, "SELECT max(id) FROM database"},
+    SqlText{Sql::highestRecord, "SELECT max(id & 0xFFFFFFFF) FROM record"},
+    SqlText{Sql::sizeOfDatabase,
+            "SELECT count(*), coalesce(sum(length(data)), 0) FROM record WHERE id BETWEEN ? AND ?"},
+    SqlText{Sql::countKeys, "SELECT count(*) FROM sort_key WHERE sort_order = ?"},
+    SqlText{Sql::keyThere, "SELECT 1 FROM sort_key WHERE sort_order = ? AND key = ? AND record = ?"},
+    SqlText{Sql::changeLogExtent, "SELECT count(*), min(seq), max(seq) FROM change"},
+    SqlText{Sql::unknownChanges, "SELECT count(*) FROM change WHERE kind NOT IN (0x401, 0x403, 0x406)"},
+    SqlText{Sql::strayRecords, "SELECT count(*) FROM record WHERE id >> 32 NOT IN (SELECT id FROM database)"},
+    SqlText{Sql::strayOrders, "SELECT count(*) FROM sort_order WHERE database NOT IN (SELECT id FROM database)"},
+    SqlText{Sql::strayKeys, "SELECT count(*) FROM sort_key WHERE sort_order NOT IN (SELECT id FROM sort_order)"},
 };
 
 constexpr bool inOrder() {

@@ -4,17 +4,13 @@
 
 #include "tessera/platform/engine/SqliteEngine.h"
 #include "tessera/platform/engine/SqliteFormat.h"
+#include "tessera/platform/engine/SqlitePlace.h"
 #include "tessera/platform/engine/StoreRules.h"
 #include "tessera/platform/port/FileWatch.h"
 #include "tessera/platform/port/Paths.h"
 
 namespace Platform {
 namespace {
-
-std::string nameOf(const std::filesystem::path& file) {
-    const std::u8string name = file.u8string();
-    return std::string(name.begin(), name.end());
-}
 
 std::unique_ptr<SqliteEngine> connectTo(const std::filesystem::path& file, const StoreOptions& options) {
     auto connection = std::make_unique<SqliteConnection>(file, options.writerWait);
@@ -37,50 +33,20 @@ std::unique_ptr<SqliteEngine> tryToConnect(const std::filesystem::path& file, co
     return nullptr;
 }
 
-[[nodiscard]] DWORD fillNewFile(const std::filesystem::path& made, const StoreOptions& options,
-                                const std::string& locale) {
-    try {
-        auto connection = std::make_unique<SqliteConnection>(made, options.writerWait);
-        createTables(*connection, SortKeys(locale), locale);
-        SqliteEngine engine(std::move(connection), locale);
-        return createSystemDatabases(engine);
-    } catch (const SqliteFailure& failure) {
-        return setStoreError(failure.error, failure.text);
-    }
+void fillNewStore(const std::filesystem::path& made, const StoreOptions& options, const std::string& locale) {
+    auto connection = std::make_unique<SqliteConnection>(made, options.writerWait);
+    createTables(*connection, SortKeys(locale), locale);
+    SqliteEngine engine(std::move(connection), locale);
+    if (const DWORD error = createSystemDatabases(engine)) throw SqliteFailure{error, storeErrorText()};
 }
 
-/// The write-ahead log that stays when the file of a store in use, or of one whose program was killed, is
-/// taken away. SQLite would read it as part of whatever store has that name next.
-[[nodiscard]] DWORD refuseForeignLog(const std::filesystem::path& file) {
-    const std::filesystem::path log = file.string() + "-wal";
-    std::error_code none;
-    const auto size = std::filesystem::file_size(log, none);
-    // A store that another process has just made may have a log by now.
-    if (none || size == 0 || std::filesystem::exists(file, none)) return ERROR_SUCCESS;
-    return setStoreError(ERROR_ALREADY_EXISTS, nameOf(log) + ": it is part of a store that was here; put that store " +
-                                                   "back, or remove this file to make a new one");
-}
-
-/// Makes a whole store under a private name before it gets its own: a process killed on the way leaves
-/// no half of one, and of two that make it at once the second takes the first one's.
+/// Of two processes that make a store at once the second takes the first one's.
 [[nodiscard]] DWORD createStore(const std::filesystem::path& file, const StoreOptions& options,
                                 const std::string& locale) {
-    if (const DWORD error = port::makePrivateFolder(file.parent_path())) {
-        return setStoreError(error, nameOf(file.parent_path()) + ": the folder cannot be made");
-    }
-    if (const DWORD error = refuseForeignLog(file)) return error;
-    std::filesystem::path made;
-    if (const DWORD error = port::makePrivateFileBeside(file, made)) {
-        return setStoreError(error, nameOf(file) + ": the store cannot be made");
-    }
-    if (const DWORD error = fillNewFile(made, options, locale)) {
-        std::error_code ignored;
-        std::filesystem::remove(made, ignored);
-        return error;
-    }
-    const DWORD error = port::publishFile(made, file);
-    if (error == ERROR_SUCCESS || error == ERROR_ALREADY_EXISTS) return ERROR_SUCCESS;
-    return setStoreError(error, nameOf(file) + ": the store cannot be made");
+    const DWORD error =
+        makeStoreFile(file, [&](const std::filesystem::path& made) { fillNewStore(made, options, locale); });
+    std::error_code ignored;
+    return error == ERROR_ALREADY_EXISTS && std::filesystem::exists(file, ignored) ? ERROR_SUCCESS : error;
 }
 
 /// Every engine touches the file once it has committed (SqliteEngine::commit). One that is killed in between
@@ -130,22 +96,12 @@ private:
 
 std::unique_ptr<RecordStore> openSqliteStore(const std::filesystem::path& file, const StoreOptions& options,
                                              const std::string& locale) {
-    std::error_code unreachable;
-    const std::filesystem::path whole = std::filesystem::absolute(file, unreachable);
-    const std::filesystem::file_type type = std::filesystem::status(whole, unreachable).type();
-    if (type == std::filesystem::file_type::none) {
-        setStoreError(ERROR_ACCESS_DENIED, nameOf(whole) + ": " + unreachable.message());
-        return nullptr;
-    }
-    if (type == std::filesystem::file_type::directory) {
-        setStoreError(ERROR_BAD_FORMAT, nameOf(whole) + ": it is a folder");
-        return nullptr;
-    }
-    const bool there = type != std::filesystem::file_type::not_found;
-    if (!there && createStore(whole, options, locale) != ERROR_SUCCESS) return nullptr;
-    auto first = tryToConnect(whole, options);
+    StorePlace place;
+    if (findStorePlace(file, options, WhenMissing::makeFolder, place) != ERROR_SUCCESS) return nullptr;
+    if (!place.there && createStore(place.file, options, locale) != ERROR_SUCCESS) return nullptr;
+    auto first = tryToConnect(place.file, options);
     if (!first) return nullptr;
-    return std::make_unique<SqliteStore>(whole, options, std::move(first));
+    return std::make_unique<SqliteStore>(place.file, options, std::move(first));
 }
 
 }  // namespace Platform

@@ -32,23 +32,6 @@ CEOID startRecord(const Place* from, Direction direction) {
     return direction == Direction::forward ? noRecordBefore : noRecordAfter;
 }
 
-/// Holds what the statements of one call see still. Within a unit they do so anyhow.
-class Snapshot {
-public:
-    explicit Snapshot(SqliteConnection& connection) : connection_(connection), own_(!connection.inTransaction()) {
-        if (own_) runSql(connection_, Sql::beginReading);
-    }
-    ~Snapshot() {
-        if (own_) connection_.rollBack();
-    }
-    Snapshot(const Snapshot&) = delete;
-    Snapshot& operator=(const Snapshot&) = delete;
-
-private:
-    SqliteConnection& connection_;
-    bool own_;
-};
-
 /// Fills a vector of entries anew, into the buffers of those that it held.
 class Refill {
 public:
@@ -251,7 +234,7 @@ DWORD SqliteEngine::stepTo(OrderId order, std::uint64_t index, Direction directi
 
 DWORD SqliteEngine::findEqual(OrderId by, std::string_view key, OrderId along, Direction direction, Place& found) {
     return reading([&]() -> DWORD {
-        const Snapshot snapshot(*connection_);
+        const SqliteSnapshot snapshot(*connection_);
         const CEOID database = databaseOf(by);
         DatabaseState* state = database == 0 ? nullptr : find(database);
         const CEOID other = databaseOf(along);
@@ -307,7 +290,7 @@ DWORD SqliteEngine::firstAlong(OrderId along, DatabaseState& database, const std
 
 DWORD SqliteEngine::placeOf(OrderId order, CEOID record, Place& place) {
     return reading([&]() -> DWORD {
-        const Snapshot snapshot(*connection_);
+        const SqliteSnapshot snapshot(*connection_);
         const CEOID database = databaseOf(order);
         DatabaseState* state = database == 0 ? nullptr : find(database);
         if (state == nullptr) return noSuchOrder();

@@ -12,22 +12,9 @@ namespace Platform {
 namespace {
 
 constexpr std::size_t maxNameLength = 31;
-constexpr std::size_t maxDeclaredOrders = 4;
 
 /// The platform's clock counts from 1601, the system's from 1970.
 constexpr std::uint64_t ticksFrom1601To1970 = 116'444'736'000'000'000;
-
-struct SystemDatabase {
-    std::u16string_view name;
-    std::span<const SortOrder> orders;
-};
-
-constexpr CEPROPID fileAs = 0x4013'0000 | kindText;
-constexpr std::array contactOrders{SortOrder{fileAs, 0}};
-constexpr std::array systemDatabases{
-    SystemDatabase{u"Contacts Database", contactOrders},
-    SystemDatabase{u"\\Categories Database", {}},
-};
 
 }  // namespace
 

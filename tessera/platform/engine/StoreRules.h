@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -13,6 +14,8 @@ namespace Platform {
 
 /// The last identifier that is given to a record or a database.
 inline constexpr std::uint64_t lastIdentifier = 0xFFFF'FFFE;
+
+inline constexpr std::size_t maxDeclaredOrders = 4;
 
 /// The name as it is kept: its first 31 characters.
 std::u16string_view keptName(std::u16string_view name);
@@ -46,7 +49,16 @@ std::uint64_t ticksAfter(std::uint64_t previous);
 /// A mark that no other engine object has, in this or another process; never 0.
 std::uint64_t newOrigin();
 
-/// The databases that a new store holds.
+/// The databases that a new store holds; their identifiers are 1 and 2.
+struct SystemDatabase {
+    std::u16string_view name;
+    std::span<const SortOrder> orders;
+};
+inline constexpr SortOrder contactOrder{0x4013'0000 | kindText, 0};
+inline constexpr std::array systemDatabases{
+    SystemDatabase{u"Contacts Database", {&contactOrder, 1}},
+    SystemDatabase{u"\\Categories Database", {}},
+};
 [[nodiscard]] DWORD createSystemDatabases(RecordEngine& engine);
 
 // Failures that leave everything as it was: each sets the thread's store error and answers its code.

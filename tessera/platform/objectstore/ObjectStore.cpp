@@ -14,10 +14,6 @@
 namespace Platform {
 namespace {
 
-StoreOptions engineOptions(const ObjectStore::Options& options) {
-    return {options.writerWait, options.fullDurability};
-}
-
 /// Mounts a store that was opened, if it was; handles open on the one before turn invalid.
 BOOL mountOpened(std::shared_ptr<RecordStore> store) {
     if (store == nullptr) return FALSE;
@@ -27,6 +23,10 @@ BOOL mountOpened(std::shared_ptr<RecordStore> store) {
 }
 
 }  // namespace
+
+StoreOptions engineOptions(const ObjectStore::Options& options) {
+    return {options.writerWait, options.fullDurability, options.sharedFolder};
+}
 
 std::shared_ptr<RecordStore> openStoreFile(const std::string& path, const StoreOptions& options) {
     if (path.empty()) {
@@ -48,6 +48,7 @@ using namespace Platform;
 ObjectStore::Options ObjectStore::environmentOptions() {
     Options options;
     options.fullDurability = port::environmentValue("TESSERA_DURABILITY") != "normal";
+    options.sharedFolder = port::environmentValue("TESSERA_SHARED_FOLDER") == "allow";
     return options;
 }
 

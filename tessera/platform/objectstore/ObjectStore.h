@@ -21,9 +21,13 @@ public:
         /// True: what a call wrote survives a power cut once the call has returned. False: a power cut
         /// may take the last moments, never consistency. The death of a process takes nothing in either.
         bool fullDurability = true;
+        /// False: a store in a folder that others may write to (users, or a group other than the user's own) is
+        /// refused, since they could slip it records that the user never wrote.
+        bool sharedFolder = false;
     };
 
-    /// The options that the environment asks for: TESSERA_DURABILITY=normal gives up full durability.
+    /// The options that the environment asks for: TESSERA_DURABILITY=normal gives up full durability,
+    /// TESSERA_SHARED_FOLDER=allow uses a store wherever it is.
     static Options environmentOptions();
     /// The file that the environment asks for, as UTF-8.
     static std::string environmentPath();
@@ -31,7 +35,8 @@ public:
     /// Mounts the store in `path` (UTF-8), making it when there is none. Replaces the store mounted so
     /// far; its open handles become invalid.
     /// @return TRUE; FALSE with the last error set and `errorText` saying why: the file is no store, is
-    ///         damaged, is of a newer format (all of these leave it untouched), or cannot be used.
+    ///         damaged, is of a newer format, is in a folder that others may write to (all of these leave it
+    ///         untouched), or cannot be used.
     static BOOL mount(const std::string& path, const Options& options = environmentOptions());
     /// Mounts an empty store that lives in memory until it is unmounted.
     static BOOL mountMemory();

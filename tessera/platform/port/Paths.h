@@ -22,6 +22,10 @@ std::string environmentValue(const char* name);
 /// Makes an empty file beside `file` that only the owner may use, under a name nobody else has.
 [[nodiscard]] DWORD makePrivateFileBeside(const std::filesystem::path& file, std::filesystem::path& made);
 
+/// Whether anybody but the process's user, and the system's own administrator, may make, rename or remove files in
+/// the folder; true as well when that cannot be told. A group that is the user's alone is nobody else.
+[[nodiscard]] bool othersMayWrite(const std::filesystem::path& folder);
+
 /// Gives a finished file its final name, durably, unless something already has that name
 /// (ERROR_ALREADY_EXISTS). The name it had until then is gone either way.
 [[nodiscard]] DWORD publishFile(const std::filesystem::path& made, const std::filesystem::path& file);

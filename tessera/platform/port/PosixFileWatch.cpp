@@ -24,7 +24,7 @@ void FileWatch::clear() {
 
 void touchFile(const std::filesystem::path& file) noexcept {
     // Only those who watch are to hear of it: when it fails there is nothing to watch.
-    [[maybe_unused]] const int touched = ::utimensat(AT_FDCWD, file.c_str(), nullptr, 0);
+    [[maybe_unused]] const int touched = ::utimensat(AT_FDCWD, file.c_str(), nullptr, AT_SYMLINK_NOFOLLOW);
 }
 
 }  // namespace Platform::port

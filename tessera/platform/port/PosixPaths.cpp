@@ -2,6 +2,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <grp.h>
+#include <optional>
 #include <pwd.h>
 #include <string>
 #include <sys/stat.h>
@@ -21,20 +23,42 @@ namespace fs = std::filesystem;
 constexpr mode_t ownerFolder_ = S_IRWXU;
 constexpr mode_t ownerFile_ = S_IRUSR | S_IWUSR;
 
-/// The home that the user database names, for a process started without HOME.
-fs::path homeOfUser() {
+/// What the user database says of a user.
+struct User {
+    std::string name;
+    fs::path home;
+    gid_t group = 0;
+};
+
+std::optional<User> userOf(uid_t id) {
     std::vector<char> buffer(16'384);
     passwd entry{};
     passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr) return {};
-    return found->pw_dir != nullptr ? fs::path(found->pw_dir) : fs::path();
+    if (::getpwuid_r(id, &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr) return std::nullopt;
+    const char* home = found->pw_dir != nullptr ? found->pw_dir : "";
+    return User{found->pw_name, home, found->pw_gid};
+}
+
+/// Whether it is the group that systems make for each user alone: of the user's name, with nobody else in it.
+bool isUsersOwnGroup(gid_t id) {
+    const std::optional<User> user = userOf(::geteuid());
+    if (!user || user->group != id) return false;
+    std::vector<char> buffer(65'536);
+    group entry{};
+    group* found = nullptr;
+    if (::getgrgid_r(id, &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr) return false;
+    if (user->name != found->gr_name) return false;
+    for (char** member = found->gr_mem; *member != nullptr; ++member) {
+        if (user->name != *member) return false;
+    }
+    return true;
 }
 
 fs::path dataHome() {
     // A relative path is to be ignored, says the XDG base directory convention.
     if (fs::path data = environmentValue("XDG_DATA_HOME"); data.is_absolute()) return data;
     fs::path home = environmentValue("HOME");
-    if (!home.is_absolute()) home = homeOfUser();
+    if (!home.is_absolute()) home = userOf(::getuid()).value_or(User()).home;  // of a process started without HOME
     return home.is_absolute() ? home / ".local" / "share" : fs::path();
 }
 
@@ -66,8 +90,9 @@ DWORD makeOneFolder(const fs::path& folder) {
         // Another process may have been faster.
         return errno == EEXIST && isFolder(folder) ? ERROR_SUCCESS : platformErrorOf(errno);
     }
-    // The umask may have taken something away from the owner.
-    if (::chmod(folder.c_str(), ownerFolder_) != 0) return platformErrorOf(errno);
+    // The umask may have taken something away from the owner. What another may have put in the folder's place
+    // meanwhile is not to be changed.
+    if (::fchmodat(AT_FDCWD, folder.c_str(), ownerFolder_, AT_SYMLINK_NOFOLLOW) != 0) return platformErrorOf(errno);
     return syncFolder(folderOf(folder));
 }
 
@@ -103,6 +128,14 @@ DWORD makePrivateFileBeside(const fs::path& file, fs::path& made) {
     made = name;
     // The umask may have taken something away from the owner.
     return ::fchmod(opened.get(), ownerFile_) == 0 ? ERROR_SUCCESS : platformErrorOf(errno);
+}
+
+bool othersMayWrite(const fs::path& folder) {
+    struct stat status {};
+    if (::stat(folder.c_str(), &status) != 0) return true;
+    if (status.st_uid != ::geteuid() && status.st_uid != 0) return true;
+    if ((status.st_mode & S_IWOTH) != 0) return true;  // where only the owner may remove, all may still add
+    return (status.st_mode & S_IWGRP) != 0 && !isUsersOwnGroup(status.st_gid);
 }
 
 DWORD publishFile(const fs::path& made, const fs::path& file) {

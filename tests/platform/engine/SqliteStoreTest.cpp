@@ -16,6 +16,7 @@
 #include "tessera/platform/engine/RecordEngine.h"
 #include "tessera/platform/engine/StoreError.h"
 #include "tests/platform/engine/RecordBuilders.h"
+#include "tests/support/Forked.h"
 #include "tests/support/TemporaryStore.h"
 
 // What only a store on disk can show: its file, and other processes.
@@ -321,22 +322,44 @@ TEST(SqliteStore, IsNotMadeBesideTheLogOfAnEarlierOne) {
     EXPECT_EQ(walk(*engine, byName(*engine)).size(), 1u) << "with its file the log is good again";
 }
 
-TEST(SqliteStore, NamesTheFileAndTheWaitWhenAnotherProgramWrites) {
+TEST(SqliteStore, NamesTheFileAndTheWaitWhenAnotherThreadWrites) {
     const TemporaryFolder folder;
     const fs::path file = folder / "store.db";
     const auto engine = connect(file);
     const CEOID contacts = contactsOf(*engine);
-    sqlite3* other = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &other), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    const auto other = connect(file);
+    ASSERT_EQ(other->beginUnit(), ERROR_SUCCESS);
 
     CEOID record = 0;
     EXPECT_EQ(engine->put(contacts, record, {}), ERROR_LOCK_VIOLATION);
 
-    EXPECT_EQ(Platform::storeErrorText(), file.string() + ": another program is writing to it; gave up after 50 ms");
+    EXPECT_EQ(Platform::storeErrorText(),
+              file.string() + ": another thread of this program is writing to it; gave up after 50 ms");
     EXPECT_EQ(contactsOf(*engine), contacts);  // readers do not wait
-    sqlite3_close(other);
+    ASSERT_EQ(other->endUnit(), ERROR_SUCCESS);
     EXPECT_EQ(engine->put(contacts, record, {}), ERROR_SUCCESS);
+}
+
+TEST(SqliteStore, NamesTheProcessThatWrites) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    ASSERT_TRUE(open(file));
+    testing_support::Forked writer([&](testing_support::Line& parent) {
+        const auto engine = connect(file);
+        parent.say(engine->beginUnit());
+        parent.hear<bool>();  // and holds it until then
+    });
+    ASSERT_EQ(writer.line().hear<DWORD>(), ERROR_SUCCESS);
+    const auto engine = connect(file);
+
+    CEOID record = 0;
+    EXPECT_EQ(engine->put(contactsOf(*engine), record, {}), ERROR_LOCK_VIOLATION);
+
+    EXPECT_EQ(Platform::storeErrorText(), file.string() + ": another program (engine_test, process " +
+                                              std::to_string(writer.process()) +
+                                              ") is writing to it; gave up after 50 ms");
+    writer.line().say(true);
+    EXPECT_EQ(writer.wait(), 0);
 }
 
 TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {

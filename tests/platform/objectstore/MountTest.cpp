@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "tessera/platform/objectstore/ObjectStore.h"
-#include "tests/platform/objectstore/StoreTest.h"
+#include "tests/platform/objectstore/StoreFiles.h"
 
 namespace objectstore_test {
 namespace {
@@ -12,11 +12,6 @@ using testing_support::MemoryStoreMount;
 using testing_support::quickOptions;
 using testing_support::TemporaryFolder;
 using testing_support::TemporaryStore;
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// A variable of the environment that is set while this lives.
 class EnvironmentVariable {

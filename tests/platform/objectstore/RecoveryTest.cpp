@@ -1,0 +1,227 @@
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "tessera/platform/objectstore/ObjectStoreFile.h"
+#include "tests/platform/objectstore/StoreFiles.h"
+
+// What can be saved from a damaged store.
+
+namespace objectstore_test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing_support::quickOptions;
+using testing_support::TemporaryFolder;
+using Depth = ObjectStoreFile::Depth;
+
+constexpr std::size_t pageBytes = 4'096;
+constexpr std::size_t rowsInAPage = 120;  ///< At most.
+
+class Recovery : public testing::Test {
+protected:
+    void makeRows(int count) {
+        makeStore(file, [&](OpenDatabase& rows) { addRows(rows, count); });
+    }
+
+    ObjectStoreFile::Recovery recover() {
+        ObjectStoreFile::Recovery recovery;
+        EXPECT_TRUE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()))
+            << ObjectStore::errorText();
+        std::vector<std::string> findings;
+        EXPECT_TRUE(ObjectStoreFile::check(saved.string(), Depth::full, findings, quickOptions()));
+        EXPECT_THAT(findings, IsEmpty()) << "in the new store";
+        return recovery;
+    }
+
+    void overwritePage(std::size_t page, const std::string& with = std::string(pageBytes, '\x5A')) {
+        write(file, contentOf(file).replace(page * pageBytes, pageBytes, with));
+    }
+
+    /// What is in both is the same; answers how many of `before` are not in `after`.
+    static std::size_t lost(const std::map<CEOID, ReadRecord>& before, const std::map<CEOID, ReadRecord>& after) {
+        for (const auto& [oid, row] : after) {
+            EXPECT_TRUE(before.contains(oid)) << oid << " was never there";
+            if (!before.contains(oid)) continue;
+            EXPECT_EQ(row.name(), before.at(oid).name());
+            EXPECT_EQ(row.number(), before.at(oid).number());
+        }
+        return before.size() - after.size();
+    }
+
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    const fs::path saved = folder / "saved.db";
+};
+
+TEST_F(Recovery, OfASoundStoreLosesNothing) {
+    makeRows(300);
+    const auto before = rowsIn(file);
+    const std::string bytes = contentOf(file);
+
+    const auto recovery = recover();
+
+    EXPECT_THAT(recovery.losses, IsEmpty());
+    EXPECT_EQ(recovery.records, 300u);
+    EXPECT_EQ(recovery.databases, 3u) << "rows, contacts and categories";
+    EXPECT_EQ(lost(before, rowsIn(saved)), 0u);
+    EXPECT_EQ(contentOf(file), bytes);
+    EXPECT_EQ(fs::status(saved).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(Recovery, KeepsOrdersAndGoesOnWithNewIdentifiers) {
+    makeRows(30);
+    CEOID highest = rowsIn(file).rbegin()->first;
+    recover();
+
+    ASSERT_TRUE(ObjectStore::mount(saved.string(), quickOptions()));
+    {
+        OpenDatabase byFirstDeclared(u"Rows");
+        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.to(0)).name(), u"김민수 a");
+        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.to(1)).name(), u"김민수 a");
+        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.toLast()).name(), u"김민수 z");
+        EXPECT_GT(byFirstDeclared.add(Row().name(u"new").number(1)), highest);
+    }
+    ObjectStore::unmount();
+}
+
+TEST_F(Recovery, SavesRecordsLongerThanAPage) {
+    const std::u16string name(30'000, u'힣');
+    makeStore(file, [&](OpenDatabase& rows) {
+        rows.add(Row().name(name).number(1));
+        rows.add(Row().name(u"short").number(2));
+        rows.add(Row().name(name).blob(std::string(65'000, 'b')).number(3));
+    });
+    const auto before = rowsIn(file);
+    EXPECT_EQ(recover().records, 3u);
+    EXPECT_EQ(lost(before, rowsIn(saved)), 0u);
+}
+
+TEST_F(Recovery, SavesWhatAKilledProgramLeftInItsLog) {
+    makeRows(20);
+    addRowsAndDie(file, 100);
+    const auto files = folderContent(folder.path());
+    EXPECT_EQ(recover().records, 120u);
+    auto after = folderContent(folder.path());
+    after.erase("saved.db");
+    EXPECT_EQ(after, files);
+    EXPECT_EQ(lost(rowsIn(file), rowsIn(saved)), 0u);
+}
+
+TEST_F(Recovery, TakesFromATornLogWhatWasCommittedBeforeTheTear) {
+    makeRows(20);
+    addRowsAndDie(file, 100);
+    const fs::path log = folder / "store.db-wal";
+    fs::resize_file(log, fs::file_size(log) - 1'000);
+    EXPECT_EQ(recover().records, 119u);
+}
+
+TEST_F(Recovery, LosesTheRecordsOfAnOverwrittenPageOnly) {
+    makeRows(2'000);
+    const auto before = rowsIn(file);
+    const std::size_t pages = contentOf(file).size() / pageBytes;
+    std::size_t pagesWithRecords = 0;
+    for (std::size_t page = 20; page < pages; page += pages / 10) {
+        const std::string whole = contentOf(file);
+        overwritePage(page);
+        const auto recovery = recover();
+        const std::size_t gone = lost(before, rowsIn(saved));
+        EXPECT_LE(gone, rowsInAPage) << "of page " << page;
+        if (gone != 0) {
+            ++pagesWithRecords;
+            EXPECT_THAT(recovery.losses, Contains("database \"Rows\": " + std::to_string(gone) + " of 2000 records"));
+        }
+        fs::remove(saved);
+        write(file, whole);
+    }
+    EXPECT_GT(pagesWithRecords, 0u);
+}
+
+TEST_F(Recovery, NeedsNeitherTheHeaderNorTheTables) {
+    makeRows(500);
+    const auto before = rowsIn(file);
+    // The file's header with the schema; and, each in its own page, what the store and its databases say of themselves.
+    for (std::size_t page = 0; page < 9; ++page) {
+        SCOPED_TRACE("page " + std::to_string(page));
+        const std::string whole = contentOf(file);
+        overwritePage(page);
+        recover();
+        EXPECT_LE(lost(before, rowsIn(saved)), rowsInAPage);
+        fs::remove(saved);
+        write(file, whole);
+    }
+}
+
+TEST_F(Recovery, SavesTheFirstPartOfAFileCutShort) {
+    makeRows(2'000);
+    const auto before = rowsIn(file);
+    fs::resize_file(file, fs::file_size(file) * 2 / 3 + 123);
+    const auto recovery = recover();
+    EXPECT_GT(recovery.records, 500u);
+    EXPECT_LT(recovery.records, 2'000u);
+    EXPECT_EQ(lost(before, rowsIn(saved)), 2'000u - recovery.records);
+}
+
+TEST_F(Recovery, DoesNotBringBackWhatWasDeleted) {
+    makeStore(file, [&](OpenDatabase& rows) {
+        addRows(rows, 2'000);
+        const Oids all = rows.walk();
+        for (std::size_t i = 0; i < 1'500; ++i)
+            rows.erase(all[i]);
+    });
+    const auto before = rowsIn(file);
+    ASSERT_EQ(before.size(), 500u);
+    EXPECT_EQ(recover().records, 500u);
+    EXPECT_EQ(lost(before, rowsIn(saved)), 0u);
+}
+
+TEST_F(Recovery, MakesNothingOfAFileThatIsNoStore) {
+    ObjectStoreFile::Recovery recovery;
+    for (const std::string& content : {std::string(), std::string("a shopping list"), std::string(100'000, 'x')}) {
+        write(file, content);
+        EXPECT_FALSE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()));
+        EXPECT_EQ(GetLastError(), ERROR_BAD_FORMAT);
+        EXPECT_FALSE(fs::exists(saved));
+    }
+    EXPECT_FALSE(ObjectStoreFile::recover((folder / "none").string(), saved.string(), recovery, quickOptions()));
+    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(Recovery, NeverWritesOverAFile) {
+    makeRows(3);
+    write(saved, "precious");
+    ObjectStoreFile::Recovery recovery;
+    EXPECT_FALSE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()));
+    EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(contentOf(saved), "precious");
+    EXPECT_FALSE(ObjectStoreFile::recover(file.string(), file.string(), recovery, quickOptions()));
+}
+
+TEST_F(Recovery, InventsNothingWhateverPagesAreReplaced) {
+    makeRows(400);
+    const auto before = rowsIn(file);
+    const std::string whole = contentOf(file);
+    const auto seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    const std::size_t pages = whole.size() / pageBytes;
+    for (int round = 0; round < 40; ++round) {
+        std::string bytes = whole;
+        for (std::size_t i = 0; i < 1 + random() % 4; ++i) {
+            // With another page of the file: what reads well but is at a wrong place.
+            bytes.replace(random() % pages * pageBytes, pageBytes, whole, random() % pages * pageBytes, pageBytes);
+        }
+        write(file, bytes);
+        ObjectStoreFile::Recovery recovery;
+        ASSERT_TRUE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()))
+            << ObjectStore::errorText();
+        ASSERT_NO_FATAL_FAILURE(lost(before, rowsIn(saved)));
+        fs::remove(saved);
+    }
+}
+
+}  // namespace
+}  // namespace objectstore_test

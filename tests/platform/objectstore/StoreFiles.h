@@ -1,0 +1,89 @@
+#pragma once
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "tests/platform/objectstore/StoreTest.h"
+#include "tests/support/Forked.h"
+
+namespace objectstore_test {
+
+inline std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+inline void write(const std::filesystem::path& file, const std::string& content) {
+    std::ofstream(file, std::ios::binary) << content;
+}
+
+/// The files of a folder, what is in them, but for the index of a log, which every reader may write.
+inline std::map<std::string, std::string> folderContent(const std::filesystem::path& folder) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (!entry.path().string().ends_with("-shm")) files[entry.path().filename().string()] = contentOf(entry.path());
+    }
+    return files;
+}
+
+/// Does with SQL what no program would.
+inline void runSql(const std::filesystem::path& file, const std::string& statements) {
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(database, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(database);
+    sqlite3_close(database);
+}
+
+/// A closed store with a database "Rows", in name order and then that of numbers, filled by `fill`.
+inline void makeStore(const std::filesystem::path& file, const std::function<void(OpenDatabase& rows)>& fill) {
+    ASSERT_TRUE(ObjectStore::mount(file.string(), testing_support::quickOptions())) << ObjectStore::errorText();
+    makeDatabase(u"Rows", {{nameId, 0}});
+    {
+        OpenDatabase rows(u"Rows", numberId);
+        fill(rows);
+    }
+    ObjectStore::unmount();
+}
+
+inline void addRows(OpenDatabase& rows, int count) {
+    for (int i = 0; i < count; ++i)
+        rows.add(Row().name(u"김민수 " + std::u16string(1, static_cast<char16_t>(u'a' + i % 26))).number(i));
+}
+
+/// A process adds rows to the store's "Rows" and is killed, so that its log stays beside the file.
+inline void addRowsAndDie(const std::filesystem::path& file, int count) {
+    testing_support::Forked process([&](testing_support::Line& parent) {
+        if (!ObjectStore::mount(file.string(), testing_support::quickOptions())) throw std::runtime_error("no store");
+        OpenDatabase rows(u"Rows");
+        addRows(rows, count);
+        parent.say(true);
+        parent.hear<bool>();
+    });
+    process.line().hear<bool>();
+    process.kill();
+    process.wait();
+}
+
+/// All records of "Rows" in the store, by identifier.
+inline std::map<CEOID, ReadRecord> rowsIn(const std::filesystem::path& file) {
+    std::map<CEOID, ReadRecord> rows;
+    EXPECT_TRUE(ObjectStore::mount(file.string(), testing_support::quickOptions())) << ObjectStore::errorText();
+    {
+        OpenDatabase database(u"Rows");
+        for (const CEOID oid : database.walk())
+            rows[oid] = database.readRecord(oid);
+    }
+    ObjectStore::unmount();
+    return rows;
+}
+
+}  // namespace objectstore_test
