@@ -1,10 +1,12 @@
 // Says who is calling, for a softphone or an exchange: caller_id_service SOCKET
 //
 // A client of the Unix socket sends one number a line and gets one line for each: the caller's name, a tab and the
-// ring tone (empty when there is none); or "unknown"; or "error: ..." for what is no number. The ring tone is the
-// contact's own, else the one that the contact's group has for calls. The phone book is the one that TESSERA_STORE
+// ring tone (empty when there is none); or "unknown"; or "error: ..." for what is no number, or longer than 128 bytes.
+// The ring tone is the contact's own, else the one that the contact's group has for calls. A client that leaves answers
+// unread until there is no room for more is dropped, and so is the 65th. The phone book is the one that TESSERA_STORE
 // names; what other programs do to its contacts and categories is followed meanwhile. SIGTERM and SIGINT end it.
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -40,13 +42,23 @@ int checked(int result, const std::string& what) {
     return result;
 }
 
+/// Whether a terminal, or who reads lines, would obey the character instead of showing it: controls, what ends a line,
+/// and what turns the direction of writing.
+bool isObeyed(WCHAR ch) {
+    return ch < 0x20 || (ch >= 0x7F && ch <= 0x9F) || ch == 0x61C || ch == 0x200E || ch == 0x200F ||
+           (ch >= 0x2028 && ch <= 0x202E) || (ch >= 0x2066 && ch <= 0x2069);
+}
+
 /// A name or a ring tone is one field of one line, whatever is in it.
 std::string fieldOf(const CString& text) {
-    std::string field = utf8Of(text.view());
-    for (char& byte : field) {
-        if (byte == '\n' || byte == '\r' || byte == '\t') byte = ' ';
-    }
-    return field;
+    std::u16string field(text.view());
+    std::ranges::replace_if(field, isObeyed, u' ');
+    return utf8Of(field);
+}
+
+/// What people are told, names of files included.
+std::string shown(const std::string& utf8) {
+    return fieldOf(textOfUtf8(utf8).value_or(CString(u"(not UTF-8)")));
 }
 
 CString ringToneOf(PhoneBookDBMgr& phoneBook, const PBRecord& caller) {
@@ -184,7 +196,7 @@ int listenAt(const std::string& path) {
     close(visitor);
     if (isRefused && std::filesystem::is_socket(path)) unlink(path.c_str());
 
-    umask(0077);
+    umask(0177);  // now, not a chmod later: between the two anybody could come in
     const int listener = checked(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0), "socket");
     checked(bind(listener, place, sizeof address), path);
     checked(listen(listener, SOMAXCONN), path);
@@ -199,7 +211,7 @@ void serveAt(const char* path) {
         throw std::runtime_error(ObjectStore::errorText());
     const int listener = listenAt(path);
 
-    std::cout << "listening on " << path << std::endl;
+    std::cout << "listening on " << shown(path) << std::endl;
     Service(phoneBook, listener, signals).run();
     unlink(path);
 }
@@ -215,7 +227,7 @@ int main(int argc, char** argv) {
         serveAt(argv[1]);
         return 0;
     } catch (const std::exception& error) {
-        std::cerr << "caller_id_service: " << error.what() << '\n';
+        std::cerr << "caller_id_service: " << shown(error.what()) << '\n';
         return 1;
     }
 }

@@ -1,7 +1,7 @@
 #include "tessera/database/CeDBTable.h"
 
 #include <algorithm>
-#include <new>
+#include <utility>
 #include <vector>
 
 #include "tessera/database/CeDBIterator.h"
@@ -50,13 +50,26 @@ BOOL CeDBTable::open(WORD attrIdx, WORD sortFlags, CWnd* notifyWnd) {
     return openSortedBy(&sort, notifyWnd);
 }
 
+BOOL CeDBTable::reopen(WORD attrIdx) {
+    const AttrDef& attribute = *getAttrDef(attrIdx);
+    const CCeDBProp sort(attribute.getType(), attribute.getIdent());
+    std::unique_ptr<CCeDBDatabase> reopened(newOrNull<CCeDBDatabase>());
+    if (!reopened) return FALSE;
+    if (reopened->open(getName(), &sort, nullptr)) {
+        db_ = std::move(reopened);
+        return TRUE;
+    }
+    if (GetLastError() == ERROR_FILE_NOT_FOUND) db_.reset();
+    return FALSE;
+}
+
 BOOL CeDBTable::openSortedBy(const CCeDBProp* sort, CWnd* notifyWnd) {
     if (!CCeDBDatabase::exists(getName())) {
         if (GetLastError() == ERROR_FILE_NOT_FOUND) db_.reset();  // else there is no telling, and it stays
         return FALSE;
     }
     if (isOpen()) return TRUE;
-    if (!db_) db_.reset(new (std::nothrow) CCeDBDatabase);
+    if (!db_) db_.reset(newOrNull<CCeDBDatabase>());
     return db_ ? db_->open(getName(), sort, notifyWnd) : FALSE;
 }
 
@@ -87,11 +100,11 @@ DWORD CeDBTable::getCEOID() {
 }
 
 Iterator* CeDBTable::getIterator(int sortIdx, CCeDBProp* p1, CCeDBProp* p2) {
-    return new (std::nothrow) CeDBIterator(this, sortIdx, p1, p2);
+    return newOrNull<CeDBIterator>(this, sortIdx, p1, p2);
 }
 
 Iterator* CeDBTable::getIterator(CCeDBProp* p1, CCeDBProp* p2) {
-    return new (std::nothrow) CeDBIterator(this, p1, p2);
+    return newOrNull<CeDBIterator>(this, p1, p2);
 }
 
 HRESULT CeDBTable::add(const CCeDBRecord& record, DWORD& newOid) {

@@ -30,6 +30,9 @@ public:
     BOOL open(CWnd* notifyWnd) override;
     /// Opens in the order of one attribute, with the flags CEDB_SORT_*.
     BOOL open(WORD attrIdx, WORD sortFlags, CWnd* notifyWnd);
+    /// Opens anew, in the order of one attribute and without a notification window, whether it was open or not. On
+    /// failure it stays as it was, unless the database is gone.
+    BOOL reopen(WORD attrIdx);
     BOOL close() override;
     /// Removes the database from the store, opening it first if need be. FALSE when there is none.
     BOOL drop() override;

@@ -81,13 +81,16 @@ public:
     /// Puts in what `compare` found it to lack. False when the database cannot be read.
     bool bringUpToDate(DatabaseReader& reader) {
         if (whole_ && pending_.size() <= rebuildAfter && !image_.wasteful()) return putPending(reader);
-        State state = State::behind;
-        do {
+        // More than the log keeps may have happened meanwhile, or the database have been made anew. That does not go
+        // on and on, but in a damaged store.
+        constexpr int attempts = 3;
+        for (int i = 0; i < attempts; ++i) {
             if (!readAll(reader)) return false;
             // A contact that moved meanwhile was met twice or not at all; it is among the changes since.
-            state = compare(reader);
-        } while (!whole_);
-        return state == State::current || (state == State::behind && putPending(reader));
+            const State state = compare(reader);
+            if (whole_) return state == State::current || (state == State::behind && putPending(reader));
+        }
+        return false;
     }
 
 private:

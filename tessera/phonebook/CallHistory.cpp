@@ -1,10 +1,12 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/RowFields.h"
+#include "tessera/phonebook/TableRows.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/TelNo.h"
 
@@ -53,6 +55,14 @@ void fillEntry(CallEntry& entry, PropAt&& propAt) {
         takeProp(propAt(static_cast<int>(i)), entry, callFields[i]);
 }
 
+/// Fills the entry from the row that the iterator is on. E_FAIL when it cannot be read.
+HRESULT readCurrent(Iterator& calls, CallEntry& entry) {
+    CCeDBRecord row;
+    if (FAILED(readRow(calls, row))) return E_FAIL;
+    fillEntry(entry, [&](int attr) { return shownProp(row, aRecDef_[PBDBTBL_CALLHISTORY], attr); });
+    return S_OK;
+}
+
 /// Which of the record's numbers reduces to exactly this one; 0 for none.
 DWORD flagOfNumber(const PBRecord& record, const CString& telNo) {
     for (const DWORD flag : adwTelNoAttrFlagMap_) {
@@ -65,6 +75,8 @@ DWORD flagOfNumber(const PBRecord& record, const CString& telNo) {
 
 HRESULT PhoneBookDBMgr::insertCallEntry(CallEntry* entry) {
     if (!isTableOpen(PBDBTBL_CALLHISTORY) || entry == nullptr) return E_FAIL;
+    // Before the unit, which a failure of storage would end: an unknown caller is logged as well.
+    static_cast<void>(getCallEntryData(entry));
     return writingOperation([&]() -> HRESULT {
         Database::Table& calls = *tables_[PBDBTBL_CALLHISTORY];
         // One row goes however many there are, and whether or not it can; neither result counts. Meant so.
@@ -73,7 +85,6 @@ HRESULT PhoneBookDBMgr::insertCallEntry(CallEntry* entry) {
             static_cast<void>(getLRUCallEntry(&oldest, nullptr));
             static_cast<void>(deleteCallEntry(oldest));
         }
-        static_cast<void>(getCallEntryData(entry));  // an unknown caller is logged as well
         entry->dwFlags = dwRowFlags_;
         auto props = propsOf(*entry);
         return calls.insertRecord(props.data()) == S_OK ? S_OK : E_FAIL;
@@ -88,21 +99,25 @@ HRESULT PhoneBookDBMgr::getCallEntryData(CallEntry* entry) {
         }
         if (entry->strCID == szWithheldCID_) return S_OK;
 
+        constexpr DWORD wanted = nameMask | dwTelNoMask_;
         PBRecord caller;
-        caller.dwCITypeMask = nameMask | dwTelNoMask_;
+        caller.dwCITypeMask = wanted;
         HRESULT result = entry->strName.IsEmpty() ? E_FAIL : queryCallerNamed(entry->strName, caller);
-        if (FAILED(result)) result = queryCallerInfo(entry->strCID, &caller, nullptr);
+        if (FAILED(result)) {
+            caller.dwCITypeMask = wanted;  // again: by now it says what was found
+            result = queryCallerInfo(entry->strCID, &caller, nullptr);
+        }
         if (FAILED(result)) {
             entry->strName.Empty();
             return S_FALSE;
         }
-        if (const DWORD flag = flagOfNumber(caller, entry->strCID); flag != 0) {
-            entry->dwTelType = flag;
-            entry->strName = getPBRecordFieldStr(caller, flag);
-        }
+        const DWORD flag = flagOfNumber(caller, entry->strCID);
+        CString name = flag != 0 ? getPBRecordFieldStr(caller, flag) : entry->strName;
         // Where contacts hold the number within longer ones only, the mask is still the one asked with, and the
         // name is emptied: meant so.
-        if ((caller.dwCITypeMask & nameMask) != 0) entry->strName = caller.strName;
+        if ((caller.dwCITypeMask & nameMask) != 0) name = caller.strName;
+        if (flag != 0) entry->dwTelType = flag;
+        entry->strName = std::move(name);
         return result;
     });
 }
@@ -145,8 +160,7 @@ HRESULT PhoneBookDBMgr::getMRUCallEntry(CallEntry* entry) {
         if (entry == nullptr) return E_POINTER;
         std::unique_ptr<Iterator> calls;
         if (const HRESULT reached = reachCall(&Iterator::next, calls); reached != S_OK) return reached;
-        fillEntry(*entry, [&](int attr) { return calls->getProp(attr); });
-        return S_OK;
+        return readCurrent(*calls, *entry);
     });
 }
 
@@ -157,17 +171,16 @@ HRESULT PhoneBookDBMgr::getLRUCallEntry(DWORD* oid, CallEntry* entry) {
         std::unique_ptr<Iterator> calls;
         if (const HRESULT reached = reachCall(&Iterator::last, calls); reached != S_OK) return reached;
         *oid = calls->getCur();
-        if (entry != nullptr) fillEntry(*entry, [&](int attr) { return calls->getProp(attr); });
-        return S_OK;
+        return entry == nullptr ? S_OK : readCurrent(*calls, *entry);
     });
 }
 
 /// Puts an iterator over the calls, newest first, on the one that `move` comes to. S_FALSE when there is none.
 HRESULT PhoneBookDBMgr::reachCall(HRESULT (Iterator::*move)(), std::unique_ptr<Iterator>& calls) {
     calls.reset(getIterator(UINT{PBDBTBL_CALLHISTORY}, callTime, nullptr, nullptr));
-    if (calls == nullptr) return E_FAIL;
-    if (calls->getNumItems() == 0) return S_FALSE;  // to a move it would be a table that is not open
-    return (calls.get()->*move)();
+    // To a move a table without rows would be one that is not open.
+    const HRESULT any = anyRows(*cedbTable(PBDBTBL_CALLHISTORY), calls.get());
+    return any == S_OK ? (calls.get()->*move)() : any;
 }
 
 HRESULT PhoneBookDBMgr::deleteCallEntry(DWORD oid) {

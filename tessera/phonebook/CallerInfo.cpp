@@ -6,6 +6,7 @@
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/SpeedDialRow.h"
+#include "tessera/phonebook/TableRows.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/TelNo.h"
 
@@ -137,10 +138,9 @@ HRESULT PhoneBookDBMgr::getCallerInfo(DWORD& oid, CString& /*text*/, PBRecord* r
 HRESULT PhoneBookDBMgr::queryCID(DWORD speedDialId, CString* telNo) {
     return operation([&]() -> HRESULT {
         if (!isTableOpen(PBDBTBL_SPEEDDIALNO) || telNo == nullptr) return E_FAIL;
-        CCeDBProp key = slotProp(speedDialId);
         CCeDBRecord row;
         DWORD rowOid = 0;
-        const HRESULT result = tables_[PBDBTBL_SPEEDDIALNO]->queryRecord(key, &rowOid, &row);
+        const HRESULT result = seekRow(*tables_[PBDBTBL_SPEEDDIALNO], slotProp(speedDialId), rowOid, &row);
         if (result != S_OK) return result;
         *telNo = PhoneBook::makeCNIP(row.getProp(identOfSpeedDial(sdialTelNo)).getText());
         return S_OK;

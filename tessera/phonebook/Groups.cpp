@@ -2,11 +2,13 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/RowFields.h"
+#include "tessera/phonebook/TableRows.h"
 
 namespace PhoneBook {
 
@@ -72,7 +74,7 @@ void PhoneBookDBMgr::RecordToPBGroupInfo(Table* /*table*/, const CCeDBRecord& re
 /// Looks a group up along one attribute, leaving the table in its order. S_FALSE when there is none. `row` may be null.
 HRESULT PhoneBookDBMgr::findGroup(WORD attrIdx, CCeDBProp key, DWORD& rowOid, CCeDBRecord* row) {
     CeDBTable* groups = reopenSortedBy(PBDBTBL_AVAILABLEPBGROUP, attrIdx);
-    return groups == nullptr ? E_FAIL : groups->queryRecord(key, &rowOid, row);
+    return groups == nullptr ? E_FAIL : seekRow(*groups, std::move(key), rowOid, row);
 }
 
 HRESULT PhoneBookDBMgr::readGroup(WORD attrIdx, const CCeDBProp& key, PBGroupInfo* info) {
@@ -103,10 +105,9 @@ HRESULT PhoneBookDBMgr::getAvailablePBGroups(CStringArray& names) {
     return operation([&]() -> HRESULT {
         if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
         const std::unique_ptr<Iterator> each = groupsBy(groupName);
-        if (each == nullptr) return E_FAIL;
-        while (each->next() == S_OK)
-            names.Add(each->getProp(groupName).getText());
-        return S_OK;
+        return forEachRow(*cedbTable(PBDBTBL_AVAILABLEPBGROUP), each.get(), [&](const CCeDBRecord& row) {
+            names.Add(shownProp(row, aRecDef_[PBDBTBL_AVAILABLEPBGROUP], groupName).getText());
+        });
     });
 }
 
@@ -115,17 +116,18 @@ HRESULT PhoneBookDBMgr::getNextAvailablePBGroupID(DWORD* id) {
         if (!isTableOpen(PBDBTBL_AVAILABLEPBGROUP)) return E_FAIL;
         if (id == nullptr) return E_POINTER;
         const std::unique_ptr<Iterator> each = groupsBy(groupId);
-        if (each == nullptr) return E_FAIL;
         DWORD largest = 0;
-        while (each->next() == S_OK)
-            largest = std::max(largest, each->getProp(groupId).getUI4());
-        *id = largest + 1;
-        return S_OK;
+        const HRESULT walked =
+            forEachRow(*cedbTable(PBDBTBL_AVAILABLEPBGROUP), each.get(), [&](const CCeDBRecord& row) {
+                largest = std::max(largest, shownProp(row, aRecDef_[PBDBTBL_AVAILABLEPBGROUP], groupId).getUI4());
+            });
+        if (SUCCEEDED(walked)) *id = largest + 1;
+        return walked;
     });
 }
 
 HRESULT PhoneBookDBMgr::initAvailablePBGroup() {
-    return writingOperation([&]() -> HRESULT {
+    return writingOperationOn(categories_, [&]() -> HRESULT {
         if (!isTableOpen(PBDBTBL_CATEGORIES)) return E_FAIL;
         const std::unique_ptr<Iterator> each(getIterator(UINT{PBDBTBL_CATEGORIES}, 0, nullptr, nullptr));
         if (each == nullptr) return E_FAIL;

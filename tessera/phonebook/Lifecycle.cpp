@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <new>
 
+#include "tessera/database/Guarded.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/platform/contacts/ContactProperties.h"
@@ -103,9 +103,10 @@ HRESULT PhoneBookDBMgr::addSHNotification() {
 BOOL PhoneBookDBMgr::initTableObj(UINT tableId) {
     if (tables_[tableId] != nullptr) return TRUE;
     if (tableId == PBDBTBL_POLCONTACTS) {
-        tables_[tableId] = new (std::nothrow) POlDBTable(aszTableName_[tableId], &aRecDef_[tableId], olFolderContacts);
+        tables_[tableId] =
+            Database::newOrNull<POlDBTable>(aszTableName_[tableId], &aRecDef_[tableId], olFolderContacts);
     } else {
-        tables_[tableId] = new (std::nothrow) CeDBTable(aszTableName_[tableId], &aRecDef_[tableId]);
+        tables_[tableId] = Database::newOrNull<CeDBTable>(aszTableName_[tableId], &aRecDef_[tableId]);
     }
     if (tableId == PBDBTBL_CATEGORIES) categoriesTable_.reset(tables_[tableId]);
     return tables_[tableId] != nullptr ? TRUE : FALSE;
@@ -195,8 +196,7 @@ bool PhoneBookDBMgr::isTableOpen(UINT tableId) {
 
 CeDBTable* PhoneBookDBMgr::reopenSortedBy(UINT tableId, WORD attrIdx) {
     CeDBTable* table = cedbTable(tableId);
-    table->close();
-    return table->open(attrIdx, 0, nullptr) ? table : nullptr;
+    return table->reopen(attrIdx) ? table : nullptr;
 }
 
 }  // namespace PhoneBook

@@ -214,10 +214,10 @@ HRESULT PhoneBookDBMgr::readCategories(DWORD contactOid, CString& categories) {
 HRESULT PhoneBookDBMgr::onCEOIDCreatedCategories(const CENOTIFICATION* notification) {
     if (notification == nullptr) return E_POINTER;
     std::optional<std::int16_t> groupId;
-    const HRESULT result = operation([&] {
-        const HRESULT written = writingOperation([&] { return makeGroupOf(notification->oid, groupId); });
-        if (groupId && SUCCEEDED(written)) categories_.SetAt(notification->oid, *groupId);
-        return written;
+    const HRESULT result = writingOperationOn(categories_, [&] {
+        const HRESULT made = makeGroupOf(notification->oid, groupId);
+        if (groupId && SUCCEEDED(made)) categories_.SetAt(notification->oid, *groupId);
+        return made;
     });
     if (groupId) tellReceiver();
     return result;

@@ -411,7 +411,7 @@ private:
     HRESULT readContactOfSlot(SpeedDialInfo& info);
     HRESULT writeSlotOf(DWORD contactOid, PBRecord& contact, DWORD id, DWORD telType);
     void clearSlotWord(DWORD rowOid, CCeDBRecord& row);
-    void setCacheEntry(DWORD id, const SpeedDialInfo& info);
+    void setCacheEntry(DWORD id, SpeedDialInfo info);
     HRESULT forEachExtensionRow(HRESULT whenEmpty, const std::function<void(DWORD rowOid, CCeDBRecord& row)>& visit);
     HRESULT fillRecord(IContact* contact, PBRecord* record, DWORD* oid);
     std::unique_ptr<Database::Iterator> groupsBy(WORD attrIdx);

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <memory>
-#include <new>
 
 #include "tessera/common/CommaSepValList.h"
 #include "tessera/database/ContactItem.h"
@@ -11,6 +10,7 @@
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/RowFields.h"
+#include "tessera/phonebook/TableRows.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/TelNo.h"
 
@@ -37,7 +37,7 @@ CCeDBProp propOfField(const PBRecord& record, const PBAttribute& attribute, WORD
 
 /// Null when memory is short.
 std::unique_ptr<CCeDBProp> newProp(CCeDBProp value) {
-    return std::unique_ptr<CCeDBProp>(new (std::nothrow) CCeDBProp(std::move(value)));
+    return std::unique_ptr<CCeDBProp>(Database::newOrNull<CCeDBProp>(std::move(value)));
 }
 
 /// Adds an element, null or not. What cannot be added is freed.
@@ -165,11 +165,10 @@ HRESULT PhoneBookDBMgr::insertExtensionRow(DWORD contactOid, PBRecord& record) {
     return tables_[PBDBTBL_PHONEBOOKEXT]->insertRecord(&row, rowOid);
 }
 
-/// S_FALSE when the contact has no row; E_FAIL when the table is not open. `row` may be null.
+/// S_FALSE when the contact has no row; E_FAIL when that cannot be told. `row` may be null.
 HRESULT PhoneBookDBMgr::findExtensionRow(DWORD contactOid, DWORD& rowOid, CCeDBRecord* row) {
     if (!isTableOpen(PBDBTBL_PHONEBOOKEXT)) return E_FAIL;
-    CCeDBProp key = contactProp(contactOid);
-    return tables_[PBDBTBL_PHONEBOOKEXT]->queryRecord(key, &rowOid, row);
+    return seekRow(*tables_[PBDBTBL_PHONEBOOKEXT], contactProp(contactOid), rowOid, row);
 }
 
 HRESULT PhoneBookDBMgr::writeExtensionRow(DWORD contactOid, PBRecord& record) {

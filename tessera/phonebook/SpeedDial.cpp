@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/RowFields.h"
 #include "tessera/phonebook/SpeedDialRow.h"
+#include "tessera/phonebook/TableRows.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/TelNo.h"
 
@@ -43,9 +45,7 @@ void readTypeNumberAndFlags(const CCeDBRecord& row, SpeedDialInfo& info) {
 
 /// Finds the row of a slot in the table, which is null when it could not be reopened.
 HRESULT seekSlot(CeDBTable* slots, DWORD id, DWORD& rowOid, CCeDBRecord* row) {
-    if (slots == nullptr) return E_FAIL;
-    CCeDBProp key = slotProp(id);
-    return slots->queryRecord(key, &rowOid, row);
+    return slots == nullptr ? E_FAIL : seekRow(*slots, slotProp(id), rowOid, row);
 }
 
 /// Puts a slot into the byte of a slot word that the telephone type has; all but the first three types share one.
@@ -90,7 +90,7 @@ HRESULT PhoneBookDBMgr::querySpeedDialInfo(const CString& telNo, DWORD& rowOid, 
         if (slots == nullptr) return E_FAIL;
         CCeDBProp key = CCeDBProp::ofText(identOfSpeedDial(sdialTelNo), PhoneBook::makeCNIP(telNo));
         CCeDBRecord row;
-        if (slots->queryRecord(key, &rowOid, &row) != S_OK) return E_FAIL;
+        if (seekRow(*slots, std::move(key), rowOid, &row) != S_OK) return E_FAIL;
         if (info == nullptr) return S_OK;
         info->dwSDialID = static_cast<WORD>(propOf(row, sdialId).getI2());
         info->dwOID = 0;
@@ -210,11 +210,10 @@ HRESULT PhoneBookDBMgr::findFirstEmptySDialID(DWORD startId, DWORD* id) {
         CCeDBProp start = slotProp(startId);
         const std::unique_ptr<Iterator> holders(slots == nullptr ? nullptr
                                                                  : slots->getIterator(sdialId, &start, nullptr));
-        if (holders == nullptr) return E_FAIL;
-        if (holders->next() != S_OK) {
-            *id = startId;
-            return S_OK;
-        }
+        HRESULT moved = slots == nullptr ? E_FAIL : anyRows(*slots, holders.get());
+        if (moved == S_OK) moved = holders->next();
+        if (moved == S_FALSE) *id = startId;
+        if (moved != S_OK) return moved == S_FALSE ? S_OK : E_FAIL;
         // Counts up from 1 over the rows of that one slot, and so comes to 1, taken or not, or to 2 when slot 1
         // has two rows. It proposes, it does not search: meant so.
         DWORD expected = 1;

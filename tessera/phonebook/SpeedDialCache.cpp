@@ -2,11 +2,13 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 
 #include "tessera/phonebook/ExtensionRow.h"
 #include "tessera/phonebook/Operation.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/SpeedDialRow.h"
+#include "tessera/phonebook/TableRows.h"
 
 namespace PhoneBook {
 
@@ -56,8 +58,8 @@ void PhoneBookDBMgr::RecordToSDialInfo(Table* table, const CCeDBRecord& record, 
 }
 
 /// Puts an entry into the cache, if it has one for that slot.
-void PhoneBookDBMgr::setCacheEntry(DWORD id, const SpeedDialInfo& info) {
-    if (id < nSDialCacheSize_) speedDialCache_[id] = info;
+void PhoneBookDBMgr::setCacheEntry(DWORD id, SpeedDialInfo info) {
+    if (id < nSDialCacheSize_) speedDialCache_[id] = std::move(info);
 }
 
 /// Reads every extension row, in the order of their contacts.
@@ -68,7 +70,7 @@ HRESULT PhoneBookDBMgr::forEachExtensionRow(HRESULT whenEmpty,
     CeDBTable* extension = reopenSortedBy(PBDBTBL_PHONEBOOKEXT, extPodbOid);
     const std::unique_ptr<Iterator> rows(extension == nullptr ? nullptr
                                                               : extension->getIterator(extPodbOid, nullptr, nullptr));
-    if (rows == nullptr) return E_FAIL;
+    if (extension == nullptr || FAILED(anyRows(*extension, rows.get()))) return E_FAIL;
     HRESULT result = whenEmpty;
     CCeDBRecord row;
     for (int i = 0; i < rows->getNumItems(); ++i) {
@@ -91,6 +93,7 @@ HRESULT PhoneBookDBMgr::fillSDialInfoCache(SpeedDialInfo* cache) {
         clearSDialInfoCache(cache);
         const std::unique_ptr<Iterator> rows(slots->getIterator(sdialId, nullptr, nullptr));
         if (rows == nullptr) return S_OK;
+        if (FAILED(anyRows(*slots, rows.get()))) return E_FAIL;
         CCeDBRecord row;
         for (int i = 0; i < rows->getNumItems(); ++i) {
             if (FAILED(rows->getRecordAt(i, &row))) continue;
@@ -141,8 +144,9 @@ HRESULT PhoneBookDBMgr::writeSDialInfoCache(DWORD id, SpeedDialInfo* info) {
     return operation([&]() -> HRESULT {
         if (info == nullptr) return E_POINTER;
         if (!isSlot(id)) return E_FAIL;
-        speedDialCache_[id] = *info;  // with the slot that it says itself
-        speedDialCache_[id].dwFlags |= dirtyMark;
+        SpeedDialInfo entry = *info;  // with the slot that it says itself
+        entry.dwFlags |= dirtyMark;
+        setCacheEntry(id, std::move(entry));
         return S_OK;
     });
 }
@@ -159,7 +163,7 @@ HRESULT PhoneBookDBMgr::moveSDialInfoCache(DWORD fromId, DWORD toId) {
         if (fromId >= nSDialCacheSize_) return S_OK;
         SpeedDialInfo moved = speedDialCache_[fromId];
         moved.dwSDialID = toId;
-        setCacheEntry(toId, moved);
+        setCacheEntry(toId, std::move(moved));
         setCacheEntry(fromId, nullSDialInfo);  // last: an entry that is moved onto itself is emptied
         return S_OK;
     });

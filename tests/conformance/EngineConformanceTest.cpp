@@ -487,6 +487,25 @@ TEST_P(Engine, FailedCallLeavesTheUnitAsItWas) {
     EXPECT_THAT(recordsOf(*second, openOrder(database, {})), ElementsAre(record));
 }
 
+TEST_P(Engine, UnitThatIsDroppedLeavesNothing) {
+    const CEOID database = makeDatabase();
+    engine->dropUnit();  // there is none
+    const CEOID kept = put(database, Writing().set(rank, 1));
+    ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
+    put(database, Writing().set(rank, 2));
+    EXPECT_EQ(engine->erase(database, kept), ERROR_SUCCESS);
+
+    engine->dropUnit();
+
+    EXPECT_EQ(engine->endUnit(), ERROR_NOT_READY);
+    EXPECT_THAT(walk(openOrder(database, {})), ElementsAre(kept));
+    EXPECT_EQ(changesAfter(0).size(), 1u);
+    ASSERT_EQ(second->beginUnit(), ERROR_SUCCESS) << "it is another's turn";
+    EXPECT_EQ(second->endUnit(), ERROR_SUCCESS);
+    const CEOID next = put(database, Writing().set(rank, 3));
+    EXPECT_THAT(recordsOf(*second, openOrder(database, {})), ElementsAre(kept, next));
+}
+
 TEST_P(Engine, UnitThatIsNeverEndedLeavesNothing) {
     const CEOID database = makeDatabase();
     ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);

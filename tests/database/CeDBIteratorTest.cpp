@@ -237,8 +237,10 @@ TEST(CeDBIterator, ALowerBoundThatNoRecordHasLeavesNoPosition) {
 TEST(CeDBIterator, CountsOneLessForEachDeletedCurrent) {
     ThreeRecords table;
     OpenIterator records(&table, nullptr, nullptr);
+    ASSERT_EQ(records.next(), S_OK);
 
     EXPECT_EQ(records.deleteCur(), S_OK);
+    EXPECT_EQ(records.getCur(), table.first);
     EXPECT_EQ(records.getNumItems(), 2);
     EXPECT_EQ(table.getNumRecords(), 3u);
     EXPECT_EQ(records.deleteAt(1, false), S_OK);

@@ -179,6 +179,32 @@ TEST(CeDBTableOpen, KeepsTheDatabaseObjectWhenTheStoreCannotTell) {
     EXPECT_EQ(table.getDB(), made);
 }
 
+TEST(CeDBTableReopen, LetsGoOfADatabaseThatIsGone) {
+    SampleTable table;
+    ASSERT_TRUE(CeDeleteDatabaseEx(table.getCEOID()));
+
+    EXPECT_EQ(table.reopen(1), FALSE);
+
+    EXPECT_EQ(table.getDB(), nullptr);
+    EXPECT_FALSE(table.isOpen());
+}
+
+TEST(CeDBTableReopen, KeepsTheOrderItHasWhenThereIsNoneByThatAttribute) {
+    const MemoryStoreMount store;
+    AttrDef columns[] = {{u"Rank", CCeDBProp::typeI4, testing_support::rankIdent},
+                         {u"Picture", CCeDBProp::typeBlob, 0x510}};
+    const RecordDef schema(2, columns);
+    CeDBTable table(u"QZ_Pictures", &schema);
+    ASSERT_NE(table.create(), 0u);
+    ASSERT_TRUE(table.open(0, 0, nullptr));
+    const CCeDBDatabase* const opened = table.getDB();
+
+    EXPECT_EQ(table.reopen(1), FALSE);
+
+    EXPECT_EQ(table.getDB(), opened);
+    EXPECT_TRUE(table.isOpen());
+}
+
 TEST(CeDBTableClose, KeepsTheDatabaseObjectForTheNextOpen) {
     SampleTable table;
     const DWORD oid = table.add(1, u"a");

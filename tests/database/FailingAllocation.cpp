@@ -6,10 +6,11 @@
 namespace {
 
 thread_local long allocationsUntilFailure = 0;  ///< 0: none is to fail.
+thread_local bool paused = false;
 thread_local bool failed = false;
 
 void* allocated(std::size_t size) noexcept {
-    if (allocationsUntilFailure != 0 && --allocationsUntilFailure == 0) {
+    if (!paused && allocationsUntilFailure != 0 && --allocationsUntilFailure == 0) {
         failed = true;
         return nullptr;
     }
@@ -58,11 +59,20 @@ namespace testing_support {
 
 FailingAllocation::FailingAllocation(long n) {
     failed = false;
+    paused = false;
     allocationsUntilFailure = n;
 }
 
 FailingAllocation::~FailingAllocation() {
     allocationsUntilFailure = 0;
+}
+
+void FailingAllocation::pause() {
+    paused = true;
+}
+
+void FailingAllocation::resume() {
+    paused = false;
 }
 
 bool FailingAllocation::happened() const {

@@ -12,6 +12,9 @@ public:
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
+    /// Between these none is counted, and none fails.
+    void pause();
+    void resume();
     /// Whether there have been so many allocations.
     bool happened() const;
 };

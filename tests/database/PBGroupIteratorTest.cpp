@@ -89,6 +89,29 @@ TEST_F(Groups, OpenTheExtensionTable) {
     EXPECT_TRUE(extension->isOpen());
 }
 
+/// Lets the scans be run.
+class OpenGroup : public PBGroupIterator {
+public:
+    using PBGroupIterator::PBGroupIterator;
+    using PBGroupIterator::scan;
+    using PBGroupIterator::scanTelNo;
+};
+
+TEST_F(Groups, AreEmptyWithoutAnExtensionTable) {
+    book.add(contact().name(u"Ann").group(u"Family"));
+    OpenGroup group(book->getTable(0), nullptr, PhoneBook::PBDBATTR_CATEGORIES, CString(u"Family"));
+    EXPECT_EQ(0, group.getNumItems());
+    EXPECT_FALSE(group.isOpened());
+}
+
+TEST_F(Groups, AreScannedInACollectionAndNeverByNumber) {
+    OpenGroup group(book->getTable(0), book->getTable(PhoneBook::PBDBTBL_PHONEBOOKEXT), PhoneBook::PBDBATTR_CATEGORIES,
+                    CString(u"Family"));
+    EXPECT_EQ(E_POINTER, group.scan(nullptr, CString(u"Family")));
+    EXPECT_EQ(E_POINTER, group.scan(nullptr, CString()));
+    EXPECT_EQ(E_NOTIMPL, group.scanTelNo(group.getItemCol(), CString(u"1")));
+}
+
 TEST_F(Groups, AreEmptyWithoutOpenContacts) {
     book.add(contact().name(u"Ann").group(u"Family"));
     book->closeDB();

@@ -66,6 +66,37 @@ TEST_F(ThreeContacts, AFailedMoveStandsBeyondTheEnd) {
     EXPECT_EQ(ann, cursor->getCur());
 }
 
+TEST_F(ThreeContacts, TwoStepsBackFromBeforeTheFirstCloseTheCursor) {
+    EXPECT_EQ(S_FALSE, cursor->prev());
+    EXPECT_FALSE(cursor->isOpened());
+    EXPECT_EQ(E_ACCESSDENIED, cursor->prev());
+    EXPECT_EQ(S_OK, cursor->next()) << "it takes no cursor that is open to step on";
+}
+
+TEST_F(ThreeContacts, OverNothingACursorStepsOnceToNobody) {
+    IPOutlookItemCollection* items = nullptr;
+    ASSERT_EQ(S_OK, contacts().getItems(&items));
+    POlDBIterator none(&contacts(), items, CString(u"[FileAs] = \"Nobody\""));
+
+    EXPECT_FALSE(none.isOpened());
+    EXPECT_EQ(S_OK, none.next()) << "from one before the place before the first";
+    EXPECT_EQ(0u, none.getCur());
+    EXPECT_EQ(S_FALSE, none.next());
+}
+
+TEST_F(ThreeContacts, WithoutACollectionThereIsNoStep) {
+    POlDBIterator none(&contacts(), nullptr, nullptr, nullptr);
+
+    EXPECT_EQ(E_FAIL, none.next());
+    EXPECT_EQ(0u, none.getCur());
+}
+
+TEST_F(ThreeContacts, ATableThatWasClosedNarrowsNothing) {
+    contacts().close();
+
+    EXPECT_EQ(nullptr, contacts().getIterator(static_cast<POlDBIterator*>(cursor.get()), 0, nullptr, nullptr));
+}
+
 TEST_F(ThreeContacts, LastStandsOnTheLast) {
     EXPECT_EQ(S_OK, cursor->last());
     EXPECT_EQ(carl, cursor->getCur());

@@ -243,7 +243,8 @@ TEST(POlDBTable, SplitsNamesByCommaElseByTheFirstSpace) {
                           Case{u"Smith,  John", u" John", u"Smith"}, Case{u"Cher", u"Cher", u""}, Case{u"", u"", u""},
                           Case{u"김민수", u"김민수", u""}, Case{u"Anna Maria Lee", u"Anna", u"Maria Lee"},
                           Case{u"Lee, Anna, Maria", u"Anna, Maria", u"Lee"}, Case{u"\u00c9va Kis", u"\u00c9va", u"Kis"},
-                          Case{u"\u0141ukasz Nowak", u"Nowak", u"\u0141ukasz"}}) {
+                          Case{u"\u0141ukasz Nowak", u"Nowak", u"\u0141ukasz"}, Case{u"\u00FF b", u"\u00FF", u"b"},
+                          Case{u"\u0100 b", u"b", u"\u0100"}}) {
         CString first(u"kept?");
         CString last(u"kept?");
         EXPECT_EQ(S_OK, table.splitName(CString(c.name), first, last));
@@ -272,6 +273,10 @@ TEST(POlDBTable, UpdatesAllAttributesOfAContact) {
     EXPECT_EQ(CString(u"A,B,C"), read.strCategories);
     EXPECT_EQ(CString(u"Ann"), fieldOf(table, oid, &IContact::get_LastName));
     EXPECT_TRUE(FAILED(table.updateRecord(oid + 1'000, &record, 0, nullptr)));
+    CCeDBRecord tooLong;
+    tooLong.addProp(text(std::u16string(32'736, u'x').c_str()));
+    EXPECT_EQ(E_INVALIDARG, table.updateRecord(oid, &tooLong, 0, nullptr));
+    EXPECT_EQ(CString(u"Lee Ann"), fieldOf(table, oid, &IContact::get_FileAs));
     EXPECT_EQ(E_FAIL, table.updateRecord(oid, nullptr, 0, nullptr));
 }
 

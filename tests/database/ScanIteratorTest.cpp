@@ -57,6 +57,22 @@ TEST_F(Scans, InitialConsonantsFindTheBeginningOfAName) {
     EXPECT_EQ(names({u"김민수"}), namesOf(byName(u"\u1100\u1106\u1109"))) << "conjoining initials serve as well";
 }
 
+TEST_F(Scans, TheLastConsonantsAreInitialsToo) {
+    for (const WCHAR* name : {u"하나", u"ㅎ", u"x\u1159", u"\u1159x"})
+        book.add(contact().name(name));
+    EXPECT_EQ(names({u"하나"}), namesOf(byName(u"ㅎㄴ")));
+    EXPECT_EQ(names({u"\u1159x"}), namesOf(byName(u"\u1159"))) << "of a name's beginning, not anywhere in it";
+    EXPECT_EQ(names({u"\u1159x"}), namesOf(byName(u"\u1159x")));
+}
+
+TEST_F(Scans, NoWhiteSpaceStandsBetweenInitials) {
+    for (const WCHAR space : u"\t\n\r \u0085\u00A0\u1680\u2000\u200A\u2028\u2029\u202F\u205F\u3000") {
+        if (space == u'\0') break;
+        book.add(contact().name(std::u16string(u"김") + space + u"민"));
+    }
+    EXPECT_EQ(14u, namesOf(byName(u"ㄱㅁ")).size());
+}
+
 TEST_F(Scans, ATenseConsonantFindsOnlyItself) {
     for (const WCHAR* name : {u"가", u"까"})
         book.add(contact().name(name));
@@ -106,6 +122,18 @@ TEST_F(Scans, AnEmptyNumberKeyFindsWhoeverHasANumber) {
     EXPECT_EQ(names({u"Ann", u"Carl"}), namesOf(byNumber(u"")));
 }
 
+TEST_F(Scans, AnEmptyNumberIsNone) {
+    // The contacts model keeps no empty text: as another program writes it.
+    CCeDBDatabase database;
+    database.open(u"Contacts Database", nullptr, nullptr);
+    CCeDBRecord withEmptyNumber;
+    withEmptyNumber.addProp(CCeDBProp::ofText(0x4013, u"Kim"));
+    withEmptyNumber.addProp(CCeDBProp::ofText(0x3A1C, u""));
+    ASSERT_NE(0u, database.add(withEmptyNumber));
+
+    EXPECT_EQ(nullptr, byNumber(u""));
+}
+
 TEST_F(Scans, AMatchHasNoNameWhenTheNumberStandsBeforeItInTheRecord) {
     // As a program would that writes the contacts database by itself.
     CCeDBDatabase database;
@@ -119,6 +147,20 @@ TEST_F(Scans, AMatchHasNoNameWhenTheNumberStandsBeforeItInTheRecord) {
     EXPECT_EQ(names({u""}), namesOf(byNumber(u"11")));
     EXPECT_EQ(names({u"Kim"}), namesOf(byNumber(u"22")));
     EXPECT_EQ(names({u"Kim"}), namesOf(byName(u"k")));
+}
+
+TEST_F(Scans, ACursorSearchesOnlyWhenItIsToldTo) {
+    book.add(contact().name(u"Kim 1").mobile(u"2"));
+    const auto matches = [this](int attr, const WCHAR* key, bool run) {
+        IPOutlookItemCollection* items = nullptr;
+        EXPECT_EQ(S_OK, contacts().getItems(&items));
+        return ScanIterator(&contacts(), items, attr, CString(key), run).getNumItems();
+    };
+    EXPECT_EQ(1, matches(0, u"kim", true));
+    EXPECT_EQ(0, matches(0, u"kim", false));
+    EXPECT_EQ(1, matches(SCANATTR_TELNO, u"2", true));
+    EXPECT_EQ(1, matches(SCANATTR_TELNO + 1, u"1", true)) << "by name";
+    EXPECT_FALSE(ScanIterator(&contacts(), nullptr, 0, CString(u"kim"), true).isOpened());
 }
 
 TEST_F(Scans, NothingFoundIsNoCursor) {
@@ -228,8 +270,9 @@ TEST_F(Scans, ABatchSeesItsOwnContactsBeforeAnybodyElseDoes) {
     const auto countInOtherThread = [] {
         std::size_t count = 0;
         std::thread([&] {
-            OpenPhoneBook other;
-            const std::unique_ptr<Iterator> found(other->searchPBRecord(PhoneBook::PBDBATTR_NAME, CString(u"kim")));
+            PhoneBook::PhoneBookDBMgr other;
+            EXPECT_EQ(S_OK, other.openDB(nullptr));
+            const std::unique_ptr<Iterator> found(other.searchPBRecord(PhoneBook::PBDBATTR_NAME, CString(u"kim")));
             count = namesOf(found).size();
         }).join();
         return count;
@@ -244,6 +287,7 @@ TEST_F(Scans, ABatchSeesItsOwnContactsBeforeAnybodyElseDoes) {
         ObjectStoreBatch batch;
         mine.add(contact().name(u"Kim B"));
         EXPECT_EQ(2u, countHere());
+        EXPECT_EQ(1u, countInOtherThread());
     }
     EXPECT_EQ(2u, countHere());
     EXPECT_EQ(2u, countInOtherThread());

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tessera/platform/base/Unicode.h"
 #include "tests/examples/CallerIdService.h"
 
 // What clients may send, and how.
@@ -104,6 +105,16 @@ TEST_F(CallerIdServiceLines, GetOneLineEachWhateverTheNameHolds) {
     caller.send("010-4\n010-1\n");
 
     EXPECT_THAT(caller.lines(2), ElementsAre("a b c \t ", "one\t1.mid"));
+}
+
+TEST_F(CallerIdServiceLines, BringNothingThatATerminalWouldObey) {
+    const std::u16string everyCommand =
+        u"\u0001\u001B\u001F\u007F\u0080\u009B\u009F\u061C\u200E\u200F\u2028\u2029\u202A\u202E\u2066\u2069";
+    const std::u16string shown = u"~\u00A0\u200D\u2027\u202F김😀";
+    served.phoneBook().add(contact().name(everyCommand + shown).mobile(u"010-5").bell(u"\u001B]0;x\u0007"));
+    Caller caller(served.socket());
+
+    EXPECT_EQ(caller.ask("010-5"), std::string(everyCommand.size(), ' ') + utf8Of(shown) + "\t ]0;x ");
 }
 
 TEST_F(CallerIdServiceLines, EndWithTheirClient) {

@@ -1,6 +1,7 @@
 #include <chrono>
 #include <fstream>
 #include <poll.h>
+#include <sys/stat.h>
 
 #include <gmock/gmock.h>
 
@@ -31,6 +32,22 @@ using testing_support::oidOf;
 using testing_support::Outcome;
 using testing_support::Process;
 using testing_support::require;
+
+class ScopedUmask {
+public:
+    explicit ScopedUmask(mode_t mask) : before_(::umask(mask)) {}
+    ~ScopedUmask() { ::umask(before_); }
+    ScopedUmask(const ScopedUmask&) = delete;
+    ScopedUmask& operator=(const ScopedUmask&) = delete;
+
+private:
+    mode_t before_;
+};
+
+Process startedUnder(mode_t mask, const testing_support::Command& command) {
+    const ScopedUmask umask(mask);
+    return Process(command);
+}
 
 void giveRingTone(PhoneBookDBMgr& manager, DWORD groupId, const WCHAR* bell) {
     PBGroupInfo group;
@@ -258,11 +275,31 @@ TEST(CallerIdService, WantsAPathThatASocketCanHave) {
     EXPECT_THAT(tooLong.err, HasSubstr("too long"));
 }
 
-TEST(CallerIdService, LetsNobodyElseIn) {
-    ServedPhoneBook served;
+TEST(CallerIdService, LetsNobodyElseInWhateverTheUmask) {
+    for (const mode_t mask : {0000, 0022, 0777}) {
+        const testing_support::TemporaryFolder folder;
+        Process service = startedUnder(mask, serviceAt(folder / "callers", folder / "store.db"));
+        awaitListening(service);
 
-    EXPECT_EQ(std::filesystem::status(served.socket()).permissions() & std::filesystem::perms(0077),
-              std::filesystem::perms::none);
+        EXPECT_EQ(std::filesystem::status(folder / "callers").permissions(), std::filesystem::perms(0600)) << mask;
+        EXPECT_EQ(Caller(folder / "callers").ask("010-1"), "unknown");
+    }
+}
+
+TEST(CallerIdService, TellsTheTerminalNothingThatItWouldObey) {
+    const testing_support::TemporaryFolder folder;
+    const auto socket = folder / "\x1B[31m\nred\xC2\x9B";
+    Process service(serviceAt(socket, folder / "store.db"));
+    std::string said;
+    while (!said.ends_with('\n'))
+        said += service.read(patience).value_or("(ended)\n");
+
+    const Outcome second = testing_support::run(serviceAt(socket, folder / "store.db"));
+    const Outcome odd = testing_support::run(serviceAt(folder / "\x1B[31m\xFF/no", folder / "store.db"));
+
+    EXPECT_EQ(said, "listening on " + (folder / " [31m red ").string() + "\n");
+    EXPECT_EQ(second.err, "caller_id_service: " + (folder / " [31m red ").string() + ": Address already in use\n");
+    EXPECT_EQ(odd.err, "caller_id_service: (not UTF-8)\n");
 }
 
 }  // namespace caller_id_service

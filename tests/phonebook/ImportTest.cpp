@@ -170,6 +170,19 @@ TEST_F(Import, RowsTakeTheirValuesByType) {
     EXPECT_EQ(0u, row.findProp(774)->getUI2()) << "an unsigned 16-bit column receives no value";
 }
 
+TEST_F(Import, NumbersThatNoColumnHoldsAreCut) {
+    EXPECT_EQ(S_OK, import(file("QZ_SpeedDialNo.csv", u"h\n2147483648,4,1,7\n"), 1));
+    EXPECT_EQ(S_OK, import(file("QZ_AvailablePBGroup.csv", u"h\n1,Family,-1,cat,bell,sms,12\n"), 1));
+    const auto firstRowOf = [this](UINT table) {
+        const std::unique_ptr<Database::Iterator> rows(book->getIterator(table, 0, nullptr, nullptr));
+        CCeDBRecord row;
+        EXPECT_EQ(S_OK, rows->getRecordAt(0, &row));
+        return row;
+    };
+    EXPECT_EQ(-1, firstRowOf(PBDBTBL_SPEEDDIALNO).findProp(512)->getI2()) << "the low half of the largest signed one";
+    EXPECT_TRUE(firstRowOf(PBDBTBL_AVAILABLEPBGROUP).findProp(770)->getBool()) << "whatever is not 0";
+}
+
 TEST_F(Import, OnlyAForwardSlashSeparatesTheFileName) {
     const CString text = file("QZ_SpeedDialNo.csv", u"h\n7,4,1,7\n");
     CString backslashes = u"\\My Documents\\QZ_SpeedDialNo.csv";

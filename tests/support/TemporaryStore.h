@@ -9,14 +9,13 @@
 
 namespace testing_support {
 
-/// A fresh folder under the system's temporary one, removed with everything in it.
+/// A fresh folder under the system's temporary one, or under another, removed with everything in it.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
+    explicit TemporaryFolder(const std::filesystem::path& within = std::filesystem::temp_directory_path()) {
         std::random_device random;
         do {
-            path_ = std::filesystem::temp_directory_path() /
-                    ("tessera-test-" + std::to_string(random()) + "-" + std::to_string(random()));
+            path_ = within / ("tessera-test-" + std::to_string(random()) + "-" + std::to_string(random()));
         } while (!std::filesystem::create_directory(path_));
     }
     ~TemporaryFolder() {

@@ -43,6 +43,14 @@ TEST(ToolDelete, DeletesAContactWithoutExtensionFields) {
     EXPECT_EQ(tool.json(0, "list"), Json::array());
 }
 
+TEST(ToolDelete, DeletesAContactThatNamesAnEmptySlot) {
+    const Tool tool;
+    const std::string anna = tool.json(0, "add", "--name", "Anna", "--mobile", "010-1", "--private", "5")["oid"].dump();
+    const std::string bella = tool.json(0, "add", "--name", "Bella")["oid"].dump();
+    EXPECT_EQ(tool("delete", anna, bella).out, "deleted 2 contacts\n");
+    EXPECT_EQ(tool.json(0, "list"), Json::array());
+}
+
 TEST(ToolDelete, NamesEachThatThereIsNotAndDeletesTheOthers) {
     const Three tool;
     const Outcome outcome = tool("delete", "999998", tool.oids[0], "999999");

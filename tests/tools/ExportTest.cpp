@@ -51,6 +51,16 @@ void expectCannotHold(const Tool& tool, const std::string& why) {
 
 }  // namespace
 
+TEST(ToolExport, WritesToATerminalOnlyWhatIsMeantForOne) {
+    const Tool tool;
+    tool("add", "--name", "\x1B[2J");
+    auto command = tool.command({"export"});
+    command.outputToTerminal = true;
+    expectFailure(run(command), 2, "--json");
+    command.arguments.emplace_back("--json");
+    EXPECT_THAT(run(command).out, HasSubstr("\\u001b[2J"));
+}
+
 TEST(ToolExport, WritesALineForEachContactInTheOrderOfTheirNames) {
     const Tool tool;
     tool("add", "--name", "Bella");

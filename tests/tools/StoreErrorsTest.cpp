@@ -41,6 +41,19 @@ TEST(ToolStore, LeavesAFileThatIsNoStoreUntouched) {
     EXPECT_FALSE(std::filesystem::exists(tool / "diary.txt-wal"));
 }
 
+TEST(ToolStore, LeavesAStoreOfANewerVersionUntouched) {
+    const Tool tool;
+    tool("add", "--name", "Anna");
+    std::string bytes = readFile(tool.store());
+    bytes[63] = 2;  // the format's version, its lowest byte
+    tool.file("newer.db", bytes);
+    expectUnusable(tool, tool / "newer.db");
+    expectFailure(tool("--store", (tool / "newer.db").string(), "list"), 3, "newer version of Tessera");
+    EXPECT_TRUE(readFile(tool / "newer.db") == bytes);
+    EXPECT_FALSE(std::filesystem::exists(tool / "newer.db-wal"));
+    EXPECT_FALSE(std::filesystem::exists(tool / "newer.db-shm"));
+}
+
 TEST(ToolStore, LeavesAFolderUntouched) {
     const Tool tool;
     std::filesystem::create_directory(tool / "folder");

@@ -32,6 +32,9 @@ void defineSpeedDial(CLI::App& program, const Settings& settings, Action& chosen
 void defineGroup(CLI::App& program, const Settings& settings, Action& chosen);
 void defineCategory(CLI::App& program, const Settings& settings, Action& chosen);
 void defineCall(CLI::App& program, const Settings& settings, Action& chosen);
+void defineCheck(CLI::App& program, const Settings& settings, Action& chosen);
+void defineBackup(CLI::App& program, const Settings& settings, Action& chosen);
+void defineRecover(CLI::App& program, const Settings& settings, Action& chosen);
 void defineWatch(CLI::App& program, const Settings& settings, Action& chosen);
 
 }  // namespace Tool

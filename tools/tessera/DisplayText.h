@@ -7,7 +7,7 @@
 namespace Tool {
 
 /// The text as it may be shown on a terminal: control characters, escape sequences with them, and marks
-/// that turn the direction of writing become \u{1b} and the like. UTF-8.
+/// that turn the direction of writing become \u{1b} and the like; bytes that are no UTF-8 become \x{ff} and the like.
 std::string displayable(std::string_view utf8);
 
 /// A JSON document with the same characters, which JSON lets stand, written as \u009b and the like.

@@ -27,6 +27,9 @@ void refuseStore(const Store& store, const std::string& path) {
 
 /// An empty path stands for standard output.
 ExitStatus exportAll(const Settings& settings, const std::string& path) {
+    // UTF-16 is nothing to look at, and the texts in it stand as they are, whatever they do to a terminal.
+    if (path.empty() && !settings.json && outputIsTerminal())
+        throw wrongUsage("export writes no UTF-16 to a terminal: it wants a FILE, or --json");
     Store store(settings, Store::WhenMissing::fail);
     refuseStore(store, path);
     const auto contacts =

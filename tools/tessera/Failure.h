@@ -6,7 +6,13 @@
 namespace Tool {
 
 /// What the program answers to the shell. Scripts depend on these numbers.
-enum class ExitStatus : int { done = 0, nothingFound = 1, wrongUsage = 2, failure = 3 };
+enum class ExitStatus : int {
+    done = 0,
+    nothingFound = 1,
+    notAllRight = 1,  ///< A check found something, or a rescue could not save all.
+    wrongUsage = 2,
+    failure = 3
+};
 
 /// Ends a command; `what` is the line for standard error, without the program's name.
 class Failure : public std::runtime_error {

@@ -20,7 +20,8 @@ using Tool::ExitStatus;
 constexpr auto define = {Tool::defineInit,   Tool::defineImport,   Tool::defineExport,   Tool::defineAdd,
                          Tool::defineEdit,   Tool::defineDelete,   Tool::defineShow,     Tool::defineList,
                          Tool::defineSearch, Tool::defineNumber,   Tool::defineIdentify, Tool::defineSpeedDial,
-                         Tool::defineGroup,  Tool::defineCategory, Tool::defineCall,     Tool::defineWatch};
+                         Tool::defineGroup,  Tool::defineCategory, Tool::defineCall,     Tool::defineWatch,
+                         Tool::defineCheck,  Tool::defineBackup,   Tool::defineRecover};
 
 int report(ExitStatus status, const std::string& why) {
     std::cout.flush();
@@ -37,7 +38,7 @@ void describe(CLI::App& program, Tool::Settings& settings) {
         ->check([](const std::string& path) { return std::string(path.empty() ? "wants the name of a file" : ""); });
     program.add_flag("--json", settings.json, "Write JSON instead of text");
     program.footer(
-        "Exit status: 0 done or found, 1 nothing found, 2 wrong usage, 3 failure.\n"
+        "Exit status: 0 done or found, 1 nothing found or not all right, 2 wrong usage, 3 failure.\n"
         "Example:\n  tessera import contacts.csv && tessera identify \"+82 10-2345-6789\"");
     program.require_subcommand(1);
     program.fallthrough();  // the options above may also stand behind the command

@@ -43,7 +43,7 @@ std::string jsonArrayText(std::span<const Json> elements) {
     std::string text;
     for (const Json& element : elements) {
         text += text.empty() ? "[\n" : ",\n";
-        text += displayableJson(element.dump());
+        text += jsonLine(element);
     }
     return elements.empty() ? "[]\n" : text + "\n]\n";
 }
@@ -63,8 +63,13 @@ Json jsonOf(const Contact& contact) {
     return object;
 }
 
+std::string jsonLine(const Json& document) {
+    constexpr int onOneLine = -1;
+    return displayableJson(document.dump(onOneLine, ' ', false, Json::error_handler_t::replace));
+}
+
 void writeJson(const Json& document) {
-    std::cout << displayableJson(document.dump()) << '\n';
+    std::cout << jsonLine(document) << '\n';
 }
 
 void writeJsonArray(std::span<const Json> elements) {

@@ -18,6 +18,10 @@ using Json = nlohmann::ordered_json;
 /// A contact with its fields under their keys, without those that it lacks.
 Json jsonOf(const Contact& contact);
 
+/// A document on one line, as it may be shown on a terminal. A byte that is no UTF-8, as a path may have, becomes
+/// U+FFFD.
+std::string jsonLine(const Json& document);
+
 /// Writes one document, or one line of a stream, to standard output.
 void writeJson(const Json& document);
 

@@ -24,14 +24,22 @@ Failure noPhoneBook(const std::string& path) {
 
 }  // namespace
 
-std::string storeErrorText(const std::string& path) {
-    const std::string text = ObjectStore::errorText();
-    if (text.empty()) return path + ": the store does not answer";
-    return text.find(path) != std::string::npos ? text : path + ": " + text;
+std::string storePathOf(const Settings& settings) {
+    return settings.storePath.empty() ? ObjectStore::environmentPath() : settings.storePath;
 }
 
-Store::Store(const Settings& settings, WhenMissing whenMissing)
-    : path_(settings.storePath.empty() ? ObjectStore::environmentPath() : settings.storePath) {
+std::string storeErrorText(const std::string& path) {
+    return storeErrorText(path, path);
+}
+
+std::string storeErrorText(const std::string& path, const std::string& made) {
+    const std::string text = ObjectStore::errorText();
+    if (text.empty()) return path + ": the store does not answer";
+    const bool namesFile = text.find(path) != std::string::npos || text.find(made) != std::string::npos;
+    return namesFile ? text : path + ": " + text;
+}
+
+Store::Store(const Settings& settings, WhenMissing whenMissing) : path_(storePathOf(settings)) {
     if (whenMissing == WhenMissing::fail && isMissing(path_)) throw noPhoneBook(path_);
     mount();
     manager_ = std::make_unique<PhoneBook::PhoneBookDBMgr>();

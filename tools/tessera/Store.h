@@ -55,7 +55,12 @@ private:
     ObjectStoreBatch batch_;
 };
 
+/// The file that the command line names, else the environment.
+std::string storePathOf(const Settings& settings);
+
 /// Why the store failed: its own sentence, with the file's name in it.
 std::string storeErrorText(const std::string& path);
+/// The same where another file was made of it: the sentence can be about that one.
+std::string storeErrorText(const std::string& path, const std::string& made);
 
 }  // namespace Tool

@@ -127,7 +127,7 @@ void Watcher::tell() {
 
 std::string Watcher::lineOf(const RecordChange& changed) {
     const std::string name = utf8Of(changes_.nameOf(changed).view());
-    if (settings_.json) return displayableJson(jsonOf(changed, name).dump());
+    if (settings_.json) return jsonLine(jsonOf(changed, name));
     return table_.lineOf(rowOf(changed, name));
 }
 

@@ -1,6 +1,7 @@
 #include "tessera/platform/contacts/ContactList.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 
 #include "tessera/platform/contacts/ContactProperties.h"
@@ -51,8 +52,12 @@ DWORD WholeList::at(std::size_t position, CEOID& oid, std::string_view& packed) 
         if (const DWORD error = cursor_.open(*session); error != ERROR_SUCCESS) return error;
         opened_ = true;
     }
+    std::optional<StoreMoment> tried;
     DWORD error = ERROR_KEY_DELETED;
     while (error == ERROR_KEY_DELETED) {  // deleted between the seek and the read: another one is there now
+        const StoreMoment now = session->moment();
+        if (tried == now) return ERROR_FILE_CORRUPT;  // by nobody: its place leads nowhere
+        tried = now;
         error = cursor_.toIndex(*session, position);
         if (error == ERROR_SEEK) return ERROR_NO_MORE_ITEMS;
         if (error != ERROR_SUCCESS) return error;

@@ -5,17 +5,21 @@
 
 #include "tessera/platform/base/ComPtr.h"
 #include "tessera/platform/base/Results.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
 
 namespace Platform {
 
-/// Runs an operation of an interface. What it throws ends here, as a result code.
+/// Runs an operation of an interface. What it throws ends here, as a result code, and takes the batch that it belongs
+/// to with it.
 template <class Operation>
 HRESULT withinBoundary(Operation&& operation) noexcept {
     try {
         return operation();
     } catch (const std::bad_alloc&) {
+        ObjectStoreBatch::giveUp();
         return E_OUTOFMEMORY;
     } catch (...) {
+        ObjectStoreBatch::giveUp();
         return E_FAIL;
     }
 }

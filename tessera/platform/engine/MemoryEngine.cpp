@@ -16,7 +16,7 @@ DWORD MemoryEngine::awaitTurn(Lock& lock) {
     return free ? ERROR_SUCCESS : setStoreError(ERROR_LOCK_VIOLATION, "another writer holds the store in memory");
 }
 
-void MemoryEngine::giveUpUnit() {
+void MemoryEngine::dropUnit() noexcept {
     if (!unit_) return;
     const Lock lock(shared_->mutex);
     unit_.reset();
@@ -49,7 +49,7 @@ DWORD MemoryEngine::endUnit() {
         shared_->state = std::move(*unit_);
         shared_->commit(written_);
     }
-    giveUpUnit();
+    dropUnit();
     return ERROR_SUCCESS;
 }
 

@@ -66,7 +66,7 @@ struct MemoryShared {
 class MemoryEngine : public RecordEngine {
 public:
     explicit MemoryEngine(std::shared_ptr<MemoryShared> shared);
-    ~MemoryEngine() override { giveUpUnit(); }
+    ~MemoryEngine() override { dropUnit(); }
 
     const SortKeys& sortKeys() const override { return keys_; }
     DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
@@ -90,6 +90,7 @@ public:
     std::uint64_t origin() const override { return origin_; }
     DWORD beginUnit() override;
     DWORD endUnit() override;
+    void dropUnit() noexcept override;
 
 private:
     using Lock = std::unique_lock<std::mutex>;
@@ -97,7 +98,6 @@ private:
     template <typename Write>
     DWORD writing(Write&& write);
     DWORD awaitTurn(Lock& lock);
-    void giveUpUnit();
 
     MemoryState& state() { return unit_ ? *unit_ : shared_->state; }
     const MemoryDatabase* find(CEOID database);

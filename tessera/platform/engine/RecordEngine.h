@@ -123,6 +123,8 @@ public:
     /// up: its later writes and its end answer that failure, and nothing of it stays.
     [[nodiscard]] virtual DWORD beginUnit() = 0;
     [[nodiscard]] virtual DWORD endUnit() = 0;
+    /// Ends the unit that is open with nothing of it kept. Without one it does nothing.
+    virtual void dropUnit() noexcept = 0;
 };
 
 /// Tells a sleeper that there may be new commits in a store, whoever made them. One thread.

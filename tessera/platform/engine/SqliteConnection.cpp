@@ -112,7 +112,11 @@ std::uint64_t SqliteConnection::rowsWritten() const {
 }
 
 void SqliteConnection::rollBack() noexcept {
-    if (inTransaction()) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    if (!inTransaction()) return;
+    try {
+        runSql(*this, Sql::rollback);
+    } catch (...) {  // the transaction has ended all the same
+    }
 }
 
 std::string SqliteConnection::read(std::uint64_t offset, std::size_t bytes) {
@@ -134,8 +138,8 @@ std::uint64_t SqliteConnection::fileSize() {
     return static_cast<std::uint64_t>(size);
 }
 
-void SqliteConnection::leaveLog() {
-    check(sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr));
+void SqliteConnection::leaveLog(bool leaves) {
+    check(sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, leaves ? 1 : 0, nullptr));
 }
 
 void SqliteConnection::copyTo(SqliteConnection& target) {

@@ -53,8 +53,8 @@ public:
     std::string read(std::uint64_t offset, std::size_t bytes);
     std::uint64_t fileSize();
 
-    /// What is in the log beside the file stays there when the connection ends.
-    void leaveLog();
+    /// Whether what is in the log beside the file stays there when the connection ends.
+    void leaveLog(bool leaves);
     /// Makes `target`, a file that nobody uses, a copy of this one as it is at one moment.
     void copyTo(SqliteConnection& target);
 

@@ -82,6 +82,8 @@ void SqliteCounters::load(CEOID database, SqliteQuery& row, DatabaseState& state
     state.info.bytes = row.natural(4);
     state.info.modified = row.natural(5);
     state.version = row.natural(6);
+    // Each record has an identifier of its own. Who counts more is damaged, and would be walked for ever.
+    if (row.natural(3) >= store().nextId) throw connection_.damage();
     SqliteQuery orders(connection_, Sql::ordersOfDatabase, database);
     while (orders.step()) {
         state.orders.push_back({orders.integer(0), {orders.dword(1), orders.dword(2)}, orders.natural(3)});

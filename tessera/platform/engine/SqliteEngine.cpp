@@ -20,7 +20,10 @@ constexpr std::chrono::milliseconds turnForOthers{3};
 }  // namespace
 
 SqliteEngine::SqliteEngine(std::unique_ptr<SqliteConnection> connection, const std::string& locale)
-    : connection_(std::move(connection)), keys_(locale), counters_(*connection_), origin_(newOrigin()) {}
+    : connection_(std::move(connection)), keys_(locale), counters_(*connection_), origin_(newOrigin()) {
+    // Makes the statement, which takes memory: when it is wanted, memory may be what is short.
+    SqliteQuery(*connection_, Sql::rollback);
+}
 
 // Units.
 
@@ -48,12 +51,26 @@ void SqliteEngine::pruneLog() {
     runSql(*connection_, Sql::pruneChanges, last - keptChanges);
 }
 
-DWORD SqliteEngine::giveUp(const SqliteFailure& failure) {
+void SqliteEngine::undo() noexcept {
     connection_->rollBack();
     counters_.forget();
     homes_.clear();
-    if (inUnit_) failure_ = failure;
+}
+
+DWORD SqliteEngine::giveUp(const SqliteFailure& failure) {
+    undo();
+    if (inUnit_) {
+        failure_ = SqliteFailure{failure.error, {}};  // before all that takes memory
+        failure_->text = failure.text;
+    }
     return setStoreError(failure.error, failure.text);
+}
+
+/// What a unit writes rests on what it has read: when a reading fails, nothing of the unit is kept. Damage is another
+/// matter. It would be there next time as well, and who writes knows how to pass by it.
+DWORD SqliteEngine::failedToRead(const SqliteFailure& failure) {
+    const bool givesUp = inUnit_ && !failure_ && failure.error != ERROR_FILE_CORRUPT;
+    return givesUp ? giveUp(failure) : setStoreError(failure.error, failure.text);
 }
 
 void SqliteEngine::leaveOthersTheirTurn() const {
@@ -87,6 +104,14 @@ DWORD SqliteEngine::endUnit() {
     failure_.reset();
     unitEnded_ = Clock::now();
     return error;
+}
+
+void SqliteEngine::dropUnit() noexcept {
+    if (!inUnit_) return;
+    undo();
+    inUnit_ = false;
+    failure_.reset();
+    unitEnded_ = Clock::now();
 }
 
 // Databases.

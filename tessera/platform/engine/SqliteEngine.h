@@ -44,6 +44,7 @@ public:
     std::uint64_t origin() const override { return origin_; }
     DWORD beginUnit() override;
     DWORD endUnit() override;
+    void dropUnit() noexcept override;
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -56,7 +57,9 @@ private:
     void begin();
     void commit();
     void pruneLog();
+    void undo() noexcept;
     DWORD giveUp(const SqliteFailure& failure);
+    DWORD failedToRead(const SqliteFailure& failure);
     void leaveOthersTheirTurn() const;
 
     DatabaseState* find(CEOID database);
@@ -103,9 +106,9 @@ DWORD SqliteEngine::reading(Call&& call) {
     try {
         return call();
     } catch (const SqliteFailure& failure) {
-        return setStoreError(failure.error, failure.text);
+        return failedToRead(failure);
     } catch (const std::bad_alloc&) {
-        return setStoreError(ERROR_NOT_ENOUGH_MEMORY, "there is not enough memory");
+        return failedToRead({ERROR_NOT_ENOUGH_MEMORY, "there is not enough memory"});
     }
 }
 

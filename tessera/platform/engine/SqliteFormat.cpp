@@ -95,6 +95,21 @@ bool cutShort(SqliteConnection& connection, std::string_view header) {
     return connection.fileSize() < needed && !hasLog(connection.file());
 }
 
+SqliteFailure madeByNewer(const SqliteConnection& connection) {
+    return connection.failure(ERROR_REVISION_MISMATCH, "it is a store of a newer version of Tessera");
+}
+
+/// Where a newer program has changed the format of a store just now, or was killed upon it, only the log says so. That
+/// is then left to those whose it is.
+void checkLoggedVersion(SqliteConnection& connection) {
+    connection.leaveLog(true);
+    {
+        SqliteQuery version(connection, Sql::formatVersion);
+        if (version.step() && version.natural(0) > formatVersion) throw madeByNewer(connection);
+    }
+    connection.leaveLog(false);
+}
+
 }  // namespace
 
 void checkStoreFile(SqliteConnection& connection) {
@@ -105,12 +120,11 @@ void checkStoreFile(SqliteConnection& connection) {
         throw connection.failure(ERROR_BAD_FORMAT, "it is not a Tessera store");
     }
     const std::uint32_t version = bigEndian(header, atUserVersion, 4);
-    if (version > formatVersion) {
-        throw connection.failure(ERROR_REVISION_MISMATCH, "it is a store of a newer version of Tessera");
-    }
+    if (version > formatVersion) throw madeByNewer(connection);
     const bool logged =
         bigEndian(header, atWriteVersion, 1) == writeAheadLog && bigEndian(header, atReadVersion, 1) == writeAheadLog;
     if (version == 0 || !logged || cutShort(connection, header)) throw connection.damage();
+    if (hasLog(connection.file())) checkLoggedVersion(connection);
 }
 
 void createTables(SqliteConnection& connection, const SortKeys& keys, const std::string& locale) {
@@ -138,7 +152,7 @@ void configureToLook(SqliteConnection& connection) {
     configure(connection, {});
     connection.run("PRAGMA query_only = ON");
     // Without a log of another's the last to leave clears up behind itself, as always.
-    if (hasLog(connection.file())) connection.leaveLog();
+    if (hasLog(connection.file())) connection.leaveLog(true);
 }
 
 }  // namespace Platform

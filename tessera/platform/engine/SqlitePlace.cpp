@@ -37,8 +37,10 @@ namespace fs = std::filesystem;
 }
 
 [[nodiscard]] DWORD refuseTakenName(const fs::path& file) {
-    std::error_code ignored;
-    if (fs::symlink_status(file, ignored).type() == fs::file_type::not_found) return ERROR_SUCCESS;
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(file, error).type();
+    if (type == fs::file_type::not_found) return ERROR_SUCCESS;
+    if (type == fs::file_type::none) return setStoreError(ERROR_ACCESS_DENIED, nameOf(file) + ": " + error.message());
     return setStoreError(ERROR_ALREADY_EXISTS, nameOf(file) + ": there is a file of this name");
 }
 

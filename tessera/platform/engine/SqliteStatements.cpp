@@ -18,6 +18,7 @@ constexpr std::array texts{
     SqlText{Sql::commit, "COMMIT"},
     SqlText{Sql::rollback, "ROLLBACK"},
     SqlText{Sql::dataVersion, "PRAGMA data_version"},
+    SqlText{Sql::formatVersion, "PRAGMA user_version"},
     SqlText{Sql::insertStore,
             "INSERT INTO store (id, next_id, last_change, locale, collation) "
             "VALUES (1, 1, 0, CAST(? AS TEXT), CAST(? AS TEXT))"},

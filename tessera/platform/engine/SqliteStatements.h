@@ -11,6 +11,7 @@ enum class Sql : std::size_t {
     commit,
     rollback,
     dataVersion,
+    formatVersion,
     insertStore,
     readStore,
     writeStore,

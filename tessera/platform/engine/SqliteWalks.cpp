@@ -329,7 +329,12 @@ DWORD SqliteEngine::changesAfter(std::uint64_t sequence, std::size_t limit, std:
                                row.natural(4), row.natural(5)});
         }
         const bool gap = !changes.empty() && changes.front().sequence != sequence + 1;
-        if (gap) changes.clear();
+        if (gap) {
+            changes.clear();
+            if (!connection_->holdsWriteLock()) counters_.refresh();
+            // What the log still keeps has no gaps. Whoever starts anew would meet this one again and again.
+            if (sequence + keptChanges >= counters_.store().lastChange) throw connection_->damage();
+        }
         return gap ? logStartsLater() : ERROR_SUCCESS;
     });
 }

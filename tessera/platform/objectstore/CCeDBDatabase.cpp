@@ -144,7 +144,8 @@ void CCeDBDatabase::BufferRelease::operator()(BYTE* buffer) const {
 }
 
 BOOL CCeDBDatabase::readCurrent(CCeDBRecord& record) {
-    return guarded(FALSE, [&] {
+    bool isPart = false;
+    const BOOL whole = guarded(FALSE, [&] {
         WORD count = 0;
         BYTE* buffer = buffer_.release();
         const CEOID found = CeReadRecordPropsEx(handle_, CEDB_ALLOWREALLOC, &count, &buffer, &bufferBytes_);
@@ -155,12 +156,16 @@ BOOL CCeDBDatabase::readCurrent(CCeDBRecord& record) {
             return FALSE;
         }
         current_ = found;
+        isPart = true;
         record.removeAll();
         record.reserve(count);
         for (const CEPROPVAL& value : std::span(reinterpret_cast<const CEPROPVAL*>(buffer), count))
             record.addProp(CCeDBProp::ofPropVal(value));
+        isPart = false;
         return TRUE;
     });
+    if (isPart) record.removeAll();
+    return whole;
 }
 
 CEOID CCeDBDatabase::add(const CCeDBRecord& record) {

@@ -15,8 +15,9 @@ struct State {
     std::atomic<std::uint64_t> givenUpBatches = 0;
 };
 
+/// Never destroyed, for the sake of static objects that are destroyed last of all.
 State& state() {
-    static State instance;
+    static State& instance = *new State;
     return instance;
 }
 

@@ -104,6 +104,10 @@ bool ObjectStoreBatch::end() {
     return begun_;
 }
 
+void ObjectStoreBatch::giveUp() noexcept {
+    Session::giveUpBatch(ERROR_NOT_ENOUGH_MEMORY);
+}
+
 ObjectStoreGlance::ObjectStoreGlance() {
     begun_ = guarded(false, [] {
         Session* session = Session::current();

@@ -50,7 +50,7 @@ public:
 /// Makes the calling thread's calls one unit while it lives: what they write becomes durable, and
 /// visible to others, together, when the outermost batch of the thread ends. Nothing is undone by a call
 /// that fails within; a crash before the end leaves nothing of it. Other writers wait meanwhile, so a
-/// batch is short. If storage itself fails inside (a full disk), the whole unit is given up.
+/// batch is short. If storage itself fails inside (a full disk), or memory is short, the whole unit is given up.
 class TESSERA_API ObjectStoreBatch {
 public:
     /// Waits for the writer at work, if any; see `begun`.
@@ -64,6 +64,10 @@ public:
     bool begun() const { return begun_; }
     /// Ends the batch. False when the unit could not be made durable: nothing of it was kept.
     [[nodiscard]] bool end();
+
+    /// Gives up the unit that the calling thread is in, as failing storage does: nothing of it is kept, its later
+    /// writes fail, and so does its end. Outside of a batch nothing happens.
+    static void giveUp() noexcept;
 
 private:
     bool begun_ = false;

@@ -5,12 +5,26 @@
 #include <atomic>
 #include <utility>
 
+#include "tessera/platform/engine/StoreError.h"
 #include "tessera/platform/objectstore/MountedStore.h"
 
 namespace Platform {
 namespace {
 
-thread_local std::unique_ptr<Session> threadSession;
+/// The thread has come to its end: only what outlives its session, such as a static object, still calls.
+thread_local bool threadEnded = false;
+
+class ThreadSession {
+public:
+    ThreadSession() = default;
+    ~ThreadSession() { threadEnded = true; }
+    ThreadSession(const ThreadSession&) = delete;
+    ThreadSession& operator=(const ThreadSession&) = delete;
+
+    std::unique_ptr<Session> session;
+};
+
+thread_local ThreadSession ofThread;
 
 std::atomic<std::uint64_t> sessionsMade = 0;
 
@@ -24,29 +38,35 @@ bool isRefusal(DWORD error) {
 }  // namespace
 
 Session* Session::current() {
-    if (threadSession != nullptr && threadSession->mountNumber() == MountedStore::number()) return threadSession.get();
-    threadSession.reset();
+    if (threadEnded) {
+        setStoreError(ERROR_NOT_READY, "the thread has ended");
+        return nullptr;
+    }
+    std::unique_ptr<Session>& session = ofThread.session;
+    if (session != nullptr && session->mountNumber() == MountedStore::number()) return session.get();
+    session.reset();
 
     std::uint64_t number = 0;
     auto store = MountedStore::get(number);
     if (store == nullptr) return nullptr;
     auto engine = store->connect();
     if (engine == nullptr) return nullptr;
-    threadSession = std::make_unique<Session>(std::move(store), std::move(engine), number);
-    return threadSession.get();
+    session = std::make_unique<Session>(std::move(store), std::move(engine), number);
+    return session.get();
 }
 
 DWORD Session::mount(std::shared_ptr<RecordStore> store) {
+    if (threadEnded) return setStoreError(ERROR_NOT_READY, "the thread has ended");
     auto engine = store->connect();
     if (engine == nullptr) return GetLastError();
-    threadSession.reset();
+    ofThread.session.reset();
     const std::uint64_t number = MountedStore::replace(store);
-    threadSession = std::make_unique<Session>(std::move(store), std::move(engine), number);
+    ofThread.session = std::make_unique<Session>(std::move(store), std::move(engine), number);
     return ERROR_SUCCESS;
 }
 
 void Session::unmount() {
-    threadSession.reset();
+    if (!threadEnded) ofThread.session.reset();
     MountedStore::replace(nullptr);
 }
 
@@ -92,6 +112,14 @@ DWORD Session::erase(CEOID database, CEOID record) {
 DWORD Session::enterBatch() {
     if (batchDepth_++ == 0) batchError_ = engine_->beginUnit();
     return batchError_;
+}
+
+void Session::giveUpBatch(DWORD error) noexcept {
+    Session* const session = threadEnded ? nullptr : ofThread.session.get();
+    if (session == nullptr || !session->inBatch() || session->batchError_ != ERROR_SUCCESS) return;
+    session->engine_->dropUnit();
+    session->batchError_ = error;
+    MountedStore::noteGivenUpBatch();
 }
 
 DWORD Session::leaveBatch() {

@@ -56,6 +56,9 @@ public:
     /// Leaves a batch, the outermost one by making its work durable.
     [[nodiscard]] DWORD leaveBatch();
     bool inBatch() const { return batchDepth_ != 0; }
+    /// Ends the batch of the calling thread, if it is in one, with nothing of it kept: its later writes and its end
+    /// answer the error.
+    static void giveUpBatch(DWORD error) noexcept;
 
     /// Between these, `moment` does not ask again what others have committed.
     void beginGlance() { ++glanceDepth_; }

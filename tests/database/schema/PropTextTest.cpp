@@ -44,6 +44,7 @@ TEST(PropText, ShowsTheHighHalfOfATimeFirst) {
     const FILETIME time{.dwLowDateTime = 0x89ABCDEF, .dwHighDateTime = 0x01234567};
 
     EXPECT_EQ(shown(CCeDBProp::ofFileTime(1, time)), "0x01234567:0x89abcdef");
+    EXPECT_EQ(shown(CCeDBProp::ofFileTime(1, fileTimeOf(0x1'0000'0002))), "0x00000001:0x00000002");
 }
 
 TEST(PropText, ShowsTheAddressOfABlobsBytes) {

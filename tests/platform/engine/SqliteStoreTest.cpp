@@ -250,6 +250,58 @@ INSTANTIATE_TEST_SUITE_P(
                 ERROR_REVISION_MISMATCH, "newer version"}),
     [](const auto& each) { return std::string(each.param.called); });
 
+/// All but the index of the log, which every reader may write.
+std::map<std::string, std::string> storeAndLog(const fs::path& folder) {
+    auto files = folderContent(folder);
+    files.erase("store.db-shm");
+    return files;
+}
+
+/// A store that a newer program, still at work, has made one of its own version: so far only the log says so.
+class StoreBecomeNewer {
+public:
+    explicit StoreBecomeNewer(const fs::path& file) {
+        put(*connect(file), u"a");
+        EXPECT_EQ(sqlite3_open(file.c_str(), &newer_), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(newer_, "PRAGMA user_version = 2; CREATE TABLE newer (a)", nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+    }
+    ~StoreBecomeNewer() { sqlite3_close(newer_); }
+    StoreBecomeNewer(const StoreBecomeNewer&) = delete;
+    StoreBecomeNewer& operator=(const StoreBecomeNewer&) = delete;
+
+private:
+    sqlite3* newer_ = nullptr;
+};
+
+TEST(SqliteStore, IsRefusedWhenANewerProgramAtWorkHasChangedItsFormat) {
+    const TemporaryFolder folder;
+    const StoreBecomeNewer newer(folder / "store.db");
+    const auto before = storeAndLog(folder.path());
+
+    EXPECT_EQ(open(folder / "store.db"), nullptr);
+
+    EXPECT_EQ(GetLastError(), ERROR_REVISION_MISMATCH);
+    EXPECT_THAT(Platform::storeErrorText(), HasSubstr("newer version"));
+    EXPECT_TRUE(storeAndLog(folder.path()) == before);
+}
+
+TEST(SqliteStore, IsRefusedWhenANewerProgramWasKilledThatHadChangedItsFormat) {
+    const TemporaryFolder folder;
+    const TemporaryFolder left;
+    {
+        const StoreBecomeNewer newer(folder / "store.db");
+        for (const char* file : {"store.db", "store.db-wal"})
+            fs::copy(folder / file, left / file);
+    }
+    const auto before = storeAndLog(left.path());
+
+    EXPECT_EQ(open(left / "store.db"), nullptr);
+
+    EXPECT_EQ(GetLastError(), ERROR_REVISION_MISMATCH);
+    EXPECT_TRUE(storeAndLog(left.path()) == before);
+}
+
 TEST(SqliteStore, IsItsOwnersAloneWhateverTheUmask) {
     const TemporaryFolder folder;
     const fs::path file = folder / "a" / "b" / "store.db";

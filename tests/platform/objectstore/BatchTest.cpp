@@ -92,6 +92,31 @@ TEST_P(Batch, FailedCallInsideUndoesNothing) {
     EXPECT_EQ(countSeenByAnotherThread(), 2u);
 }
 
+TEST_P(Batch, GivenUpLeavesNothingOfItAndSaysSoAtItsEnd) {
+    OpenDatabase rows(u"Rows");
+    const CEOID kept = rows.add(Row().number(1));
+    {
+        ObjectStoreBatch outer;
+        rows.add(Row().number(2));
+        {
+            ObjectStoreBatch inner;
+            EXPECT_TRUE(rows.erase(kept));
+            ObjectStoreBatch::giveUp();
+            EXPECT_EQ(rows.add(Row().number(3)), 0u);
+            EXPECT_EQ(GetLastError(), ERROR_NOT_ENOUGH_MEMORY);
+            EXPECT_FALSE(inner.end());
+        }
+        EXPECT_EQ(rows.walk(), std::vector<CEOID>{kept}) << "what is read is what there was";
+        EXPECT_FALSE(outer.end());
+    }
+    EXPECT_EQ(countSeenByAnotherThread(), 1u);
+    ObjectStoreBatch::giveUp();  // outside of one it does nothing
+    ObjectStoreBatch next;
+    EXPECT_NE(rows.add(Row().number(4)), 0u);
+    EXPECT_TRUE(next.end());
+    EXPECT_EQ(countSeenByAnotherThread(), 2u);
+}
+
 TEST_P(Batch, ReadThenWriteInsideIsSafeAgainstOtherThreads) {
     constexpr int threads = 4;
     constexpr int rounds = 25;

@@ -18,6 +18,9 @@ struct EngineLog {
     int jumps = 0;            ///< Places asked for by their index.
     bool loseNextUnit = false;
     DWORD findError = ERROR_SUCCESS;  ///< What looking a database up by its name answers, unless it is success.
+    DWORD getError = ERROR_SUCCESS;   ///< The same for reading a record by its identifier.
+    DWORD eraseError = ERROR_SUCCESS;
+    int erasures = 0;  ///< Tried, whatever became of them.
 
     void clear() { *this = {}; }
 };
@@ -45,12 +48,15 @@ public:
     }
     DWORD get(CEOID database, CEOID record, std::string& packed) override {
         ++log_.reads;
-        return inner_->get(database, record, packed);
+        return log_.getError != ERROR_SUCCESS ? log_.getError : inner_->get(database, record, packed);
     }
     DWORD put(CEOID database, CEOID& record, std::span<const Platform::Edit> edits) override {
         return inner_->put(database, record, edits);
     }
-    DWORD erase(CEOID database, CEOID record) override { return inner_->erase(database, record); }
+    DWORD erase(CEOID database, CEOID record) override {
+        ++log_.erasures;
+        return log_.eraseError != ERROR_SUCCESS ? log_.eraseError : inner_->erase(database, record);
+    }
     DWORD step(Platform::OrderId order, const Platform::Place* from, Platform::Direction direction, std::size_t limit,
                Platform::Fetch fetch, std::vector<Platform::Entry>& entries) override {
         ++log_.reads;
@@ -83,6 +89,7 @@ public:
     std::uint64_t origin() const override { return inner_->origin(); }
     DWORD beginUnit() override { return inner_->beginUnit(); }
     /// A unit is lost as a crash loses it: with the engine object that began it.
+    void dropUnit() noexcept override { inner_->dropUnit(); }
     DWORD endUnit() override {
         if (!std::exchange(log_.loseNextUnit, false)) return inner_->endUnit();
         inner_.reset();

@@ -63,6 +63,28 @@ TEST(Mount, TakesPathsInUtf8) {
     ObjectStore::unmount();
 }
 
+/// A program's own object that outlives all threads.
+struct StaticObject {
+    ~StaticObject() {
+        CEOID oid = 0;
+        if (CeOpenDatabaseEx2(&oid, u"Rows", 0, 0, 0, nullptr) != INVALID_HANDLE_VALUE) std::_Exit(1);
+        if (GetLastError() != ERROR_NOT_READY) std::_Exit(2);
+        ObjectStore::unmount();
+    }
+};
+
+TEST(MountDeathTest, MayBeEndedByAStaticObject) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            static const StaticObject object;
+            ObjectStore::mountMemory();
+            makeDatabase(u"Rows");
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST(Mount, ReplacesTheStoreAndInvalidatesItsHandles) {
     const MemoryStoreMount first;
     makeDatabase(u"Rows");

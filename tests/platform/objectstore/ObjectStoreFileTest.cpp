@@ -228,6 +228,8 @@ TEST_F(StoreFileBackUp, NeverWritesOverAFile) {
 TEST_F(StoreFileBackUp, LeavesNothingWhereItCannotBeMade) {
     EXPECT_FALSE(ObjectStoreFile::backUp(file.string(), (folder / "none" / "copy.db").string(), quickOptions()));
     EXPECT_THAT(ObjectStore::errorText(), HasSubstr("copy.db"));
+    EXPECT_FALSE(ObjectStoreFile::backUp(file.string(), (folder / std::string(300, 'x')).string(), quickOptions()));
+    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED) << "no file can have this name, so there is none";
     EXPECT_FALSE(ObjectStoreFile::backUp((folder / "none").string(), (folder / "copy.db").string(), quickOptions()));
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);

@@ -1,0 +1,16 @@
+// Memory is short at every place where any operation wants some.
+
+#include <gtest/gtest.h>
+
+#include "tests/recovery/MemoryFailures.h"
+
+namespace recovery {
+namespace {
+
+TEST(MemoryFailureSoak, AtEveryAllocationLeavesAllOrNothing) {
+    for (const auto operations : allOperations)
+        failAllocations(operations(), 1);
+}
+
+}  // namespace
+}  // namespace recovery

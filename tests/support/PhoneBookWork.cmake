@@ -1,0 +1,10 @@
+# What programs that do the work of PhoneBookWork.h, or compare stores by StoreContents.h, are built of.
+set(phoneBookWorkSources
+  ${CMAKE_CURRENT_LIST_DIR}/PhoneBookWork.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/StoreContents.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/StoreFaults.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/work/Parameters.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOfOthers.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOnContacts.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOnGroupsAndCalls.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOnSlots.cpp)

@@ -1,0 +1,168 @@
+// A store that an earlier version has written opens in this one, with all that is in it, and serves on.
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
+#include "tests/phonebook/Calls.h"
+#include "tests/phonebook/SpeedDialBuilders.h"
+#include "tests/support/Builders.h"
+#include "tests/support/TemporaryStore.h"
+#include "tests/upgrade/StoreText.h"
+
+namespace upgrade_test {
+namespace {
+
+using namespace PhoneBook;
+using testing::HasSubstr;
+using testing_support::contact;
+using testing_support::OpenPhoneBook;
+
+constexpr const char* storeFile = "store-format-1.db";
+/// The identifier that was to be given next when the store was closed; the one before it is a deleted record's.
+constexpr CEOID nextIdentifier = 41;
+
+std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) throw std::runtime_error(file.string() + " is missing");
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string kept(const char* file) {
+    return contentOf(std::filesystem::path(UPGRADE_FILES) / file);
+}
+
+/// The kept store, or what became of its bytes, as a file of its own.
+class CopiedStore {
+public:
+    explicit CopiedStore(const std::string& bytes = kept(storeFile)) {
+        std::ofstream(path(), std::ios::binary) << bytes;
+    }
+    ~CopiedStore() { ObjectStore::unmount(); }
+    CopiedStore(const CopiedStore&) = delete;
+    CopiedStore& operator=(const CopiedStore&) = delete;
+
+    std::string path() const { return (folder_ / "store.db").string(); }
+    bool mount() const { return ObjectStore::mount(path(), testing_support::quickOptions()) != FALSE; }
+    const testing_support::TemporaryFolder& folder() const { return folder_; }
+
+private:
+    testing_support::TemporaryFolder folder_;
+};
+
+/// The store is of "en_US": whoever opens it, and wherever.
+void liveIn(const char* locale) {
+    setenv("LC_ALL", locale, 1);
+}
+
+/// As of a program with another ICU, whose keys are not ours.
+std::string withOtherCollation(std::string bytes) {
+    const std::string locale = "en_US";
+    const std::size_t version = bytes.find(locale) + locale.size();
+    if (bytes.compare(version, 2, "1;") != 0) throw std::runtime_error("the collation is not where it was");
+    bytes.replace(version, 2, "0;");
+    return bytes;
+}
+
+std::string ofNewerFormat(std::string bytes) {
+    constexpr std::size_t lastByteOfVersion = 63;
+    bytes[lastByteOfVersion] = 2;
+    return bytes;
+}
+
+void requireDone(HRESULT result) {
+    if (result != S_OK) throw std::runtime_error("result code " + std::to_string(result));
+}
+
+CString nameOfCaller(PhoneBookDBMgr& manager, const WCHAR* number) {
+    PBRecord caller;
+    caller.dwCITypeMask = aPBAttribute_[PBDBATTR_NAME].mask;
+    return manager.queryCallerInfo(PhoneBookDBMgr::makeCNIP(number), &caller, nullptr) == S_OK ? caller.strName
+                                                                                               : CString();
+}
+
+}  // namespace
+
+TEST(StoreOfFormat1, HoldsAllThatItHeld) {
+    liveIn("C.UTF-8");
+    const CopiedStore store;
+    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
+
+    EXPECT_EQ(textOfStore(), kept("store-format-1.txt"));
+}
+
+TEST(StoreOfFormat1, KeepsItsOrderWhereverItIsOpened) {
+    liveIn("ko_KR.UTF-8");  // Hangul comes before Latin letters
+    const CopiedStore store;
+    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
+
+    EXPECT_EQ(textOfStore(), kept("store-format-1.txt"));
+}
+
+TEST(StoreOfFormat1, GetsItsKeysMadeAnewForAnotherCollation) {
+    liveIn("C.UTF-8");
+    const CopiedStore store(withOtherCollation(kept(storeFile)));
+    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
+
+    EXPECT_EQ(textOfStore(), kept("store-format-1.txt"));
+    ObjectStore::unmount();
+    EXPECT_THAT(contentOf(store.path()), HasSubstr("en_US1;"));
+}
+
+TEST(StoreOfFormat1, ServesOn) {
+    liveIn("C.UTF-8");
+    const CopiedStore store;
+    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
+    DWORD oid = 0;
+    {
+        OpenPhoneBook book;
+        EXPECT_EQ(nameOfCaller(book.manager(), u"+82 10-2345-6789"), u"김민수");
+        oid = book.add(contact().name(u"newcomer").mobile(u"010-9999-0000").group(u"친구"));
+        SpeedDialInfo slot = speed_dial::dial(3).of(oid).mobile(u"010-9999-0000");
+        requireDone(book->writeSpeedDialInfo(3, &slot));
+        CallEntry call = calls_test::call(200'000'000'000'000'000, u"01099990000");
+        requireDone(book->insertCallEntry(&call));
+        requireDone(book->deletePBRecord(17));
+        requireDone(book->rejectPBGroup(u"회사", true));
+    }
+    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
+
+    OpenPhoneBook book;
+    EXPECT_EQ(oid, nextIdentifier);
+    EXPECT_EQ(book->getNumRecords(), 8u);
+    EXPECT_EQ(nameOfCaller(book.manager(), u"010-9999-0000"), u"newcomer");
+    EXPECT_EQ(nameOfCaller(book.manager(), u"010-2345-6789"), u"");
+    SpeedDialInfo slot;
+    EXPECT_EQ(book->querySpeedDialInfo(3, &slot, true), S_OK);
+    EXPECT_EQ(slot.strName, u"newcomer");
+    EXPECT_EQ(book->querySpeedDialInfo(1, &slot, false), E_FAIL);  // went with its contact
+    CallEntry call;
+    EXPECT_EQ(book->getMRUCallEntry(&call), S_OK);
+    EXPECT_EQ(call.strName, u"newcomer");
+    PBGroupInfo group;
+    EXPECT_EQ(book->queryAvailablePBGroup(u"회사", &group), S_OK);
+    EXPECT_TRUE(group.bReject);
+}
+
+TEST(StoreOfANewerFormat, IsRefusedAndStaysAsItWas) {
+    const std::string newer = ofNewerFormat(kept(storeFile));
+    const CopiedStore store(newer);
+
+    EXPECT_FALSE(store.mount());
+
+    EXPECT_EQ(GetLastError(), ERROR_REVISION_MISMATCH);
+    EXPECT_EQ(ObjectStore::errorText(), store.path() + ": it is a store of a newer version of Tessera");
+    EXPECT_TRUE(contentOf(store.path()) == newer);
+    const std::filesystem::directory_iterator files(store.folder().path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+}
+
+}  // namespace upgrade_test

@@ -1,0 +1,101 @@
+// check: looks for damage in the store, and for what does not fit together in the phone book, and mends it.
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "CheckReport.h"
+#include "Commands.h"
+#include "Store.h"
+#include "System.h"
+#include "tessera/phonebook/PhoneBookCheck.h"
+#include "tessera/platform/base/Results.h"
+#include "tessera/platform/objectstore/ObjectStoreFile.h"
+
+namespace Tool {
+
+namespace {
+
+using PhoneBook::PhoneBookCheck;
+using PhoneBook::PhoneBookFinding;
+
+struct CheckArguments {
+    bool full = false;
+    bool repair = false;
+};
+
+void checkFile(CheckReport& report) {
+    const auto depth = report.full ? ObjectStoreFile::Depth::full : ObjectStoreFile::Depth::quick;
+    if (!ObjectStoreFile::check(report.store, depth, report.file)) throw Failure(storeErrorText(report.store));
+}
+
+/// The local time as 20261121-103015.
+std::string timeForName() {
+    const std::tm now = localTimeOf(std::time(nullptr)).value_or(std::tm{});
+    char text[64];
+    return {text, std::strftime(text, sizeof text, "%Y%m%d-%H%M%S", &now)};
+}
+
+/// Answers the name of the backup, which is told from others by the time, and a number if need be.
+std::string backUpBeside(const std::string& store) {
+    constexpr int mostWithinASecond = 99;
+    const std::string name = store + ".backup-" + timeForName();
+    std::string file = name;
+    for (int number = 2; number <= mostWithinASecond; ++number) {
+        if (ObjectStoreFile::backUp(store, file)) return file;
+        if (GetLastError() != ERROR_ALREADY_EXISTS) break;
+        file = name + '-' + std::to_string(number);
+    }
+    throw Failure("nothing was repaired, as no backup could be made: " + storeErrorText(store, file));
+}
+
+void repair(Store& store, PhoneBookCheck& check, CheckReport& report) {
+    report.mended.emplace();
+    if (std::ranges::none_of(*report.phoneBook, &PhoneBookFinding::canBeMended)) return;
+    report.backup = backUpBeside(store.path());
+    store.require(SUCCEEDED(check.mend(*report.mended, *report.phoneBook)));
+    checkFile(report);
+}
+
+void checkPhoneBook(const Settings& settings, const CheckArguments& arguments, CheckReport& report) {
+    Store store(settings, Store::WhenMissing::fail);
+    PhoneBookCheck check(store.manager());
+    if (SUCCEEDED(check.examine(report.phoneBook.emplace()))) {
+        if (arguments.repair) repair(store, check, report);
+        return;
+    }
+    // A record can be damaged in a file that is whole: a quick look does not see that.
+    if (GetLastError() != ERROR_FILE_CORRUPT) throw Failure(storeErrorText(report.store));
+    report.phoneBook.reset();
+    report.file.push_back(storeErrorText(report.store));
+}
+
+ExitStatus check(const Settings& settings, const CheckArguments& arguments) {
+    CheckReport report{.store = storePathOf(settings), .full = arguments.full};
+    checkFile(report);
+    // To open a damaged store could make it worse.
+    if (report.file.empty()) checkPhoneBook(settings, arguments, report);
+    return writeReport(settings, report);
+}
+
+}  // namespace
+
+void defineCheck(CLI::App& program, const Settings& settings, Action& chosen) {
+    CLI::App* command = program.add_subcommand("check", "Look for damage in the store and in the phone book");
+    const auto arguments = std::make_shared<CheckArguments>();
+    command->add_flag("--full", arguments->full, "Look at every record and at its place in every order");
+    command->add_flag("--repair", arguments->repair, "Mend what can be mended, after a backup beside the store");
+    command->footer(
+        "Exit status: 0 nothing is wrong, or is left, 1 something is wrong, 3 it could not be looked at.\n"
+        "Example:\n  tessera check --full");
+    command->final_callback(
+        [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return check(settings, *arguments); }; });
+}
+
+}  // namespace Tool
