@@ -3,8 +3,8 @@ set(phoneBookWorkSources
   ${CMAKE_CURRENT_LIST_DIR}/PhoneBookWork.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StoreContents.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StoreFaults.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/work/Parameters.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOfOthers.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOnContacts.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOnGroupsAndCalls.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/work/WorkOnSlots.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/operations/Parameters.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOfOthers.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOnContacts.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOnGroupsAndCalls.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOnSlots.cpp)

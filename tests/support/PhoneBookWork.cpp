@@ -4,7 +4,7 @@
 #include <exception>
 #include <span>
 
-#include "tests/support/work/Kinds.h"
+#include "tests/support/operations/Kinds.h"
 
 namespace testing_support {
 

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "tests/support/work/Kinds.h"
+#include "tests/support/operations/Kinds.h"
 
 namespace testing_support::work {
 

@@ -5,7 +5,7 @@
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/platform/base/Unicode.h"
 #include "tests/phonebook/Following.h"
-#include "tests/support/work/Kinds.h"
+#include "tests/support/operations/Kinds.h"
 
 namespace testing_support::work {
 

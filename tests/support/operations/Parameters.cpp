@@ -1,4 +1,4 @@
-#include "tests/support/work/Parameters.h"
+#include "tests/support/operations/Parameters.h"
 
 #include <array>
 #include <iterator>

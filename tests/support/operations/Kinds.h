@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "tests/support/work/Parameters.h"
+#include "tests/support/operations/Parameters.h"
 
 namespace testing_support::work {
 

@@ -1,5 +1,5 @@
 #include "tests/phonebook/Following.h"
-#include "tests/support/work/Kinds.h"
+#include "tests/support/operations/Kinds.h"
 
 namespace testing_support::work {
 
