@@ -10,6 +10,7 @@
 #include "tests/examples/CallerIdService.h"
 #include "tests/phonebook/GroupRows.h"
 #include "tests/platform/contacts/ContactsFixture.h"
+#include "tests/support/ScopedUmask.h"
 
 // The service follows what another process, this one, does to the phone book.
 
@@ -33,19 +34,8 @@ using testing_support::Outcome;
 using testing_support::Process;
 using testing_support::require;
 
-class ScopedUmask {
-public:
-    explicit ScopedUmask(mode_t mask) : before_(::umask(mask)) {}
-    ~ScopedUmask() { ::umask(before_); }
-    ScopedUmask(const ScopedUmask&) = delete;
-    ScopedUmask& operator=(const ScopedUmask&) = delete;
-
-private:
-    mode_t before_;
-};
-
 Process startedUnder(mode_t mask, const testing_support::Command& command) {
-    const ScopedUmask umask(mask);
+    const testing_support::ScopedUmask umask(mask);
     return Process(command);
 }
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -13,6 +11,7 @@
 
 #include "tessera/platform/objectstore/ObjectStoreFile.h"
 #include "tests/support/Builders.h"
+#include "tests/support/Files.h"
 #include "tests/support/PhoneBookWork.h"
 
 namespace damage_test {
@@ -20,15 +19,12 @@ namespace {
 
 using PhoneBook::PhoneBookDBMgr;
 using testing_support::quickOptions;
+using testing_support::readFile;
+using testing_support::writeFile;
 
 constexpr std::size_t pageBytes = 4'096;
 constexpr int operations = 400;
 constexpr unsigned triedOneIn = 8;
-
-std::string contentOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 void walk(Database::Iterator* made) {
     const std::unique_ptr<Database::Iterator> iterator(made);
@@ -87,7 +83,7 @@ DamagedStore::DamagedStore(unsigned seed) : path_((folder_ / "store.db").string(
             book.add(testing_support::contact().name(name).mobile(u"010-1234-5678").group(u"Friends"));
     }
     ObjectStore::unmount();
-    whole_ = contentOf(path_);
+    whole_ = readFile(path_);
     // "1;" and what the collation calls its version, behind the locale in the one row of the store.
     versionAt_ = whole_.find("1;");
     while (versionAt_ + versionLength_ < whole_.size() && whole_[versionAt_ + versionLength_] > ' ')
@@ -103,7 +99,7 @@ void DamagedStore::meet(const std::string& bytes, Outcomes& outcomes) {
     const bool tried = outcomes.stores++ % triedOneIn == 0;
     if (tried) ++outcomes.tried;
     std::filesystem::remove(path_ + "-wal");
-    std::ofstream(path_, std::ios::binary) << bytes;
+    writeFile(path_, bytes);
 
     std::vector<std::string> findings;
     const bool examined = ObjectStoreFile::check(path_, ObjectStoreFile::Depth::full, findings, quickOptions());
@@ -114,16 +110,16 @@ void DamagedStore::meet(const std::string& bytes, Outcomes& outcomes) {
         PhoneBookDBMgr manager;
         const bool opened = SUCCEEDED(manager.openDB(nullptr));
         readEverything(manager);
-        EXPECT_TRUE(contentOf(path_) == bytes) << "the file was written to";
+        EXPECT_TRUE(readFile(path_) == bytes) << "the file was written to";
         if (!opened) ++outcomes.refused;
         if (opened && tried && addsAContact(manager)) ++outcomes.written;
     } else {
         ++outcomes.refused;
     }
     if (mounted) ObjectStore::unmount();
-    EXPECT_TRUE(mounted || contentOf(path_) == bytes) << "the file was written to";
+    EXPECT_TRUE(mounted || readFile(path_) == bytes) << "the file was written to";
     if (!tried) return;
-    std::ofstream(path_, std::ios::binary) << bytes;
+    writeFile(path_, bytes);
     recover(outcomes);
 }
 

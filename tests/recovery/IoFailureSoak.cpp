@@ -8,8 +8,8 @@ namespace recovery {
 namespace {
 
 TEST(IoFailureSoak, AtEveryCallLeavesAllOrNothing) {
-    for (const auto operations : allOperations)
-        failCallsToDisk(operations(), 1);
+    for (const OperationFamily& family : operationFamilies)
+        failCallsToDisk(family.operations(), 1);
 }
 
 }  // namespace

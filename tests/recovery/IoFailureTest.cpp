@@ -9,45 +9,14 @@ namespace {
 
 constexpr int stride = 9;
 
-TEST(IoFailure, OfTheLifecycleLeavesAllOrNothing) {
-    failCallsToDisk(lifecycleOperations(), stride);
+class IoFailure : public testing::TestWithParam<OperationFamily> {};
+
+TEST_P(IoFailure, LeavesAllOrNothingAndIsTold) {
+    failCallsToDisk(GetParam().operations(), stride);
 }
 
-TEST(IoFailure, OfRecordsLeavesAllOrNothing) {
-    failCallsToDisk(recordOperations(), stride);
-}
-
-TEST(IoFailure, OfSearchesIsTold) {
-    failCallsToDisk(searchOperations(), stride);
-}
-
-TEST(IoFailure, OfCallersIsTold) {
-    failCallsToDisk(callerOperations(), stride);
-}
-
-TEST(IoFailure, OfSpeedDialLeavesAllOrNothing) {
-    failCallsToDisk(speedDialOperations(), stride);
-}
-
-TEST(IoFailure, OfTheSpeedDialCacheLeavesAllOrNothing) {
-    failCallsToDisk(speedDialCacheOperations(), stride);
-}
-
-TEST(IoFailure, OfGroupsLeavesAllOrNothing) {
-    failCallsToDisk(groupOperations(), stride);
-}
-
-TEST(IoFailure, OfCallsLeavesAllOrNothing) {
-    failCallsToDisk(callOperations(), stride);
-}
-
-TEST(IoFailure, OfFollowingLeavesAllOrNothing) {
-    failCallsToDisk(followingOperations(), stride);
-}
-
-TEST(IoFailure, OfImportsLeavesAllOrNothing) {
-    failCallsToDisk(importOperations(), stride);
-}
+INSTANTIATE_TEST_SUITE_P(Operations, IoFailure, testing::ValuesIn(operationFamilies),
+                         [](const auto& family) { return family.param.name; });
 
 }  // namespace
 }  // namespace recovery

@@ -52,8 +52,19 @@ std::span<const ManagerOperation> callOperations();
 std::span<const ManagerOperation> followingOperations();
 std::span<const ManagerOperation> importOperations();
 
-inline constexpr auto allOperations = {
-    lifecycleOperations,      recordOperations, searchOperations, callerOperations,    speedDialOperations,
-    speedDialCacheOperations, groupOperations,  callOperations,   followingOperations, importOperations};
+/// The same with what they are about, for the name of a test.
+struct OperationFamily {
+    const char* name;
+    std::span<const ManagerOperation> (*operations)();
+
+    friend std::ostream& operator<<(std::ostream& out, const OperationFamily& family) { return out << family.name; }
+};
+inline constexpr OperationFamily operationFamilies[] = {
+    {"Lifecycle", lifecycleOperations}, {"Records", recordOperations},
+    {"Searches", searchOperations},     {"Callers", callerOperations},
+    {"SpeedDial", speedDialOperations}, {"SpeedDialCache", speedDialCacheOperations},
+    {"Groups", groupOperations},        {"Calls", callOperations},
+    {"Following", followingOperations}, {"Imports", importOperations},
+};
 
 }  // namespace recovery

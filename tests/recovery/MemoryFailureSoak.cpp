@@ -8,8 +8,8 @@ namespace recovery {
 namespace {
 
 TEST(MemoryFailureSoak, AtEveryAllocationLeavesAllOrNothing) {
-    for (const auto operations : allOperations)
-        failAllocations(operations(), 1);
+    for (const OperationFamily& family : operationFamilies)
+        failAllocations(family.operations(), 1);
 }
 
 }  // namespace

@@ -9,45 +9,14 @@ namespace {
 
 constexpr int stride = 40;
 
-TEST(MemoryFailure, OfTheLifecycleLeavesAllOrNothing) {
-    failAllocations(lifecycleOperations(), stride);
+class MemoryFailure : public testing::TestWithParam<OperationFamily> {};
+
+TEST_P(MemoryFailure, LeavesAllOrNothingAndIsTold) {
+    failAllocations(GetParam().operations(), stride);
 }
 
-TEST(MemoryFailure, OfRecordsLeavesAllOrNothing) {
-    failAllocations(recordOperations(), stride);
-}
-
-TEST(MemoryFailure, OfSearchesIsTold) {
-    failAllocations(searchOperations(), stride);
-}
-
-TEST(MemoryFailure, OfCallersIsTold) {
-    failAllocations(callerOperations(), stride);
-}
-
-TEST(MemoryFailure, OfSpeedDialLeavesAllOrNothing) {
-    failAllocations(speedDialOperations(), stride);
-}
-
-TEST(MemoryFailure, OfTheSpeedDialCacheLeavesAllOrNothing) {
-    failAllocations(speedDialCacheOperations(), stride);
-}
-
-TEST(MemoryFailure, OfGroupsLeavesAllOrNothing) {
-    failAllocations(groupOperations(), stride);
-}
-
-TEST(MemoryFailure, OfCallsLeavesAllOrNothing) {
-    failAllocations(callOperations(), stride);
-}
-
-TEST(MemoryFailure, OfFollowingLeavesAllOrNothing) {
-    failAllocations(followingOperations(), stride);
-}
-
-TEST(MemoryFailure, OfImportsLeavesAllOrNothing) {
-    failAllocations(importOperations(), stride);
-}
+INSTANTIATE_TEST_SUITE_P(Operations, MemoryFailure, testing::ValuesIn(operationFamilies),
+                         [](const auto& family) { return family.param.name; });
 
 }  // namespace
 }  // namespace recovery

@@ -8,19 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/Files.h"
 #include "tests/support/Process.h"
 #include "tests/support/TemporaryStore.h"
 
 namespace testing_support {
-
-inline void writeFile(const std::filesystem::path& path, std::string_view bytes) {
-    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-inline std::string readFile(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 /// The bytes of a text in UTF-16LE, without a byte-order mark.
 inline std::string utf16Bytes(std::u16string_view text) {

@@ -2,8 +2,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -15,6 +13,7 @@
 #include "tests/phonebook/Calls.h"
 #include "tests/phonebook/SpeedDialBuilders.h"
 #include "tests/support/Builders.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/upgrade/StoreText.h"
 
@@ -30,22 +29,14 @@ constexpr const char* storeFile = "store-format-1.db";
 /// The identifier that was to be given next when the store was closed; the one before it is a deleted record's.
 constexpr CEOID nextIdentifier = 41;
 
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) throw std::runtime_error(file.string() + " is missing");
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 std::string kept(const char* file) {
-    return contentOf(std::filesystem::path(UPGRADE_FILES) / file);
+    return testing_support::readFile(std::filesystem::path(UPGRADE_FILES) / file);
 }
 
 /// The kept store, or what became of its bytes, as a file of its own.
 class CopiedStore {
 public:
-    explicit CopiedStore(const std::string& bytes = kept(storeFile)) {
-        std::ofstream(path(), std::ios::binary) << bytes;
-    }
+    explicit CopiedStore(const std::string& bytes = kept(storeFile)) { testing_support::writeFile(path(), bytes); }
     ~CopiedStore() { ObjectStore::unmount(); }
     CopiedStore(const CopiedStore&) = delete;
     CopiedStore& operator=(const CopiedStore&) = delete;
@@ -114,7 +105,7 @@ TEST(StoreOfFormat1, GetsItsKeysMadeAnewForAnotherCollation) {
 
     EXPECT_EQ(textOfStore(), kept("store-format-1.txt"));
     ObjectStore::unmount();
-    EXPECT_THAT(contentOf(store.path()), HasSubstr("en_US1;"));
+    EXPECT_THAT(testing_support::readFile(store.path()), HasSubstr("en_US1;"));
 }
 
 TEST(StoreOfFormat1, ServesOn) {
@@ -160,7 +151,7 @@ TEST(StoreOfANewerFormat, IsRefusedAndStaysAsItWas) {
 
     EXPECT_EQ(GetLastError(), ERROR_REVISION_MISMATCH);
     EXPECT_EQ(ObjectStore::errorText(), store.path() + ": it is a store of a newer version of Tessera");
-    EXPECT_TRUE(contentOf(store.path()) == newer);
+    EXPECT_TRUE(testing_support::readFile(store.path()) == newer);
     const std::filesystem::directory_iterator files(store.folder().path());
     EXPECT_EQ(std::distance(begin(files), end(files)), 1);
 }

@@ -21,7 +21,7 @@ constexpr std::size_t atApplicationId = 68;
 constexpr std::size_t atPageCountValidFor = 92;
 
 /// What both versions say of a file with a write-ahead log.
-constexpr std::uint32_t writeAheadLog = 2;
+constexpr std::uint64_t writeAheadLog = 2;
 
 constexpr const char* tables = R"(
 BEGIN;
@@ -71,14 +71,6 @@ CREATE TABLE change (
 ) STRICT;
 )";
 
-std::uint32_t bigEndian(std::string_view header, std::size_t at, std::size_t width) {
-    std::uint32_t value = 0;
-    for (const char byte : header.substr(at, width)) {
-        value = value << 8 | static_cast<BYTE>(byte);
-    }
-    return value;
-}
-
 bool hasLog(const std::filesystem::path& file) {
     std::filesystem::path log = file;
     log += "-wal";
@@ -89,7 +81,7 @@ bool hasLog(const std::filesystem::path& file) {
 /// Whether the file ends before the page that its header calls the last. A log beside it may hold the rest.
 bool cutShort(SqliteConnection& connection, std::string_view header) {
     if (bigEndian(header, atChangeCounter, 4) != bigEndian(header, atPageCountValidFor, 4)) return false;
-    const std::uint32_t written = bigEndian(header, atPageSize, 2);
+    const std::uint64_t written = bigEndian(header, atPageSize, 2);
     const std::uint64_t pageSize = written == 1 ? 65'536 : written;
     const std::uint64_t needed = pageSize * bigEndian(header, atPageCount, 4);
     return connection.fileSize() < needed && !hasLog(connection.file());
@@ -112,6 +104,14 @@ void checkLoggedVersion(SqliteConnection& connection) {
 
 }  // namespace
 
+std::uint64_t bigEndian(std::string_view bytes, std::size_t at, std::size_t width) {
+    if (at > bytes.size() || bytes.size() - at < width) return 0;
+    std::uint64_t value = 0;
+    for (const char byte : bytes.substr(at, width))
+        value = value << 8 | static_cast<BYTE>(byte);
+    return value;
+}
+
 void checkStoreFile(SqliteConnection& connection) {
     const std::string header = connection.read(0, headerBytes);
     if (!header.starts_with(magic)) throw connection.failure(ERROR_BAD_FORMAT, "it is not a Tessera store");
@@ -119,7 +119,7 @@ void checkStoreFile(SqliteConnection& connection) {
     if (bigEndian(header, atApplicationId, 4) != applicationId) {
         throw connection.failure(ERROR_BAD_FORMAT, "it is not a Tessera store");
     }
-    const std::uint32_t version = bigEndian(header, atUserVersion, 4);
+    const std::uint64_t version = bigEndian(header, atUserVersion, 4);
     if (version > formatVersion) throw madeByNewer(connection);
     const bool logged =
         bigEndian(header, atWriteVersion, 1) == writeAheadLog && bigEndian(header, atReadVersion, 1) == writeAheadLog;

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "tessera/platform/engine/RecordEngine.h"
 #include "tessera/platform/engine/SqliteConnection.h"
@@ -9,6 +12,9 @@
 // The format of a store's file.
 
 namespace Platform {
+
+/// A number of SQLite's, of `width` bytes, high byte first; 0 beyond the end.
+std::uint64_t bigEndian(std::string_view bytes, std::size_t at, std::size_t width);
 
 /// Throws when the file is not a store, is damaged or of a newer format, judged by its first bytes
 /// and its size alone: nothing is written, not even a file beside it.

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "tessera/platform/base/Types.h"
+#include "tessera/platform/engine/SqliteFormat.h"
 
 namespace Platform {
 namespace {
@@ -21,15 +22,6 @@ constexpr BYTE leafOfIndex = 0x0A;
 
 /// No row of a store is as long: a record's limits are far below.
 constexpr std::uint64_t longestPayload = 1'000'000;
-
-/// A number of `width` bytes, high byte first; 0 beyond the end.
-std::uint64_t bigEndian(std::string_view bytes, std::size_t at, std::size_t width) {
-    if (at > bytes.size() || bytes.size() - at < width) return 0;
-    std::uint64_t value = 0;
-    for (const char byte : bytes.substr(at, width))
-        value = value << 8 | static_cast<BYTE>(byte);
-    return value;
-}
 
 std::uint32_t word(std::string_view bytes, std::size_t at) {
     return static_cast<std::uint32_t>(bigEndian(bytes, at, 4));

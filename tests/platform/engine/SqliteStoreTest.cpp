@@ -16,7 +16,9 @@
 #include "tessera/platform/engine/RecordEngine.h"
 #include "tessera/platform/engine/StoreError.h"
 #include "tests/platform/engine/RecordBuilders.h"
+#include "tests/support/Files.h"
 #include "tests/support/Forked.h"
+#include "tests/support/Sql.h"
 #include "tests/support/TemporaryStore.h"
 
 // What only a store on disk can show: its file, and other processes.
@@ -35,7 +37,11 @@ using Platform::RecordStore;
 using Platform::StoreOptions;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing_support::folderContent;
+using testing_support::readFile;
+using testing_support::runSql;
 using testing_support::TemporaryFolder;
+using testing_support::writeFile;
 
 constexpr CEPROPID name = property(2, Platform::kindText);
 const StoreOptions quick{std::chrono::milliseconds(50), false};
@@ -77,42 +83,17 @@ std::vector<CEOID> walk(RecordEngine& engine, OrderId order) {
     return records;
 }
 
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void write(const fs::path& file, const std::string& content) {
-    std::ofstream(file, std::ios::binary) << content;
-}
-
-std::map<std::string, std::string> folderContent(const fs::path& folder) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        files[entry.path().filename().string()] = contentOf(entry.path());
-    }
-    return files;
-}
-
-/// Does with SQL what no engine would.
-void runSql(const fs::path& file, const char* statements) {
-    sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(database, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
-    sqlite3_close(database);
-}
-
 /// A finished store's bytes, nothing beside them.
 std::string storeBytes() {
     const TemporaryFolder folder;
     put(*connect(folder / "store.db"), u"someone");
-    return contentOf(folder / "store.db");
+    return readFile(folder / "store.db");
 }
 
 std::string foreignBytes() {
     const TemporaryFolder folder;
     runSql(folder / "foreign.db", "CREATE TABLE t (a); INSERT INTO t VALUES (1)");
-    return contentOf(folder / "foreign.db");
+    return readFile(folder / "foreign.db");
 }
 
 std::string patched(std::string bytes, std::size_t at, const std::string& with) {
@@ -219,7 +200,7 @@ class SqliteStoreRefuses : public testing::TestWithParam<Refused> {};
 TEST_P(SqliteStoreRefuses, TheFileAndLeavesItUntouched) {
     const TemporaryFolder folder;
     const fs::path file = folder / "store.db";
-    write(file, GetParam().content());
+    writeFile(file, GetParam().content());
     const auto before = folderContent(folder.path());
 
     EXPECT_EQ(open(file), nullptr);
@@ -322,13 +303,13 @@ TEST(SqliteStore, IsItsOwnersAloneWhateverTheUmask) {
 
 TEST(SqliteStore, SaysWhereItCannotBeMade) {
     const TemporaryFolder folder;
-    write(folder / "file", "not a folder");
+    writeFile(folder / "file", "not a folder");
 
     EXPECT_EQ(open(folder / "file" / "store.db"), nullptr);
 
     EXPECT_NE(GetLastError(), ERROR_SUCCESS);
     EXPECT_THAT(Platform::storeErrorText(), HasSubstr((folder / "file").string()));
-    EXPECT_EQ(contentOf(folder / "file"), "not a folder");
+    EXPECT_EQ(readFile(folder / "file"), "not a folder");
 }
 
 TEST(SqliteStore, AFolderIsNotAStore) {
@@ -360,7 +341,7 @@ TEST(SqliteStore, IsNotMadeBesideTheLogOfAnEarlierOne) {
     const fs::path away = folder / "away.db";
     fs::rename(file, away);
     const fs::path log = folder / "store.db-wal";
-    const std::string before = contentOf(log);
+    const std::string before = readFile(log);
     ASSERT_FALSE(before.empty());
 
     EXPECT_EQ(open(file), nullptr);
@@ -368,7 +349,7 @@ TEST(SqliteStore, IsNotMadeBesideTheLogOfAnEarlierOne) {
     EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
     EXPECT_THAT(Platform::storeErrorText(), HasSubstr(log.string()));
     EXPECT_FALSE(fs::exists(file));
-    EXPECT_EQ(contentOf(log), before);
+    EXPECT_EQ(readFile(log), before);
     fs::rename(away, file);
     const auto engine = connect(file);
     EXPECT_EQ(walk(*engine, byName(*engine)).size(), 1u) << "with its file the log is good again";

@@ -147,7 +147,7 @@ TEST(Mount, FileThatIsNoStoreIsRefusedByNameAndLeftUntouched) {
     EXPECT_FALSE(ObjectStore::mount(file.string(), quickOptions()));
     EXPECT_EQ(GetLastError(), ERROR_BAD_FORMAT);
     EXPECT_NE(ObjectStore::errorText().find("notes.txt"), std::string::npos) << ObjectStore::errorText();
-    EXPECT_EQ(contentOf(file), content);
+    EXPECT_EQ(readFile(file), content);
 }
 
 TEST(Mount, FolderIsRefused) {

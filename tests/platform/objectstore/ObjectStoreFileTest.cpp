@@ -62,12 +62,12 @@ TEST_F(StoreFileCheck, FindsNothingWhileAProgramWrites) {
 
 TEST_F(StoreFileCheck, ChangesNothing) {
     addRowsAndDie(file, 30);
-    const auto before = folderContent(folder.path());
+    const auto before = filesButIndex(folder.path());
     ASSERT_EQ(before.size(), 2u) << "the store and the log of the killed program";
 
     EXPECT_THAT(check(Depth::full), IsEmpty());
 
-    EXPECT_EQ(folderContent(folder.path()), before);
+    EXPECT_EQ(filesButIndex(folder.path()), before);
     EXPECT_EQ(rowsIn(file).size(), someRows - 20u + 30u);
 }
 
@@ -130,9 +130,9 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& wrong) { return wrong.param.name; });
 
 TEST_F(StoreFileCheck, FindsAnOverwrittenPage) {
-    std::string bytes = contentOf(file);
+    std::string bytes = readFile(file);
     bytes.replace(bytes.size() - 2 * 4'096, 4'096, 4'096, '\x5A');
-    write(file, bytes);
+    writeFile(file, bytes);
     EXPECT_THAT(check(Depth::quick), Contains(HasSubstr("the file's structure: ")));
 }
 
@@ -146,7 +146,7 @@ TEST_F(StoreFileCheck, RefusesWhatIsNoStore) {
     EXPECT_FALSE(ObjectStoreFile::check((folder / "missing.db").string(), Depth::quick, findings, quickOptions()));
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     EXPECT_FALSE(fs::exists(folder / "missing.db"));
-    write(folder / "text", "a shopping list");
+    writeFile(folder / "text", "a shopping list");
     EXPECT_FALSE(ObjectStoreFile::check((folder / "text").string(), Depth::quick, findings, quickOptions()));
     EXPECT_EQ(GetLastError(), ERROR_BAD_FORMAT);
     EXPECT_FALSE(ObjectStoreFile::check(folder.path().string(), Depth::quick, findings, quickOptions()));
@@ -166,9 +166,9 @@ TEST_F(StoreFileBackUp, IsTheStoreForItsOwnerOnly) {
 
 TEST_F(StoreFileBackUp, HoldsWhatAKilledProgramLeftInItsLog) {
     addRowsAndDie(file, 30);
-    const auto before = folderContent(folder.path());
+    const auto before = filesButIndex(folder.path());
     ASSERT_TRUE(ObjectStoreFile::backUp(file.string(), (folder / "copy.db").string(), quickOptions()));
-    auto after = folderContent(folder.path());
+    auto after = filesButIndex(folder.path());
     after.erase("copy.db");
     EXPECT_EQ(after, before);
     EXPECT_EQ(rowsIn(folder / "copy.db").size(), someRows - 20u + 30u);
@@ -210,11 +210,11 @@ TEST_F(StoreFileBackUp, IsOfOneMomentWhoeverWrites) {
 
 TEST_F(StoreFileBackUp, NeverWritesOverAFile) {
     const fs::path taken = folder / "taken";
-    write(taken, "precious");
+    writeFile(taken, "precious");
     EXPECT_FALSE(ObjectStoreFile::backUp(file.string(), taken.string(), quickOptions()));
     EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
     EXPECT_EQ(ObjectStore::errorText(), taken.string() + ": there is a file of this name");
-    EXPECT_EQ(contentOf(taken), "precious");
+    EXPECT_EQ(readFile(taken), "precious");
 
     const fs::path link = folder / "link";
     fs::create_symlink(folder / "nowhere", link);

@@ -38,7 +38,7 @@ protected:
     }
 
     void overwritePage(std::size_t page, const std::string& with = std::string(pageBytes, '\x5A')) {
-        write(file, contentOf(file).replace(page * pageBytes, pageBytes, with));
+        writeFile(file, readFile(file).replace(page * pageBytes, pageBytes, with));
     }
 
     /// What is in both is the same; answers how many of `before` are not in `after`.
@@ -60,7 +60,7 @@ protected:
 TEST_F(Recovery, OfASoundStoreLosesNothing) {
     makeRows(300);
     const auto before = rowsIn(file);
-    const std::string bytes = contentOf(file);
+    const std::string bytes = readFile(file);
 
     const auto recovery = recover();
 
@@ -68,7 +68,7 @@ TEST_F(Recovery, OfASoundStoreLosesNothing) {
     EXPECT_EQ(recovery.records, 300u);
     EXPECT_EQ(recovery.databases, 3u) << "rows, contacts and categories";
     EXPECT_EQ(lost(before, rowsIn(saved)), 0u);
-    EXPECT_EQ(contentOf(file), bytes);
+    EXPECT_EQ(readFile(file), bytes);
     EXPECT_EQ(fs::status(saved).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
@@ -103,9 +103,9 @@ TEST_F(Recovery, SavesRecordsLongerThanAPage) {
 TEST_F(Recovery, SavesWhatAKilledProgramLeftInItsLog) {
     makeRows(20);
     addRowsAndDie(file, 100);
-    const auto files = folderContent(folder.path());
+    const auto files = filesButIndex(folder.path());
     EXPECT_EQ(recover().records, 120u);
-    auto after = folderContent(folder.path());
+    auto after = filesButIndex(folder.path());
     after.erase("saved.db");
     EXPECT_EQ(after, files);
     EXPECT_EQ(lost(rowsIn(file), rowsIn(saved)), 0u);
@@ -122,10 +122,10 @@ TEST_F(Recovery, TakesFromATornLogWhatWasCommittedBeforeTheTear) {
 TEST_F(Recovery, LosesTheRecordsOfAnOverwrittenPageOnly) {
     makeRows(2'000);
     const auto before = rowsIn(file);
-    const std::size_t pages = contentOf(file).size() / pageBytes;
+    const std::size_t pages = readFile(file).size() / pageBytes;
     std::size_t pagesWithRecords = 0;
     for (std::size_t page = 20; page < pages; page += pages / 10) {
-        const std::string whole = contentOf(file);
+        const std::string whole = readFile(file);
         overwritePage(page);
         const auto recovery = recover();
         const std::size_t gone = lost(before, rowsIn(saved));
@@ -135,7 +135,7 @@ TEST_F(Recovery, LosesTheRecordsOfAnOverwrittenPageOnly) {
             EXPECT_THAT(recovery.losses, Contains("database \"Rows\": " + std::to_string(gone) + " of 2000 records"));
         }
         fs::remove(saved);
-        write(file, whole);
+        writeFile(file, whole);
     }
     EXPECT_GT(pagesWithRecords, 0u);
 }
@@ -146,12 +146,12 @@ TEST_F(Recovery, NeedsNeitherTheHeaderNorTheTables) {
     // The file's header with the schema; and, each in its own page, what the store and its databases say of themselves.
     for (std::size_t page = 0; page < 9; ++page) {
         SCOPED_TRACE("page " + std::to_string(page));
-        const std::string whole = contentOf(file);
+        const std::string whole = readFile(file);
         overwritePage(page);
         recover();
         EXPECT_LE(lost(before, rowsIn(saved)), rowsInAPage);
         fs::remove(saved);
-        write(file, whole);
+        writeFile(file, whole);
     }
 }
 
@@ -181,7 +181,7 @@ TEST_F(Recovery, DoesNotBringBackWhatWasDeleted) {
 TEST_F(Recovery, MakesNothingOfAFileThatIsNoStore) {
     ObjectStoreFile::Recovery recovery;
     for (const std::string& content : {std::string(), std::string("a shopping list"), std::string(100'000, 'x')}) {
-        write(file, content);
+        writeFile(file, content);
         EXPECT_FALSE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()));
         EXPECT_EQ(GetLastError(), ERROR_BAD_FORMAT);
         EXPECT_FALSE(fs::exists(saved));
@@ -192,18 +192,18 @@ TEST_F(Recovery, MakesNothingOfAFileThatIsNoStore) {
 
 TEST_F(Recovery, NeverWritesOverAFile) {
     makeRows(3);
-    write(saved, "precious");
+    writeFile(saved, "precious");
     ObjectStoreFile::Recovery recovery;
     EXPECT_FALSE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()));
     EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
-    EXPECT_EQ(contentOf(saved), "precious");
+    EXPECT_EQ(readFile(saved), "precious");
     EXPECT_FALSE(ObjectStoreFile::recover(file.string(), file.string(), recovery, quickOptions()));
 }
 
 TEST_F(Recovery, InventsNothingWhateverPagesAreReplaced) {
     makeRows(400);
     const auto before = rowsIn(file);
-    const std::string whole = contentOf(file);
+    const std::string whole = readFile(file);
     const auto seed = std::random_device()();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
@@ -214,7 +214,7 @@ TEST_F(Recovery, InventsNothingWhateverPagesAreReplaced) {
             // With another page of the file: what reads well but is at a wrong place.
             bytes.replace(random() % pages * pageBytes, pageBytes, whole, random() % pages * pageBytes, pageBytes);
         }
-        write(file, bytes);
+        writeFile(file, bytes);
         ObjectStoreFile::Recovery recovery;
         ASSERT_TRUE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()))
             << ObjectStore::errorText();

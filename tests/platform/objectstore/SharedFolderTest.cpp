@@ -5,6 +5,7 @@
 
 #include "tessera/platform/objectstore/ObjectStoreFile.h"
 #include "tests/platform/objectstore/StoreFiles.h"
+#include "tests/support/ScopedUmask.h"
 
 // Who else may write where a store is, and links put in the way.
 
@@ -17,18 +18,6 @@ using testing_support::quickOptions;
 using testing_support::TemporaryFolder;
 
 constexpr auto ownerOnly = fs::perms::owner_read | fs::perms::owner_write;
-
-/// The process's umask while this lives.
-class Umask {
-public:
-    explicit Umask(mode_t mask) : before_(::umask(mask)) {}
-    ~Umask() { ::umask(before_); }
-    Umask(const Umask&) = delete;
-    Umask& operator=(const Umask&) = delete;
-
-private:
-    mode_t before_;
-};
 
 class SharedFolder : public testing::Test {
 protected:
@@ -64,12 +53,12 @@ TEST_F(SharedFolder, IsRefusedForAStoreThatIsThere) {
     ASSERT_TRUE(mount(file));
     ObjectStore::unmount();
     fs::permissions(folder.path(), fs::perms::all);
-    const auto before = folderContent(folder.path());
+    const auto before = filesButIndex(folder.path());
     expectRefused(file);
     std::vector<std::string> findings;
     EXPECT_FALSE(ObjectStoreFile::check(file.string(), ObjectStoreFile::Depth::quick, findings, quickOptions()));
     EXPECT_FALSE(ObjectStoreFile::backUp(file.string(), (folder / "copy.db").string(), quickOptions()));
-    EXPECT_EQ(folderContent(folder.path()), before);
+    EXPECT_EQ(filesButIndex(folder.path()), before);
 }
 
 TEST_F(SharedFolder, IsRefusedWhenItIsAnothersOrOfAGroup) {
@@ -138,7 +127,7 @@ TEST_F(SharedFolder, RefusesWhatIsNoFile) {
 class StoreModes : public SharedFolder, public testing::WithParamInterface<mode_t> {};
 
 TEST_P(StoreModes, AreForTheOwnerOnlyWhateverTheUmask) {
-    const Umask mask(GetParam());
+    const testing_support::ScopedUmask mask(GetParam());
     const fs::path deep = folder / "made" / "for it";
     ASSERT_TRUE(mount(deep / "store.db")) << ObjectStore::errorText();
     makeDatabase(u"Rows");

@@ -2,45 +2,28 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "tests/platform/objectstore/StoreTest.h"
+#include "tests/support/Files.h"
 #include "tests/support/Forked.h"
+#include "tests/support/Sql.h"
 
 namespace objectstore_test {
 
-inline std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-inline void write(const std::filesystem::path& file, const std::string& content) {
-    std::ofstream(file, std::ios::binary) << content;
-}
+using testing_support::readFile;
+using testing_support::runSql;
+using testing_support::writeFile;
 
 /// The files of a folder, what is in them, but for the index of a log, which every reader may write.
-inline std::map<std::string, std::string> folderContent(const std::filesystem::path& folder) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (!entry.path().string().ends_with("-shm")) files[entry.path().filename().string()] = contentOf(entry.path());
-    }
+inline std::map<std::string, std::string> filesButIndex(const std::filesystem::path& folder) {
+    auto files = testing_support::folderContent(folder);
+    std::erase_if(files, [](const auto& file) { return file.first.ends_with("-shm"); });
     return files;
-}
-
-/// Does with SQL what no program would.
-inline void runSql(const std::filesystem::path& file, const std::string& statements) {
-    sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(database, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(database);
-    sqlite3_close(database);
 }
 
 /// A closed store with a database "Rows", in name order and then that of numbers, filled by `fill`.

@@ -13,22 +13,13 @@
 #include "tessera/platform/port/PosixErrors.h"
 #include "tests/platform/port/ScopedVariable.h"
 #include "tests/platform/port/ScratchFolder.h"
+#include "tests/support/Files.h"
+#include "tests/support/ScopedUmask.h"
 
 namespace fs = std::filesystem;
 using namespace Platform::port;
 
 namespace {
-
-class ScopedUmask {
-public:
-    explicit ScopedUmask(mode_t mask) : before_(::umask(mask)) {}
-    ~ScopedUmask() { ::umask(before_); }
-    ScopedUmask(const ScopedUmask&) = delete;
-    ScopedUmask& operator=(const ScopedUmask&) = delete;
-
-private:
-    mode_t before_;
-};
 
 constexpr fs::perms ownerFolder = fs::perms::owner_all;
 constexpr fs::perms ownerFile = fs::perms::owner_read | fs::perms::owner_write;
@@ -87,7 +78,7 @@ TEST(EnvironmentValue, IsEmptyForAVariableThatIsNotSet) {
 TEST(MakePrivateFolder, MakesWhatIsMissingForTheOwnerOnlyWhateverTheUmask) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{0777}}) {
         const ScratchFolder scratch;
-        const ScopedUmask umask(mask);
+        const testing_support::ScopedUmask umask(mask);
 
         ASSERT_EQ(makePrivateFolder(scratch / "a" / "b" / "c"), ERROR_SUCCESS);
 
@@ -126,7 +117,7 @@ TEST(MakePrivateFolder, AFileInTheWayIsAnErrorAndStays) {
     EXPECT_EQ(makePrivateFolder(file), ERROR_ALREADY_EXISTS);
     EXPECT_EQ(makePrivateFolder(file / "b"), ERROR_ALREADY_EXISTS);
 
-    EXPECT_EQ(contentOf(file), "content");
+    EXPECT_EQ(testing_support::readFile(file), "content");
 }
 
 TEST(MakePrivateFolder, ManyThreadsMayMakeTheSameOne) {
@@ -146,7 +137,7 @@ TEST(MakePrivateFolder, ManyThreadsMayMakeTheSameOne) {
 TEST(MakePrivateFileBeside, MakesAnEmptyFileForTheOwnerOnlyWhateverTheUmask) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{0777}}) {
         const ScratchFolder scratch;
-        const ScopedUmask umask(mask);
+        const testing_support::ScopedUmask umask(mask);
         fs::path made;
 
         ASSERT_EQ(makePrivateFileBeside(scratch / "store.db", made), ERROR_SUCCESS);
@@ -188,7 +179,7 @@ TEST(PublishFile, GivesTheFileItsNameAndTakesTheOldOneAway) {
 
     ASSERT_EQ(publishFile(made, scratch / "store.db"), ERROR_SUCCESS);
 
-    EXPECT_EQ(contentOf(scratch / "store.db"), "content");
+    EXPECT_EQ(testing_support::readFile(scratch / "store.db"), "content");
     EXPECT_EQ(modeOf(scratch / "store.db"), ownerFile);
     EXPECT_FALSE(fs::exists(made));
 }
@@ -200,7 +191,7 @@ TEST(PublishFile, NeverTakesANameThatIsInUse) {
 
     EXPECT_EQ(publishFile(made, file), ERROR_ALREADY_EXISTS);
 
-    EXPECT_EQ(contentOf(file), "old");
+    EXPECT_EQ(testing_support::readFile(file), "old");
     EXPECT_FALSE(fs::exists(made));
 }
 
