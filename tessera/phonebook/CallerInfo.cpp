@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "tessera/database/CallerLookup.h"
 #include "tessera/database/ContactItem.h"
 #include "tessera/database/Guarded.h"
 #include "tessera/phonebook/Operation.h"
@@ -9,6 +10,7 @@
 #include "tessera/phonebook/TableRows.h"
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/phonebook/model/TelNo.h"
+#include "tessera/platform/objectstore/ObjectStore.h"
 
 namespace PhoneBook {
 
@@ -24,6 +26,15 @@ bool holdsNumber(IContact* contact, const CString& telNo) {
     return std::ranges::any_of(adwTelNoAttrFlagMap_, [&](DWORD flag) {
         return (found & flag) != 0 && makeCNIP(getPBRecordFieldStr(numbers, flag)) == telNo;
     });
+}
+
+/// The caller, if the table of numbers knows: then nobody else needs to be looked at.
+ComPtr<IDispatch> holderOf(const CString& telNo, Database::POlDBTable& contacts) {
+    ComPtr<IDispatch> item;
+    const DWORD oid = Database::contactWithNumber(telNo);
+    const bool holds = oid != 0 && SUCCEEDED(contacts.getItemFromOid(oid, item.out())) &&
+                       holdsNumber(Database::contactOf(item.get()), telNo);
+    return holds ? item : ComPtr<IDispatch>();
 }
 
 /// Copies an extension row's attribute into its field; answers whether that counts as found.
@@ -56,6 +67,9 @@ HRESULT PhoneBookDBMgr::queryCallerInfo(const CString& telNo, PBRecord* record, 
         if (record == nullptr) return E_POINTER;
         if (oid != nullptr) *oid = 0;
         if (telNo.IsEmpty()) return E_INVALIDARG;
+        const ObjectStoreGlance glance;
+        if (ComPtr<IDispatch> item = holderOf(telNo, *contactsTable()))
+            return fillRecord(Database::contactOf(item.get()), record, oid);
         const std::unique_ptr<Iterator> holders(searchPBRecordOfTelNo(nullptr, telNo));
         if (holders == nullptr) {
             *record = PBRecord();
@@ -77,6 +91,7 @@ HRESULT PhoneBookDBMgr::queryCallerInfo(const CString& telNo, PBRecord* record, 
 HRESULT PhoneBookDBMgr::queryCallerInfo(const DWORD& oid, PBRecord* record) {
     return operation([&]() -> HRESULT {
         if (oid == 0 || record == nullptr || contactsTable() == nullptr) return E_FAIL;
+        const ObjectStoreGlance glance;
         ComPtr<IDispatch> item;
         if (const HRESULT result = contactsTable()->getItemFromOid(oid, item.out()); FAILED(result)) return result;
         return fillRecord(Database::contactOf(item.get()), record, nullptr);

@@ -28,6 +28,7 @@ using testing::Not;
 
 constexpr CEPROPID rank = property(1, Platform::kindI4);
 constexpr CEPROPID name = property(2, Platform::kindText);
+constexpr CEPROPID mobile = property(0x3A1C, Platform::kindText);
 constexpr CEPROPID picture = property(3, Platform::kindBlob);
 
 class Engine : public testing::TestWithParam<EngineKind> {
@@ -62,6 +63,18 @@ protected:
         DatabaseInfo info;
         EXPECT_EQ(engine->databaseInfo(database, info), ERROR_SUCCESS);
         return info;
+    }
+    CEOID idOfContacts() {
+        CEOID database = 0;
+        EXPECT_EQ(engine->findDatabase(u"Contacts Database", database), ERROR_SUCCESS);
+        return database;
+    }
+    /// 0 when nobody has it.
+    CEOID findNumber(CEOID database, std::string_view number) {
+        CEOID record = 0;
+        const DWORD error = engine->findNumber(database, number, {name, 0}, record);
+        EXPECT_EQ(error, record == 0 ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS);
+        return record;
     }
     std::uint64_t versionOf(OrderId order) {
         std::uint64_t version = 0;
@@ -340,6 +353,83 @@ TEST_P(Engine, FindEqualRefusesOrdersOfTwoDatabases) {
     EXPECT_EQ(engine->findEqual(here, "x", there, Direction::forward, found), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(engine->findEqual(here, "x", 0, Direction::forward, found), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(engine->findEqual(987'654, "x", here, Direction::forward, found), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_P(Engine, AContactIsFoundByAnyOfItsFiveNumbersHoweverItIsWritten) {
+    const CEOID contacts = idOfContacts();
+    std::vector<CEOID> records;
+    for (const WORD ident : std::to_array<WORD>({0x3A1C, 0x3A09, 0x3A08, 0x4009, 0x3A24})) {
+        const std::u16string number = u"+82 10-1234-567" + std::u16string(1, u"56789"[records.size()]);
+        records.push_back(
+            put(contacts, Writing().set(property(ident, Platform::kindText), std::u16string_view(number))));
+    }
+
+    EXPECT_EQ(findNumber(contacts, "01012345675"), records[0]);
+    EXPECT_EQ(findNumber(contacts, "01012345676"), records[1]);
+    EXPECT_EQ(findNumber(contacts, "01012345677"), records[2]);
+    EXPECT_EQ(findNumber(contacts, "01012345678"), records[3]);
+    EXPECT_EQ(findNumber(contacts, "01012345679"), records[4]);
+    EXPECT_EQ(findNumber(contacts, "0101234567"), 0u) << "a part of a number is none";
+}
+
+TEST_P(Engine, OfTwoHoldersOfANumberTheFirstInTheOrderIsFound) {
+    const CEOID contacts = idOfContacts();
+    const CEOID zoe = put(contacts, Writing().set(name, u"Zoe").set(mobile, u"112"));
+    const CEOID anna = put(contacts, Writing().set(name, u"Anna").set(mobile, u"1-1-2"));
+
+    EXPECT_EQ(findNumber(contacts, "112"), anna);
+    put(contacts, Writing().set(mobile, u"113"), anna);
+    EXPECT_EQ(findNumber(contacts, "112"), zoe);
+    EXPECT_EQ(findNumber(contacts, "113"), anna);
+    EXPECT_EQ(engine->erase(contacts, zoe), ERROR_SUCCESS);
+    EXPECT_EQ(findNumber(contacts, "112"), 0u);
+}
+
+TEST_P(Engine, OnlyContactsAreFoundByTheirNumbers) {
+    const CEOID things = makeDatabase();
+    put(things, Writing().set(mobile, u"112"));
+    EXPECT_EQ(findNumber(things, "112"), 0u);
+
+    put(idOfContacts(), Writing().set(mobile, u"112"));
+    EXPECT_EQ(engine->dropDatabase(idOfContacts()), ERROR_SUCCESS);
+    const CEOID again = makeDatabase(u"CONTACTS DATABASE");
+    EXPECT_EQ(findNumber(again, "112"), 0u) << "its contacts went with the first database";
+    const CEOID holder = put(again, Writing().set(mobile, u"112"));
+    EXPECT_EQ(findNumber(again, "112"), holder);
+}
+
+TEST_P(Engine, NothingThatOthersCommitDuringAGlanceIsMissedAfterIt) {
+    const CEOID database = makeDatabase();
+    const CEOID record = put(database, Writing().set(rank, 1));
+    const std::uint64_t before = second->storeVersion();
+    std::string packed;
+    second->beginGlance();
+    EXPECT_EQ(second->get(database, record, packed), ERROR_SUCCESS);
+
+    put(database, Writing().set(rank, 2));
+    DatabaseInfo info;
+    EXPECT_EQ(second->databaseInfo(database, info), ERROR_SUCCESS);
+    second->endGlance();
+
+    EXPECT_NE(second->storeVersion(), before);
+    EXPECT_EQ(second->databaseInfo(database, info), ERROR_SUCCESS);
+    EXPECT_EQ(info.records, 2u);
+}
+
+TEST_P(Engine, WhatIsWrittenInAGlanceIsSeenInItAndByOthers) {
+    const CEOID database = makeDatabase();
+    std::string packed;
+    engine->beginGlance();
+    EXPECT_EQ(engine->get(database, 7'000, packed), ERROR_KEY_DELETED);
+    const CEOID alone = put(database, Writing().set(rank, 1));
+    EXPECT_EQ(engine->get(database, alone, packed), ERROR_SUCCESS);
+    EXPECT_EQ(engine->beginUnit(), ERROR_SUCCESS);
+    const CEOID inUnit = put(database, Writing().set(rank, 2));
+    engine->endGlance();
+    EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
+
+    EXPECT_EQ(second->get(database, alone, packed), ERROR_SUCCESS);
+    EXPECT_EQ(second->get(database, inUnit, packed), ERROR_SUCCESS);
 }
 
 TEST_P(Engine, OrderVersionMovesWithItsEntriesOnly) {

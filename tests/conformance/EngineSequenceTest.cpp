@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include "tessera/platform/base/TelephoneNumber.h"
 #include "tests/conformance/EngineFactories.h"
 #include "tests/conformance/EngineModel.h"
 #include "tests/platform/engine/RecordBuilders.h"
@@ -21,16 +22,39 @@ using Platform::Place;
 using Platform::RecordEngine;
 
 constexpr const char* locale = "ko_KR";
+const std::u16string contactsDatabase = u"Contacts Database";
 
-constexpr std::array testProperties{property(1, Platform::kindI2),   property(2, Platform::kindI4),
-                                    property(3, Platform::kindR8),   property(4, Platform::kindBool),
-                                    property(5, Platform::kindUI2),  property(6, Platform::kindUI4),
-                                    property(7, Platform::kindText), property(8, Platform::kindFileTime),
-                                    property(9, Platform::kindBlob), property(10, Platform::kindText)};
+/// Two of those by which contacts are found.
+constexpr CEPROPID mobileNumber = property(0x3A1C, Platform::kindText);
+constexpr CEPROPID homeNumber = property(0x3A09, Platform::kindText);
+
+constexpr std::array testProperties{property(1, Platform::kindI2),
+                                    property(2, Platform::kindI4),
+                                    property(3, Platform::kindR8),
+                                    property(4, Platform::kindBool),
+                                    property(5, Platform::kindUI2),
+                                    property(6, Platform::kindUI4),
+                                    property(7, Platform::kindText),
+                                    property(8, Platform::kindFileTime),
+                                    property(9, Platform::kindBlob),
+                                    property(10, Platform::kindText),
+                                    mobileNumber,
+                                    homeNumber};
 
 const std::array<std::u16string, 12> texts{
     u"",  u"a", u"A", u"b", u"가", u"각", u"김민수", u"e\u0301", u"\u00e9", u"\xD800", std::u16string(u"a\0b", 3),
     u"Zz"};
+
+const std::array<std::u16string, 8> telephoneNumbers{u"010-1234-5678",
+                                                     u"+82 10 1234 5678",
+                                                     u"01012345678",
+                                                     u"*23#",
+                                                     u"",
+                                                     u"none",
+                                                     u"02 123",
+                                                     std::u16string(u"02\0"
+                                                                    "123",
+                                                                    6)};
 
 /// One of a few values of the property's kind, so that ties are common and extremes come up.
 std::string valueFor(CEPROPID id, unsigned choice) {
@@ -50,11 +74,25 @@ std::string valueFor(CEPROPID id, unsigned choice) {
         case Platform::kindR8:
             return bytesOf(reals[choice % reals.size()]);
         case Platform::kindText:
+            if (id == mobileNumber || id == homeNumber) {
+                return bytesOf(telephoneNumbers[choice % telephoneNumbers.size()]);
+            }
             return bytesOf(texts[choice % texts.size()]);
         case Platform::kindBlob:
             return std::string(choice % 40, 'x');
     }
     return {};
+}
+
+std::string reduced(std::string_view value) {
+    std::u16string number;
+    for (std::size_t i = 0; i + 1 < value.size(); i += 2)
+        number.push_back(static_cast<char16_t>(static_cast<unsigned char>(value[i]) |
+                                               static_cast<unsigned char>(value[i + 1]) << 8));
+    std::array<WCHAR, Platform::reducedNumberBuffer> buffer;
+    Platform::reduceNumber(number.c_str(), buffer.data());
+    const std::u16string characters(buffer.data());
+    return {characters.begin(), characters.end()};
 }
 
 /// What to do next; every number is reduced to the choices there are.
@@ -113,11 +151,12 @@ private:
     using Action = void (Play::*)(Side&, const Command&);
 
     void play(const Command& command) {
-        static constexpr std::array<Action, 20> actions{
-            &Play::create,   &Play::create,    &Play::create,    &Play::create,       &Play::change,
-            &Play::change,   &Play::erase,     &Play::openOrder, &Play::openOrder,    &Play::walk,
-            &Play::stepFrom, &Play::stepTo,    &Play::findEqual, &Play::findEqual,    &Play::readOne,
-            &Play::readLog,  &Play::beginUnit, &Play::endUnit,   &Play::makeDatabase, &Play::dropOrAbandon};
+        static constexpr std::array<Action, 21> actions{
+            &Play::create,    &Play::create,    &Play::create,    &Play::create,       &Play::change,
+            &Play::change,    &Play::erase,     &Play::openOrder, &Play::openOrder,    &Play::walk,
+            &Play::stepFrom,  &Play::stepTo,    &Play::findEqual, &Play::findEqual,    &Play::readOne,
+            &Play::readLog,   &Play::beginUnit, &Play::endUnit,   &Play::makeDatabase, &Play::dropOrAbandon,
+            &Play::findNumber};
         Side& side = sides_[command.engine % sides_.size()];
         (this->*actions[command.action % actions.size()])(side, command);
         checkVersions(side);
@@ -416,6 +455,27 @@ private:
         RC_ASSERT(place == found);
     }
 
+    /// The first contact, in the order of any property, that has the number, however it is written.
+    void findNumber(Side& side, const Command& command) {
+        const auto* database = pickDatabase(side, command.target);
+        if (database == nullptr) return;
+        const std::string number = reduced(bytesOf(telephoneNumbers[command.choice % telephoneNumbers.size()]));
+        const SortOrder along{testProperties[command.amount % 8], 0};
+        const auto has = [&](const ModelRecord& record, CEPROPID property) {
+            const std::string* value = valueOf(record, property);
+            return value != nullptr && reduced(*value) == number;
+        };
+        const auto holders =
+            sortedPlaces(database->second, along, Direction::forward, locale, [&](auto&&, const ModelRecord& record) {
+                return !number.empty() && (has(record, mobileNumber) || has(record, homeNumber));
+            });
+        CEOID found = 0;
+        const DWORD error = side.engine->findNumber(database->first, number, along, found);
+        const bool known = database->second.name == contactsDatabase && !holders.empty();
+        RC_ASSERT(error == (known ? ERROR_SUCCESS : ERROR_NO_MORE_ITEMS));
+        if (known) RC_ASSERT(found == holders.front().record);
+    }
+
     void readOne(Side& side, const Command& command) {
         auto* database = pickDatabase(side, command.target);
         if (database == nullptr) return;
@@ -473,7 +533,9 @@ private:
     }
 
     void makeDatabase(Side& side, const Command& command) {
-        const std::u16string name = u"Db" + std::u16string(1, static_cast<char16_t>(u'a' + command.choice % 5));
+        const bool contacts = command.choice % 6 == 5;  // which may have been dropped
+        const std::u16string name =
+            contacts ? contactsDatabase : u"Db" + std::u16string(1, static_cast<char16_t>(u'a' + command.choice % 6));
         std::vector<SortOrder> declared;
         for (unsigned i = 0; i < command.amount % 4; ++i) {
             const SortOrder order{testProperties[(command.amount + i) % testProperties.size()], command.choice % 8};
@@ -484,7 +546,7 @@ private:
             std::any_of(databases.begin(), databases.end(), [&](const auto& each) { return each.second.name == name; });
         CEOID id = 0;
         if (taken && !other(side).unit) {
-            const std::u16string shouted = u"DB" + name.substr(2);
+            const std::u16string shouted = contacts ? u"CONTACTS DATABASE" : u"DB" + name.substr(2);
             RC_ASSERT(side.engine->createDatabase(shouted, 1, declared, id) == ERROR_ALREADY_EXISTS);
             return;
         }
@@ -517,7 +579,7 @@ private:
     }
 
     void adoptSystemDatabases() {
-        for (const std::u16string name : {u"Contacts Database", u"\\Categories Database"}) {
+        for (const std::u16string& name : {contactsDatabase, std::u16string(u"\\Categories Database")}) {
             CEOID id = 0;
             RC_ASSERT(sides_[0].engine->findDatabase(name, id) == ERROR_SUCCESS);
             Platform::DatabaseInfo info;

@@ -55,6 +55,15 @@ std::vector<NaiveMatch> matchesOf(Iterator* made) {
     return matches;
 }
 
+/// 0 when nobody has the number.
+DWORD callerOf(OpenPhoneBook& book, const CString& number) {
+    PhoneBook::PBRecord caller;
+    caller.dwCITypeMask = PhoneBook::aPBAttribute_[PhoneBook::PBDBATTR_PRIVATE].mask;  // told along with the identifier
+    DWORD oid = 0;
+    static_cast<void>(book->queryCallerInfo(number, &caller, &oid));
+    return oid;
+}
+
 contact someContact() {
     contact built;
     if (*rc::gen::inRange(0, 10) != 0) built.name(*nameText(6));
@@ -104,6 +113,7 @@ void searchWhileChanging() {
         RC_ASSERT(matchesOf(contacts.getScanIterator(nullptr, SCANATTR_TELNO, numberKey)) ==
                   testing_support::naiveNumberScan(numberKey));
         RC_ASSERT(matchesOf(book->searchPBRecordOfPBGroup(group)) == testing_support::naiveGroupScan(group));
+        if (!numberKey.IsEmpty()) RC_ASSERT(callerOf(book, numberKey) == testing_support::naiveCaller(numberKey));
     }
 }
 

@@ -84,8 +84,8 @@ DamagedStore::DamagedStore(unsigned seed) : path_((folder_ / "store.db").string(
     }
     ObjectStore::unmount();
     whole_ = readFile(path_);
-    // "1;" and what the collation calls its version, behind the locale in the one row of the store.
-    versionAt_ = whole_.find("1;");
+    // "2;" and what the collation calls its version, behind the locale in the one row of the store.
+    versionAt_ = whole_.find("2;");
     while (versionAt_ + versionLength_ < whole_.size() && whole_[versionAt_ + versionLength_] > ' ')
         ++versionLength_;
     if (versionAt_ == std::string::npos) throw std::runtime_error("the version of the keys is not where it was");

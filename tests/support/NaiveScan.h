@@ -96,23 +96,39 @@ inline std::vector<NaiveMatch> naiveGroupScan(const CString& group) {
     return matches;
 }
 
-inline std::vector<NaiveMatch> naiveNumberScan(const CString& key) {
+inline bool naiveIsNumber(const CCeDBProp& prop) {
     static constexpr CEPROPID numbers[] = {ContactProperty::mobileTelephoneNumber, ContactProperty::homeTelephoneNumber,
                                            ContactProperty::businessTelephoneNumber, ContactProperty::pagerNumber,
                                            ContactProperty::businessFaxNumber};
+    return std::ranges::find(numbers, prop.getPropId()) != std::end(numbers) && !prop.getText().IsEmpty();
+}
+
+inline std::vector<NaiveMatch> naiveNumberScan(const CString& key) {
     std::vector<NaiveMatch> matches;
     readContactsInNameOrder([&](CEOID oid, const CCeDBRecord& record) {
         CString name;
         for (int i = 0; i < record.getNumProps(); ++i) {
             const CCeDBProp& prop = record.getPropAt(i);
             if (prop.getPropId() == ContactProperty::fileAs) name = prop.getText();
-            if (std::ranges::find(numbers, prop.getPropId()) == std::end(numbers) || prop.getText().IsEmpty()) continue;
+            if (!naiveIsNumber(prop)) continue;
             if (PhoneBook::PhoneBookDBMgr::makeCNIP(prop.getText()).Find(key) < 0) continue;
             matches.emplace_back(oid, name);
             return;
         }
     });
     return matches;
+}
+
+/// The first contact that has exactly this number; 0 when nobody has.
+inline DWORD naiveCaller(const CString& number) {
+    DWORD caller = 0;
+    readContactsInNameOrder([&](CEOID oid, const CCeDBRecord& record) {
+        for (int i = 0; caller == 0 && i < record.getNumProps(); ++i) {
+            const CCeDBProp& prop = record.getPropAt(i);
+            if (naiveIsNumber(prop) && PhoneBook::PhoneBookDBMgr::makeCNIP(prop.getText()) == number) caller = oid;
+        }
+    });
+    return caller;
 }
 
 }  // namespace testing_support

@@ -4,12 +4,14 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/platform/objectstore/ObjectStore.h"
+#include "tessera/platform/objectstore/ObjectStoreFile.h"
 #include "tests/phonebook/Calls.h"
 #include "tests/phonebook/SpeedDialBuilders.h"
 #include "tests/support/Builders.h"
@@ -21,22 +23,27 @@ namespace upgrade_test {
 namespace {
 
 using namespace PhoneBook;
-using testing::HasSubstr;
+using testing::IsEmpty;
 using testing_support::contact;
 using testing_support::OpenPhoneBook;
 
-constexpr const char* storeFile = "store-format-1.db";
+/// The version of the format that this program writes.
+constexpr int currentFormat = 2;
 /// The identifier that was to be given next when the store was closed; the one before it is a deleted record's.
 constexpr CEOID nextIdentifier = 41;
 
-std::string kept(const char* file) {
+std::string kept(int format, const std::string& extension) {
+    const std::string file = "store-format-" + std::to_string(format) + extension;
     return testing_support::readFile(std::filesystem::path(UPGRADE_FILES) / file);
+}
+std::string storeOf(int format) {
+    return kept(format, ".db");
 }
 
 /// The kept store, or what became of its bytes, as a file of its own.
 class CopiedStore {
 public:
-    explicit CopiedStore(const std::string& bytes = kept(storeFile)) { testing_support::writeFile(path(), bytes); }
+    explicit CopiedStore(const std::string& bytes) { testing_support::writeFile(path(), bytes); }
     ~CopiedStore() { ObjectStore::unmount(); }
     CopiedStore(const CopiedStore&) = delete;
     CopiedStore& operator=(const CopiedStore&) = delete;
@@ -58,14 +65,15 @@ void liveIn(const char* locale) {
 std::string withOtherCollation(std::string bytes) {
     const std::string locale = "en_US";
     const std::size_t version = bytes.find(locale) + locale.size();
-    if (bytes.compare(version, 2, "1;") != 0) throw std::runtime_error("the collation is not where it was");
-    bytes.replace(version, 2, "0;");
+    if (bytes.compare(version + 1, 1, ";") != 0) throw std::runtime_error("the collation is not where it was");
+    bytes[version] = '0';
     return bytes;
 }
 
+constexpr std::size_t lastByteOfVersion = 63;
+
 std::string ofNewerFormat(std::string bytes) {
-    constexpr std::size_t lastByteOfVersion = 63;
-    bytes[lastByteOfVersion] = 2;
+    bytes[lastByteOfVersion] = currentFormat + 1;
     return bytes;
 }
 
@@ -80,37 +88,61 @@ CString nameOfCaller(PhoneBookDBMgr& manager, const WCHAR* number) {
                                                                                                : CString();
 }
 
-}  // namespace
-
-TEST(StoreOfFormat1, HoldsAllThatItHeld) {
-    liveIn("C.UTF-8");
-    const CopiedStore store;
-    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
-
-    EXPECT_EQ(textOfStore(), kept("store-format-1.txt"));
+std::vector<std::string> findingsIn(const CopiedStore& store) {
+    std::vector<std::string> findings;
+    EXPECT_TRUE(ObjectStoreFile::check(store.path(), ObjectStoreFile::Depth::full, findings))
+        << ObjectStore::errorText();
+    return findings;
 }
 
-TEST(StoreOfFormat1, KeepsItsOrderWhereverItIsOpened) {
+class StoreOfFormat : public testing::TestWithParam<int> {};
+
+TEST_P(StoreOfFormat, HoldsAllThatItHeld) {
+    liveIn("C.UTF-8");
+    const CopiedStore store(storeOf(GetParam()));
+    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
+
+    EXPECT_EQ(textOfStore(), kept(GetParam(), ".txt"));
+}
+
+TEST_P(StoreOfFormat, KeepsItsOrderWhereverItIsOpened) {
     liveIn("ko_KR.UTF-8");  // Hangul comes before Latin letters
-    const CopiedStore store;
+    const CopiedStore store(storeOf(GetParam()));
     ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
 
-    EXPECT_EQ(textOfStore(), kept("store-format-1.txt"));
+    EXPECT_EQ(textOfStore(), kept(GetParam(), ".txt"));
 }
 
-TEST(StoreOfFormat1, GetsItsKeysMadeAnewForAnotherCollation) {
+TEST_P(StoreOfFormat, GetsItsKeysMadeAnewForAnotherCollation) {
     liveIn("C.UTF-8");
-    const CopiedStore store(withOtherCollation(kept(storeFile)));
+    const CopiedStore store(withOtherCollation(storeOf(GetParam())));
     ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
 
-    EXPECT_EQ(textOfStore(), kept("store-format-1.txt"));
+    EXPECT_EQ(textOfStore(), kept(GetParam(), ".txt"));
     ObjectStore::unmount();
-    EXPECT_THAT(testing_support::readFile(store.path()), HasSubstr("en_US1;"));
+    EXPECT_NE(testing_support::readFile(store.path()).find("en_US2;"), std::string::npos);
 }
 
-TEST(StoreOfFormat1, ServesOn) {
+TEST_P(StoreOfFormat, IsExaminedAsItIs) {
+    const CopiedStore store(storeOf(GetParam()));
+
+    EXPECT_THAT(findingsIn(store), IsEmpty());
+
+    EXPECT_TRUE(testing_support::readFile(store.path()) == storeOf(GetParam()));
+}
+
+TEST_P(StoreOfFormat, IsOfThisFormatOnceItWasOpened) {
+    const CopiedStore store(storeOf(GetParam()));
+    ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
+    ObjectStore::unmount();
+
+    EXPECT_EQ(testing_support::readFile(store.path()).at(lastByteOfVersion), currentFormat);
+    EXPECT_THAT(findingsIn(store), IsEmpty());
+}
+
+TEST_P(StoreOfFormat, ServesOn) {
     liveIn("C.UTF-8");
-    const CopiedStore store;
+    const CopiedStore store(storeOf(GetParam()));
     ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
     DWORD oid = 0;
     {
@@ -143,8 +175,11 @@ TEST(StoreOfFormat1, ServesOn) {
     EXPECT_TRUE(group.bReject);
 }
 
+INSTANTIATE_TEST_SUITE_P(Versions, StoreOfFormat, testing::Range(1, currentFormat + 1),
+                         [](const auto& version) { return std::to_string(version.param); });
+
 TEST(StoreOfANewerFormat, IsRefusedAndStaysAsItWas) {
-    const std::string newer = ofNewerFormat(kept(storeFile));
+    const std::string newer = ofNewerFormat(storeOf(currentFormat));
     const CopiedStore store(newer);
 
     EXPECT_FALSE(store.mount());
@@ -156,4 +191,5 @@ TEST(StoreOfANewerFormat, IsRefusedAndStaysAsItWas) {
     EXPECT_EQ(std::distance(begin(files), end(files)), 1);
 }
 
+}  // namespace
 }  // namespace upgrade_test

@@ -138,7 +138,7 @@ void fill(OpenPhoneBook& book) {
 }
 
 void writeStore(const std::filesystem::path& folder) {
-    const std::filesystem::path store = folder / "store-format-1.db";
+    const std::filesystem::path store = folder / "store-format-2.db";
     if (std::filesystem::exists(store)) throw std::runtime_error(store.string() + " is there, and is not replaced");
     setenv("LC_ALL", "en_US.UTF-8", 1);  // the store keeps it
     if (ObjectStore::mount(store.string()) == FALSE) throw std::runtime_error(ObjectStore::errorText());
@@ -148,7 +148,7 @@ void writeStore(const std::filesystem::path& folder) {
         addGroups(book.manager(), choir);
         fill(book);
     }
-    std::ofstream(folder / "store-format-1.txt", std::ios::binary) << upgrade_test::textOfStore();
+    std::ofstream(folder / "store-format-2.txt", std::ios::binary) << upgrade_test::textOfStore();
     ObjectStore::unmount();
 }
 

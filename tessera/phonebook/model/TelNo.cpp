@@ -4,20 +4,10 @@
 #include <string>
 #include <string_view>
 
+#include "tessera/platform/base/TelephoneNumber.h"
+
 namespace PhoneBook {
 namespace {
-
-// The standard wide classification of digits knows these ten and no others.
-bool isKept(WCHAR ch) {
-    return (ch >= u'0' && ch <= u'9') || ch == u'P' || ch == u'T' || ch == u'*' || ch == u'#';
-}
-
-// The part behind the country code and its separator; the terminator when there is no separator.
-const WCHAR* behindCountryCode(const WCHAR* text) {
-    while (*text != u'\0' && *text != u' ' && *text != u'-')
-        ++text;
-    return *text == u'\0' ? text : text + 1;
-}
 
 std::size_t areaCodeLength(std::u16string_view number) {
     if (number[0] != u'0') return 0;
@@ -26,17 +16,10 @@ std::size_t areaCodeLength(std::u16string_view number) {
 
 }  // namespace
 
+static_assert(nCNIPBufferLength_ == Platform::reducedNumberBuffer);
+
 void makeCNIP(const WCHAR* in, WCHAR* out) {
-    WCHAR* const end = out + nCNIPBufferLength_ - 1;
-    if (in == nullptr) in = u"";
-    if (*in == u'+') {
-        in = behindCountryCode(in);
-        *out++ = u'0';
-    }
-    for (; *in != u'\0' && out != end; ++in) {
-        if (isKept(*in)) *out++ = *in;
-    }
-    *out = u'\0';
+    Platform::reduceNumber(in, out);
 }
 
 CString makeCNIP(const WCHAR* in) {

@@ -9,8 +9,8 @@ inline constexpr int nCNIPBufferLength_ = 33;  ///< 32 characters of a canonical
 
 /// Reduces a telephone number, as typed or received, to the canonical text in which numbers are stored and
 /// compared: at most 32 characters of digits and P, T, *, #. A leading + and the country code that follows
-/// it, up to a space or a dash, become a single 0; without either, the whole text does.
-/// `out` holds nCNIPBufferLength_ characters. A null `in` is the empty text.
+/// it, up to a space or a dash, become a single 0; without either, the whole text does. `out` holds nCNIPBufferLength_
+/// characters. A null `in` is the empty text.
 void makeCNIP(const WCHAR* in, WCHAR* out);
 [[nodiscard]] CString makeCNIP(const WCHAR* in);
 

@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <iterator>
 
+#include "tessera/platform/engine/ContactNumbers.h"
 #include "tessera/platform/engine/MemoryEngine.h"
 #include "tessera/platform/engine/StoreError.h"
 #include "tessera/platform/engine/StoreRules.h"
@@ -104,6 +106,20 @@ DWORD MemoryEngine::findEqual(OrderId by, std::string_view key, OrderId along, D
     }
     if (equal.empty()) return nothingFurther();
     found = direction == Direction::forward ? *equal.begin() : *equal.rbegin();
+    return ERROR_SUCCESS;
+}
+
+DWORD MemoryEngine::findNumber(CEOID database, std::string_view number, const SortOrder& along, CEOID& record) {
+    const Lock lock(shared_->mutex);
+    const MemoryDatabase* found = find(database);
+    if (found == nullptr || !keepsNumbers(found->info.name)) return nothingFurther();
+    std::set<Place> holders;
+    for (const auto& [id, packed] : found->records) {
+        if (std::ranges::binary_search(reducedNumbers(packed), number))
+            holders.insert({keys_.keyOfRecord(along, packed), id});
+    }
+    if (holders.empty()) return nothingFurther();
+    record = holders.begin()->record;
     return ERROR_SUCCESS;
 }
 

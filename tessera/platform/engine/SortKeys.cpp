@@ -18,8 +18,9 @@ constexpr char lackingFirst = 0x10;
 constexpr char present = 0x20;
 constexpr char lackingLast = 0x30;
 
-/// Told apart by version(): raise it when keys are made differently.
-constexpr std::string_view keyFormat = "1";
+/// Told apart by version(): raise it when keys are made differently, or a store's format changes, so that programs
+/// which have a store open when a newer one upgrades it no longer write to it.
+constexpr std::string_view keyFormat = "2";
 
 std::uint64_t littleEndian(std::string_view bytes) {
     std::uint64_t value = 0;

@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "tessera/platform/base/Unicode.h"
+#include "tessera/platform/engine/ContactNumbers.h"
 #include "tessera/platform/engine/SqliteCounters.h"
 #include "tessera/platform/engine/SqliteEngine.h"
 #include "tessera/platform/engine/SqliteFormat.h"
@@ -59,6 +60,7 @@ private:
     void database(CEOID id);
     void orders(const DatabaseState& state, const std::string& name);
     void records(const DatabaseState& state, const std::string& name);
+    void numbers(const DatabaseState& state, const std::string& name);
 
     std::uint64_t number(Sql statement) {
         SqliteQuery row(connection_, statement);
@@ -108,6 +110,9 @@ void StoreCheck::strays() {
     if (const std::uint64_t count = number(Sql::strayRecords)) find(spell(count, "record") + " of no database");
     if (const std::uint64_t count = number(Sql::strayOrders)) find(spell(count, "sort order") + " of no database");
     if (const std::uint64_t count = number(Sql::strayKeys)) find(spell(count, "sort key") + " of no sort order");
+    if (!hasNumberTable(connection_)) return;
+    if (const std::uint64_t count = number(Sql::strayNumbers))
+        find(spell(count, "telephone number") + " of no database");
 }
 
 std::vector<CEOID> StoreCheck::databases() {
@@ -137,7 +142,9 @@ void StoreCheck::database(CEOID id) {
             find(name + spell(row.natural(1), "byte") + ", but it counts " + std::to_string(info.bytes));
     }
     orders(*state, name);
-    if (depth_ == CheckDepth::full) records(*state, name);
+    if (depth_ != CheckDepth::full) return;
+    records(*state, name);
+    if (state->keepsNumbers && hasNumberTable(connection_)) numbers(*state, name);
 }
 
 void StoreCheck::orders(const DatabaseState& state, const std::string& name) {
@@ -182,6 +189,25 @@ void StoreCheck::records(const DatabaseState& state, const std::string& name) {
     }
     if (broken != 0) find(name + spell(broken, "record") + " that cannot be read");
     if (misplaced != 0) find(name + spell(misplaced, "record") + " at a wrong place in a sort order");
+}
+
+void StoreCheck::numbers(const DatabaseState& state, const std::string& name) {
+    const std::int64_t first = rowOf(state.info.id, noRecordBefore);
+    const std::int64_t last = rowOf(state.info.id, noRecordAfter);
+    std::uint64_t held = 0;
+    std::uint64_t missing = 0;
+    for (SqliteQuery row(connection_, Sql::recordsOfDatabase, first, last); row.step();) {
+        if (!wholeRecord(row.bytes(1))) continue;
+        for (const std::string& number : reducedNumbers(row.bytes(1))) {
+            ++held;
+            if (!exists(Sql::numberThere, number, row.integer(0))) ++missing;
+        }
+    }
+    SqliteQuery row(connection_, Sql::countNumbers, first, last);
+    row.step();
+    if (missing != 0) find(name + spell(missing, "telephone number") + " that nobody is found by");
+    if (row.natural(0) > held - missing)
+        find(name + spell(row.natural(0) - (held - missing), "telephone number") + " that nobody has");
 }
 
 [[nodiscard]] DWORD check(const std::filesystem::path& file, const StoreOptions& options, CheckDepth depth,

@@ -1,5 +1,6 @@
 #include "tessera/platform/engine/SqliteCounters.h"
 
+#include "tessera/platform/engine/ContactNumbers.h"
 #include "tessera/platform/engine/StoreRules.h"
 
 namespace Platform {
@@ -39,7 +40,12 @@ std::uint64_t SqliteCounters::dataVersion() {
     SqliteQuery query(connection_, Sql::dataVersion);
     query.step();
     dataVersion_ = query.natural(0);
-    dataVersionAt_ = header;
+    // A transaction that reads may show less than the header tells of.
+    if (connection_.inTransaction() && !connection_.holdsWriteLock()) {
+        dataVersionAt_.reset();
+    } else {
+        dataVersionAt_ = header;
+    }
     return dataVersion_;
 }
 
@@ -77,6 +83,7 @@ void SqliteCounters::load(CEOID database, SqliteQuery& row, DatabaseState& state
     state.info.id = database;
     state.info.name = textOfBytes(row.bytes(0));
     state.info.type = row.dword(1);
+    state.keepsNumbers = keepsNumbers(state.info.name);
     state.info.declaredOrders = unpackOrders(row.bytes(2));
     state.info.records = row.dword(3);
     state.info.bytes = row.natural(4);

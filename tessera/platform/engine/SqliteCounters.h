@@ -22,6 +22,7 @@ struct DatabaseState {
     DatabaseInfo info;
     std::uint64_t version = 0;  ///< Of the order of creation.
     std::vector<KeptOrder> orders;
+    bool keepsNumbers = false;
     bool unwritten = false;
 
     /// Where the order's version is; null when the database has no such order.

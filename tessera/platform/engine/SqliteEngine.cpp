@@ -3,6 +3,7 @@
 #include <thread>
 #include <utility>
 
+#include "tessera/platform/engine/ContactNumbers.h"
 #include "tessera/platform/engine/StoreRules.h"
 #include "tessera/platform/port/FileWatch.h"
 
@@ -27,7 +28,18 @@ SqliteEngine::SqliteEngine(std::unique_ptr<SqliteConnection> connection, const s
 
 // Units.
 
+/// In a glance the first reading begins a transaction, which those after it are made in.
+void SqliteEngine::beginReading() {
+    if (glancing_ && !connection_->inTransaction()) runSql(*connection_, Sql::beginReading);
+}
+
+void SqliteEngine::endGlance() noexcept {
+    glancing_ = false;
+    if (!inUnit_ && connection_->inTransaction()) connection_->rollBack();
+}
+
 void SqliteEngine::begin() {
+    if (connection_->inTransaction()) connection_->rollBack();  // what a glance reads in
     runSql(*connection_, Sql::begin);
     counters_.refresh();
     const StoreState& store = counters_.store();
@@ -157,6 +169,7 @@ DWORD SqliteEngine::dropDatabase(CEOID database) {
         for (const KeptOrder& order : dropped->orders) {
             runSql(*connection_, Sql::deleteKeys, order.id);
         }
+        if (dropped->keepsNumbers) runSql(*connection_, Sql::deleteNumbers, first, last);
         runSql(*connection_, Sql::deleteOrders, database);
         runSql(*connection_, Sql::deleteRecords, first, last);
         runSql(*connection_, Sql::deleteDatabase, database);
@@ -217,6 +230,7 @@ DWORD SqliteEngine::createRecord(DatabaseState& database, CEOID& record, std::sp
         runSql(*connection_, Sql::insertKey, order.id, keys_.keyOfRecord(order.order, packed), id);
         ++order.version;
     }
+    addNumbers(database, id, packed);
     ++database.version;
     ++database.info.records;
     database.info.bytes += packed.size();
@@ -238,6 +252,10 @@ DWORD SqliteEngine::changeRecord(DatabaseState& database, CEOID record, std::spa
         runSql(*connection_, Sql::insertKey, order.id, keys_.keyOfRecord(order.order, after), record);
         ++order.version;
     }
+    if (!sameNumbers(before, after)) {
+        removeNumbers(database, record, before);
+        addNumbers(database, record, after);
+    }
     database.info.bytes += after.size() - before.size();
     note(database, record, ChangeKind::changed);
     return ERROR_SUCCESS;
@@ -250,6 +268,7 @@ DWORD SqliteEngine::eraseRecord(DatabaseState& database, CEOID record) {
         runSql(*connection_, Sql::deleteKey, order.id, keys_.keyOfRecord(order.order, packed), record);
         ++order.version;
     }
+    removeNumbers(database, record, packed);
     runSql(*connection_, Sql::deleteRecord, rowOf(database.info.id, record));
     ++database.version;
     --database.info.records;

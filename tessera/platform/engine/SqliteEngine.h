@@ -19,8 +19,9 @@ class SqliteEngine final : public RecordEngine {
 public:
     SqliteEngine(std::unique_ptr<SqliteConnection> connection, const std::string& locale);
 
-    /// Makes the keys of text anew when the store has those of another version of the collation.
-    [[nodiscard]] DWORD bringCollationUpToDate();
+    /// Makes the keys of text anew when the store has those of another version of the collation, and gives a store of
+    /// an earlier format what it lacks.
+    [[nodiscard]] DWORD bringUpToDate();
 
     const SortKeys& sortKeys() const override { return keys_; }
     DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
@@ -36,8 +37,11 @@ public:
                std::vector<Entry>& entries) override;
     DWORD stepTo(OrderId order, std::uint64_t index, Direction direction, Entry& entry) override;
     DWORD findEqual(OrderId by, std::string_view key, OrderId along, Direction direction, Place& found) override;
+    DWORD findNumber(CEOID database, std::string_view number, const SortOrder& along, CEOID& record) override;
     DWORD placeOf(OrderId order, CEOID record, Place& place) override;
     DWORD orderVersion(OrderId order, std::uint64_t& version) override;
+    void beginGlance() noexcept override { glancing_ = true; }
+    void endGlance() noexcept override;
     std::uint64_t storeVersion() override;
     DWORD changesAfter(std::uint64_t sequence, std::size_t limit, std::vector<Change>& changes) override;
     DWORD lastChange(std::uint64_t& sequence) override;
@@ -54,6 +58,7 @@ private:
     template <typename Call>
     DWORD writing(Call&& call);
 
+    void beginReading();
     void begin();
     void commit();
     void pruneLog();
@@ -66,7 +71,11 @@ private:
     std::optional<OrderId> existingOrder(CEOID database, const SortOrder& wanted);
     OrderId addOrder(DatabaseState& database, const SortOrder& wanted);
     void fillOrder(CEOID database, OrderId id, const SortOrder& order);
+    void rebuild();
     void rebuildTextOrders();
+    void addNumbers(const DatabaseState& database, CEOID record, std::string_view packed);
+    void removeNumbers(const DatabaseState& database, CEOID record, std::string_view packed);
+    void fillNumbers();
 
     DWORD createRecord(DatabaseState& database, CEOID& record, std::span<const Edit> edits);
     DWORD changeRecord(DatabaseState& database, CEOID record, std::span<const Edit> edits);
@@ -84,6 +93,7 @@ private:
                      std::vector<Entry>& entries);
     void stepReading(CEOID database, OrderId order, const Place* from, Direction direction, std::size_t limit,
                      std::vector<Entry>& entries);
+    Place firstOf(CEOID database, const std::vector<CEOID>& records, const SortOrder& along, Direction direction);
     DWORD firstAlong(OrderId along, DatabaseState& database, const std::vector<CEOID>& records, Direction direction,
                      Place& found);
 
@@ -95,6 +105,7 @@ private:
     std::uint64_t ownCommits_ = 0;
     std::uint64_t lastChangeBefore_ = 0;  // the unit
     bool inUnit_ = false;
+    bool glancing_ = false;
     std::optional<SqliteFailure> failure_;  // of the unit that is open
     Clock::time_point unitBegan_;
     Clock::time_point unitEnded_;
@@ -104,6 +115,7 @@ private:
 template <typename Call>
 DWORD SqliteEngine::reading(Call&& call) {
     try {
+        beginReading();
         return call();
     } catch (const SqliteFailure& failure) {
         return failedToRead(failure);

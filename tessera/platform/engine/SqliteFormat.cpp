@@ -8,7 +8,7 @@ namespace {
 constexpr std::size_t headerBytes = 100;
 constexpr std::string_view magic{"SQLite format 3\0", 16};
 constexpr std::uint32_t applicationId = 0x54534552;
-constexpr std::uint32_t formatVersion = 1;
+constexpr std::uint32_t formatVersion = 2;
 
 /// Where SQLite's header has its numbers, high byte first.
 constexpr std::size_t atPageSize = 16;
@@ -71,6 +71,25 @@ CREATE TABLE change (
 ) STRICT;
 )";
 
+/// Since version 2.
+constexpr const char* numberTable = R"(
+CREATE TABLE number (
+    number TEXT NOT NULL,
+    record INTEGER NOT NULL,
+    PRIMARY KEY (number, record)
+) STRICT, WITHOUT ROWID;
+)";
+
+void addNumberTable(SqliteConnection& connection) {
+    connection.run(numberTable);
+    connection.run(("PRAGMA user_version = " + std::to_string(formatVersion)).c_str());
+}
+
+std::uint64_t versionOf(SqliteConnection& connection) {
+    SqliteQuery version(connection, Sql::formatVersion);
+    return version.step() ? version.natural(0) : 0;
+}
+
 bool hasLog(const std::filesystem::path& file) {
     std::filesystem::path log = file;
     log += "-wal";
@@ -95,10 +114,7 @@ SqliteFailure madeByNewer(const SqliteConnection& connection) {
 /// is then left to those whose it is.
 void checkLoggedVersion(SqliteConnection& connection) {
     connection.leaveLog(true);
-    {
-        SqliteQuery version(connection, Sql::formatVersion);
-        if (version.step() && version.natural(0) > formatVersion) throw madeByNewer(connection);
-    }
+    if (versionOf(connection) > formatVersion) throw madeByNewer(connection);
     connection.leaveLog(false);
 }
 
@@ -133,9 +149,19 @@ void createTables(SqliteConnection& connection, const SortKeys& keys, const std:
         "PRAGMA page_size = 4096; PRAGMA auto_vacuum = NONE; PRAGMA journal_mode = WAL; PRAGMA synchronous = OFF");
     connection.run(tables);
     connection.run(("PRAGMA application_id = " + std::to_string(applicationId)).c_str());
-    connection.run(("PRAGMA user_version = " + std::to_string(formatVersion)).c_str());
+    addNumberTable(connection);
     runSql(connection, Sql::insertStore, locale, keys.version());
     runSql(connection, Sql::commit);
+}
+
+bool hasNumberTable(SqliteConnection& connection) {
+    return versionOf(connection) >= formatVersion;
+}
+
+bool upgradeTables(SqliteConnection& connection) {
+    const bool lacking = !hasNumberTable(connection);
+    if (lacking) addNumberTable(connection);
+    return lacking;
 }
 
 void configure(SqliteConnection& connection, const StoreOptions& options) {

@@ -24,6 +24,13 @@ void checkStoreFile(SqliteConnection& connection);
 void createTables(SqliteConnection& connection, const SortKeys& keys, const std::string& locale);
 
 /// Sets what belongs to a connection, not to the file.
+/// Whether the store has the table of telephone numbers: one of format version 1 does not.
+bool hasNumberTable(SqliteConnection& connection);
+
+/// Gives a store of an earlier format the tables of this one, within the caller's transaction; answers whether there
+/// were any to give. They are empty then.
+bool upgradeTables(SqliteConnection& connection);
+
 void configure(SqliteConnection& connection, const StoreOptions& options);
 /// The same for a connection that leaves the store as it is, a log that a killed program left included.
 void configureToLook(SqliteConnection& connection);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tessera/platform/base/Unicode.h"
+#include "tessera/platform/engine/ContactNumbers.h"
 #include "tessera/platform/engine/SqliteCounters.h"
 #include "tessera/platform/engine/SqliteEngine.h"
 #include "tessera/platform/engine/SqliteFormat.h"
@@ -177,14 +178,20 @@ private:
 
 void write(SqliteConnection& connection, const Remains& remains) {
     runSql(connection, Sql::begin);
+    std::set<CEOID> contacts;
     for (const auto& [id, database] : remains.databases) {
+        if (keepsNumbers(database.name)) contacts.insert(id);
         const std::uint64_t modified = ticksAfter(database.modified);
         runSql(connection, Sql::insertDatabase, id, bytesOfText(database.name), bytesOfText(foldedName(database.name)),
                database.type, packOrders(database.declared), modified);
         runSql(connection, Sql::writeDatabase, database.records, database.bytes, modified, std::uint64_t{1}, id);
     }
-    for (const auto& [row, packed] : remains.records)
+    for (const auto& [row, packed] : remains.records) {
         runSql(connection, Sql::insertRecord, row, packed);
+        if (!contacts.contains(static_cast<CEOID>(row >> 32))) continue;
+        for (const std::string& number : reducedNumbers(packed))
+            runSql(connection, Sql::insertNumber, number, row);
+    }
     runSql(connection, Sql::writeStore, remains.nextId(), std::uint64_t{0});
     runSql(connection, Sql::commit);
 }

@@ -51,6 +51,11 @@ constexpr std::array texts{
     SqlText{Sql::insertKey, "INSERT INTO sort_key (sort_order, key, record) VALUES (?, ?, ?)"},
     SqlText{Sql::deleteKey, "DELETE FROM sort_key WHERE sort_order = ? AND key = ? AND record = ?"},
     SqlText{Sql::deleteKeys, "DELETE FROM sort_key WHERE sort_order = ?"},
+    SqlText{Sql::insertNumber, "INSERT INTO number (number, record) VALUES (CAST(? AS TEXT), ?)"},
+    SqlText{Sql::deleteNumber, "DELETE FROM number WHERE number = CAST(? AS TEXT) AND record = ?"},
+    SqlText{Sql::deleteNumbers, "DELETE FROM number WHERE record BETWEEN ? AND ?"},
+    SqlText{Sql::recordsOfNumber,
+            "SELECT record FROM number WHERE number = CAST(? AS TEXT) AND record BETWEEN ? AND ? ORDER BY record"},
     SqlText{Sql::insertChange,
             "INSERT INTO change (seq, database, record, kind, origin, time) VALUES (?, ?, ?, ?, ?, ?)"},
     SqlText{Sql::insertDeletedChanges,
@@ -97,11 +102,14 @@ constexpr std::array texts{
             "SELECT count(*), coalesce(sum(length(data)), 0) FROM record WHERE id BETWEEN ? AND ?"},
     SqlText{Sql::countKeys, "SELECT count(*) FROM sort_key WHERE sort_order = ?"},
     SqlText{Sql::keyThere, "SELECT 1 FROM sort_key WHERE sort_order = ? AND key = ? AND record = ?"},
+    SqlText{Sql::countNumbers, "SELECT count(*) FROM number WHERE record BETWEEN ? AND ?"},
+    SqlText{Sql::numberThere, "SELECT 1 FROM number WHERE number = CAST(? AS TEXT) AND record = ?"},
     SqlText{Sql::changeLogExtent, "SELECT count(*), min(seq), max(seq) FROM change"},
     SqlText{Sql::unknownChanges, "SELECT count(*) FROM change WHERE kind NOT IN (0x401, 0x403, 0x406)"},
     SqlText{Sql::strayRecords, "SELECT count(*) FROM record WHERE id >> 32 NOT IN (SELECT id FROM database)"},
     SqlText{Sql::strayOrders, "SELECT count(*) FROM sort_order WHERE database NOT IN (SELECT id FROM database)"},
     SqlText{Sql::strayKeys, "SELECT count(*) FROM sort_key WHERE sort_order NOT IN (SELECT id FROM sort_order)"},
+    SqlText{Sql::strayNumbers, "SELECT count(*) FROM number WHERE record >> 32 NOT IN (SELECT id FROM database)"},
 };
 
 constexpr bool inOrder() {

@@ -18,7 +18,7 @@ std::unique_ptr<SqliteEngine> connectTo(const std::filesystem::path& file, const
     configure(*connection, options);
     const std::string locale = SqliteCounters(*connection).store().locale;
     auto engine = std::make_unique<SqliteEngine>(std::move(connection), locale);
-    return engine->bringCollationUpToDate() == ERROR_SUCCESS ? std::move(engine) : nullptr;
+    return engine->bringUpToDate() == ERROR_SUCCESS ? std::move(engine) : nullptr;
 }
 
 /// Null when storage fails, the reason left with setStoreError.

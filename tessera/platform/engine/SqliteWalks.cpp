@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "tessera/platform/engine/SqliteEngine.h"
+#include "tessera/platform/engine/SqliteFormat.h"
 #include "tessera/platform/engine/StoreRules.h"
 
 // Orders, and walks along them; the change log.
@@ -105,13 +106,13 @@ void SqliteEngine::fillOrder(CEOID database, OrderId id, const SortOrder& order)
     }
 }
 
-DWORD SqliteEngine::bringCollationUpToDate() {
+DWORD SqliteEngine::bringUpToDate() {
     return reading([&]() -> DWORD {
         if (counters_.store().collation == keys_.version()) return ERROR_SUCCESS;
         try {
             runSql(*connection_, Sql::begin);
             counters_.forget();
-            rebuildTextOrders();
+            rebuild();
             runSql(*connection_, Sql::commit);
             counters_.forget();
         } catch (...) {
@@ -122,8 +123,14 @@ DWORD SqliteEngine::bringCollationUpToDate() {
     });
 }
 
-void SqliteEngine::rebuildTextOrders() {
+void SqliteEngine::rebuild() {
     if (counters_.store().collation == keys_.version()) return;  // another was quicker
+    if (upgradeTables(*connection_)) fillNumbers();
+    rebuildTextOrders();
+    runSql(*connection_, Sql::writeCollation, keys_.version());
+}
+
+void SqliteEngine::rebuildTextOrders() {
     struct TextOrder {
         CEOID database;
         KeptOrder kept;
@@ -137,7 +144,6 @@ void SqliteEngine::rebuildTextOrders() {
         fillOrder(database, kept.id, kept.order);
         runSql(*connection_, Sql::writeOrder, kept.version + 1, kept.id);
     }
-    runSql(*connection_, Sql::writeCollation, keys_.version());
 }
 
 CEOID SqliteEngine::databaseOf(OrderId order) {
@@ -276,16 +282,20 @@ DWORD SqliteEngine::firstAlong(OrderId along, DatabaseState& database, const std
         }
         throw connection_->damage();
     }
-    const SortOrder order = orderOf(database, along);
+    found = firstOf(database.info.id, records, orderOf(database, along), direction);
+    return ERROR_SUCCESS;
+}
+
+Place SqliteEngine::firstOf(CEOID database, const std::vector<CEOID>& records, const SortOrder& along,
+                            Direction direction) {
     std::vector<Place> places;
     for (const CEOID record : records) {
         std::string packed;
-        if (readWhole(database.info.id, record, packed) != ERROR_SUCCESS) throw connection_->damage();
-        places.push_back({keys_.keyOfRecord(order, packed), record});
+        if (readWhole(database, record, packed) != ERROR_SUCCESS) throw connection_->damage();
+        places.push_back({keys_.keyOfRecord(along, packed), record});
     }
     const auto [first, last] = std::minmax_element(places.begin(), places.end());
-    found = direction == Direction::forward ? *first : *last;
-    return ERROR_SUCCESS;
+    return direction == Direction::forward ? *first : *last;
 }
 
 DWORD SqliteEngine::placeOf(OrderId order, CEOID record, Place& place) {

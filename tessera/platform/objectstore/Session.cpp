@@ -79,8 +79,14 @@ StoreMoment Session::moment() {
     return {id_, *glancedVersion_, writes_};
 }
 
+void Session::beginGlance() {
+    if (glanceDepth_++ == 0) engine_->beginGlance();
+}
+
 void Session::endGlance() {
-    if (glanceDepth_ != 0 && --glanceDepth_ == 0) glancedVersion_.reset();
+    if (glanceDepth_ == 0 || --glanceDepth_ != 0) return;
+    glancedVersion_.reset();
+    engine_->endGlance();
 }
 
 template <class Write>

@@ -60,8 +60,8 @@ public:
     /// answer the error.
     static void giveUpBatch(DWORD error) noexcept;
 
-    /// Between these, `moment` does not ask again what others have committed.
-    void beginGlance() { ++glanceDepth_; }
+    /// Between these, nothing asks again what others have committed.
+    void beginGlance();
     void endGlance();
 
 private:

@@ -164,6 +164,17 @@ bool DatabaseReader::read(CEOID oid, const Visitor& visit) {
     });
 }
 
+bool DatabaseReader::findNumber(std::string_view number, CEOID& oid) const {
+    return guarded(false, [&] {
+        Session* session = Session::current();
+        if (session == nullptr) return false;
+        CEOID database = 0;
+        DWORD error = session->engine().findDatabase(impl_->name, database);
+        if (error == ERROR_SUCCESS) error = session->engine().findNumber(database, number, impl_->order, oid);
+        return error == ERROR_SUCCESS || failWith(error, false);
+    });
+}
+
 ChangesResult DatabaseReader::changesSince(std::uint64_t& sequence, std::vector<StoreChange>& changes) {
     return guarded(ChangesResult::failed, [&] {
         Session* session = Session::current();

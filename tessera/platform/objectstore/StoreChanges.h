@@ -97,6 +97,11 @@ public:
     /// Visits one record. False with ERROR_KEY_DELETED when it is gone, or with another error.
     bool read(CEOID oid, const Visitor& visit);
 
+    /// Among the contacts one of whose telephone numbers reduces to exactly `number`, in ASCII, the first in the
+    /// reader's order. False with ERROR_NO_MORE_ITEMS when nobody has it, or with another error. Many threads may ask
+    /// at once.
+    bool findNumber(std::string_view number, CEOID& oid) const;
+
     /// The changes to the database after `sequence`, oldest first, added to `changes`; `sequence` moves on
     /// to the newest change that was looked at.
     ChangesResult changesSince(std::uint64_t& sequence, std::vector<StoreChange>& changes);

@@ -227,7 +227,7 @@ INSTANTIATE_TEST_SUITE_P(
                 ERROR_FILE_CORRUPT, "damaged"},
         Refused{"NoVersion", [] { return patched(storeBytes(), 60, std::string(4, '\0')); }, ERROR_FILE_CORRUPT,
                 "damaged"},
-        Refused{"NewerVersion", [] { return patched(storeBytes(), 60, std::string("\0\0\0\2", 4)); },
+        Refused{"NewerVersion", [] { return patched(storeBytes(), 60, std::string("\0\0\0\3", 4)); },
                 ERROR_REVISION_MISMATCH, "newer version"}),
     [](const auto& each) { return std::string(each.param.called); });
 
@@ -244,7 +244,7 @@ public:
     explicit StoreBecomeNewer(const fs::path& file) {
         put(*connect(file), u"a");
         EXPECT_EQ(sqlite3_open(file.c_str(), &newer_), SQLITE_OK);
-        EXPECT_EQ(sqlite3_exec(newer_, "PRAGMA user_version = 2; CREATE TABLE newer (a)", nullptr, nullptr, nullptr),
+        EXPECT_EQ(sqlite3_exec(newer_, "PRAGMA user_version = 3; CREATE TABLE newer (a)", nullptr, nullptr, nullptr),
                   SQLITE_OK);
     }
     ~StoreBecomeNewer() { sqlite3_close(newer_); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -18,9 +19,11 @@ struct EngineLog {
     int jumps = 0;            ///< Places asked for by their index.
     bool loseNextUnit = false;
     DWORD findError = ERROR_SUCCESS;  ///< What looking a database up by its name answers, unless it is success.
+    DWORD infoError = ERROR_SUCCESS;  ///< The same for what a database says of itself.
     DWORD getError = ERROR_SUCCESS;   ///< The same for reading a record by its identifier.
     DWORD eraseError = ERROR_SUCCESS;
-    int erasures = 0;  ///< Tried, whatever became of them.
+    int erasures = 0;                      ///< Tried, whatever became of them.
+    std::function<void()> beforeNextUnit;  ///< What others do just before a unit begins: by another thread.
 
     void clear() { *this = {}; }
 };
@@ -41,7 +44,7 @@ public:
         return log_.findError != ERROR_SUCCESS ? log_.findError : inner_->findDatabase(name, database);
     }
     DWORD databaseInfo(CEOID database, Platform::DatabaseInfo& info) override {
-        return inner_->databaseInfo(database, info);
+        return log_.infoError != ERROR_SUCCESS ? log_.infoError : inner_->databaseInfo(database, info);
     }
     DWORD openOrder(CEOID database, const Platform::SortOrder& order, Platform::OrderId& id) override {
         return inner_->openOrder(database, order, id);
@@ -74,6 +77,11 @@ public:
         ++log_.reads;
         return inner_->findEqual(by, key, along, direction, found);
     }
+    DWORD findNumber(CEOID database, std::string_view number, const Platform::SortOrder& along,
+                     CEOID& record) override {
+        ++log_.reads;
+        return inner_->findNumber(database, number, along, record);
+    }
     DWORD placeOf(Platform::OrderId order, CEOID record, Platform::Place& place) override {
         ++log_.reads;
         return inner_->placeOf(order, record, place);
@@ -87,7 +95,10 @@ public:
     }
     DWORD lastChange(std::uint64_t& sequence) override { return inner_->lastChange(sequence); }
     std::uint64_t origin() const override { return inner_->origin(); }
-    DWORD beginUnit() override { return inner_->beginUnit(); }
+    DWORD beginUnit() override {
+        if (const auto others = std::exchange(log_.beforeNextUnit, nullptr)) others();
+        return inner_->beginUnit();
+    }
     /// A unit is lost as a crash loses it: with the engine object that began it.
     void dropUnit() noexcept override { inner_->dropUnit(); }
     DWORD endUnit() override {

@@ -81,6 +81,8 @@ struct Wrong {
     const char* sql;
     const char* finding;
     Depth depth;
+
+    friend std::ostream& operator<<(std::ostream& out, const Wrong& wrong) { return out << wrong.name; }
 };
 
 class StoreFileCheckFinds : public StoreFile, public testing::WithParamInterface<Wrong> {};
@@ -108,6 +110,10 @@ INSTANTIATE_TEST_SUITE_P(
               "1 sort order of no database", Depth::quick},
         Wrong{"KeyOfNoOrder", "INSERT INTO sort_key VALUES (99, x'20', 7)", "1 sort key of no sort order",
               Depth::quick},
+        Wrong{"NumberOfNoDatabase", "INSERT INTO number VALUES ('112', (99 << 32) + 7)",
+              "1 telephone number of no database", Depth::quick},
+        Wrong{"NumberOfNobody", "INSERT INTO number VALUES ('112', (1 << 32) + 7), ('113', (1 << 32) + 7)",
+              "\"Contacts Database\": 2 telephone numbers that nobody has", Depth::full},
         Wrong{"DeclaredOrderLost",
               "DELETE FROM sort_key WHERE sort_order = (SELECT min(id) FROM sort_order);"
               "DELETE FROM sort_order WHERE id = (SELECT min(id) FROM sort_order)",

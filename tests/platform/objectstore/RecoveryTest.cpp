@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -124,7 +125,7 @@ TEST_F(Recovery, LosesTheRecordsOfAnOverwrittenPageOnly) {
     const auto before = rowsIn(file);
     const std::size_t pages = readFile(file).size() / pageBytes;
     std::size_t pagesWithRecords = 0;
-    for (std::size_t page = 20; page < pages; page += pages / 10) {
+    for (std::size_t page = 20; page < pages; page += pages / 20) {
         const std::string whole = readFile(file);
         overwritePage(page);
         const auto recovery = recover();
@@ -153,6 +154,36 @@ TEST_F(Recovery, NeedsNeitherTheHeaderNorTheTables) {
         fs::remove(saved);
         writeFile(file, whole);
     }
+}
+
+TEST_F(Recovery, LeavesOutARecordThatIsDamagedItself) {
+    makeRows(50);
+    const auto before = rowsIn(file);
+    runSql(file, "UPDATE record SET data = x'1F00' WHERE id = (SELECT max(id) FROM record)");
+    const auto recovery = recover();
+    EXPECT_THAT(recovery.losses, Contains("records that are damaged themselves: 1"));
+    EXPECT_EQ(recovery.records, 49u);
+    EXPECT_EQ(lost(before, rowsIn(saved)), 1u);
+}
+
+// "Rows" is the first database that is made in a new store, behind the two that each has.
+constexpr const WCHAR* nameInstead = u"Recovered 3";
+const std::string nameOfRowsIsLost = "the name of a database: its records are now in \"Recovered 3\"";
+
+TEST_F(Recovery, GivesADatabaseAnotherNameWhenItsOwnIsNowhere) {
+    makeRows(500);
+    const auto before = rowsIn(file);
+    const std::string name("R\0o\0w\0s", 7);
+    const std::string inTheIndex("R\0O\0W\0S", 7);
+    for (const std::string& wanted : {name, inTheIndex}) {
+        const std::size_t place = readFile(file).find(wanted);
+        ASSERT_NE(place, std::string::npos);
+        overwritePage(place / pageBytes);
+    }
+    const auto recovery = recover();
+    EXPECT_THAT(recovery.losses, Contains(nameOfRowsIsLost));
+    EXPECT_EQ(recovery.records, 500u);
+    EXPECT_EQ(lost(before, rowsIn(saved, nameInstead)), 0u);
 }
 
 TEST_F(Recovery, SavesTheFirstPartOfAFileCutShort) {
@@ -218,7 +249,8 @@ TEST_F(Recovery, InventsNothingWhateverPagesAreReplaced) {
         ObjectStoreFile::Recovery recovery;
         ASSERT_TRUE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()))
             << ObjectStore::errorText();
-        ASSERT_NO_FATAL_FAILURE(lost(before, rowsIn(saved)));
+        const bool named = std::ranges::find(recovery.losses, nameOfRowsIsLost) == recovery.losses.end();
+        ASSERT_NO_FATAL_FAILURE(lost(before, rowsIn(saved, named ? u"Rows" : nameInstead)));
         fs::remove(saved);
     }
 }
