@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <ostream>
 
 #include "tessera/database/CeDBTable.h"
 #include "tessera/database/POlDBTable.h"
@@ -22,6 +23,8 @@ public:
 struct TableKind {
     const char* name;
     std::unique_ptr<TableUnderTest> (*make)();
+
+    friend std::ostream& operator<<(std::ostream& out, const TableKind& kind) { return out << kind.name; }
 };
 
 template <class Store>

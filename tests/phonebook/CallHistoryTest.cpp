@@ -8,6 +8,7 @@
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tests/phonebook/Calls.h"
+#include "tests/platform/objectstore/CountingStore.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
@@ -235,6 +236,18 @@ TEST(CallHistory, FailsBeforeItsTableWasMade) {
     EXPECT_EQ(E_FAIL, manager.getLRUCallEntry(&oid, &entry));
     EXPECT_EQ(E_FAIL, manager.deleteCallEntry(1));
     EXPECT_EQ(E_FAIL, manager.deleteAllCallEntries());
+}
+
+TEST(CallHistory, ThatCannotBeCountedIsNoEmptyOne) {
+    objectstore_test::CountingMount store;
+    OpenPhoneBook book;
+    fill(book, 1, 3);
+    CallEntry entry;
+    DWORD oid = 0;
+    store.log.infoError = ERROR_GEN_FAILURE;
+    EXPECT_EQ(E_FAIL, book->getMRUCallEntry(&entry));
+    EXPECT_EQ(E_FAIL, book->getLRUCallEntry(&oid, &entry));
+    EXPECT_EQ(0u, oid);
 }
 
 TEST(CallHistory, DoesNotLookUpByTimeOrNumber) {

@@ -1,5 +1,8 @@
+#include <chrono>
 #include <fstream>
+#include <stdexcept>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -114,6 +117,22 @@ TEST_F(Import, ADateThatIsNoneIsNoBirthday) {
     EXPECT_EQ(0u, all[0].dwCITypeMask & 0x200);
 }
 
+TEST_F(Import, AnEmptyValueIsNoField) {
+    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim,,,,,,,,,,,,,,,,\n")));
+    const auto all = contacts();
+    ASSERT_EQ(1u, all.size());
+    EXPECT_EQ(PhoneBookDBMgr::getCITypeMaskFromPBDBAttrID(PBDBATTR_NAME), all[0].dwCITypeMask);
+    EXPECT_EQ(0u, book->getTable(PBDBTBL_PHONEBOOKEXT)->getNumRecords()) << "nothing asks for an extension row";
+}
+
+TEST_F(Import, ANumberBeyondASignedOneIsHeldAtTheLargest) {
+    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim,,,,,,,,,,,4294967295\nLee,,,,,,,,,,,-1\n")));
+    const auto all = contacts();
+    ASSERT_EQ(2u, all.size());
+    EXPECT_EQ(0x7FFFFFFFu, all[0].dwCallingScreen);
+    EXPECT_EQ(0xFFFFFFFFu, all[1].dwCallingScreen);
+}
+
 TEST_F(Import, TheTextEndsAtItsFirstZero) {
     EXPECT_EQ(S_OK, import(file("a.csv", std::u16string_view(u"header\nKim\nLe\0e\nPark\n", 20))));
     EXPECT_EQ(2u, book->getNumRecords());
@@ -203,11 +222,13 @@ class Recorder : public ImportListener {
 public:
     void lineTried(int line, HRESULT result, CEOID oid) override {
         lines.push_back(line);
+        results.push_back(result);
         if (FAILED(result) || oid == 0) failed.push_back(line);
     }
     void linesCommitted(int line) override { committed.push_back(line); }
 
     std::vector<int> lines;
+    std::vector<HRESULT> results;
     std::vector<int> failed;
     std::vector<int> committed;
 };
@@ -223,6 +244,12 @@ TEST_F(Import, AListenerLearnsWhatBecameOfEachLine) {
     EXPECT_EQ(2u, book->getNumRecords());
 }
 
+TEST_F(Import, ALineWithTooFewValuesForItsTableIsInvalid) {
+    Recorder recorder;
+    EXPECT_EQ(S_OK, import(file("QZ_SpeedDialNo.csv", u"h\n9,4,1\n7,4,1,7\n"), 1, &recorder));
+    EXPECT_EQ((std::vector<HRESULT>{E_INVALIDARG, S_OK}), recorder.results);
+}
+
 TEST_F(Import, CommitsAtLeastEveryThousandLines) {
     std::u16string text = u"header\n";
     for (int i = 0; i < 2'500; ++i)
@@ -233,6 +260,57 @@ TEST_F(Import, CommitsAtLeastEveryThousandLines) {
     EXPECT_LE(recorder.committed[0], 1'001);
     EXPECT_EQ(2'501, recorder.committed.back());
     EXPECT_EQ(2'500u, book->getNumRecords());
+}
+
+/// Takes its time over the first line.
+class SlowRecorder : public Recorder {
+public:
+    void lineTried(int line, HRESULT result, CEOID oid) override {
+        if (lines.empty()) std::this_thread::sleep_for(std::chrono::milliseconds(250));
+        Recorder::lineTried(line, result, oid);
+    }
+};
+
+TEST_F(Import, CommitsALineThatTookAQuarterOfASecondBeforeTheNext) {
+    SlowRecorder recorder;
+    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim\nLee\nPark\n"), 0, &recorder));
+    ASSERT_GE(recorder.committed.size(), 2u);
+    EXPECT_EQ(2, recorder.committed.front());
+    EXPECT_EQ(4, recorder.committed.back());
+}
+
+class ThrowingRecorder : public Recorder {
+public:
+    void lineTried(int line, HRESULT result, CEOID oid) override {
+        Recorder::lineTried(line, result, oid);
+        throw std::runtime_error("the listener has had enough");
+    }
+};
+
+TEST_F(Import, EndsWithAFailureWhenItsListenerThrows) {
+    ThrowingRecorder recorder;
+    EXPECT_EQ(E_FAIL, import(file("a.csv", u"header\nKim\nLee\n"), 0, &recorder));
+    EXPECT_EQ((std::vector<int>{2}), recorder.lines);
+    EXPECT_TRUE(recorder.committed.empty());
+}
+
+/// Has the storage fail at the last of three lines.
+class FailingRecorder : public Recorder {
+public:
+    void lineTried(int line, HRESULT result, CEOID oid) override {
+        Recorder::lineTried(line, result, oid);
+        if (line == 4) ObjectStoreBatch::giveUp();
+    }
+};
+
+TEST_F(Import, FailsAndTellsOfNoCommitWhenItsLinesCouldNotBeMadeDurable) {
+    FailingRecorder recorder;
+    EXPECT_EQ(E_FAIL, import(file("a.csv", u"header\nKim\nLee\nPark\n"), 0, &recorder));
+    EXPECT_EQ((std::vector<int>{2, 3, 4}), recorder.lines);
+    EXPECT_TRUE(recorder.failed.empty()) << "each line was written";
+    const int committed = recorder.committed.empty() ? 1 : recorder.committed.back();
+    EXPECT_LT(committed, 4);
+    EXPECT_EQ(committed - 1, static_cast<int>(book->getNumRecords()));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tests/phonebook/BusyStore.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
@@ -13,6 +14,7 @@ namespace {
 using testing_support::contact;
 using testing_support::MemoryStoreMount;
 using testing_support::OpenPhoneBook;
+using testing_support::TemporaryStore;
 
 /// Lets a test reach the steps that derived managers may use.
 class Manager : public PhoneBookDBMgr {
@@ -42,6 +44,17 @@ TEST(PhoneBookDBMgr, ClosingWhatWasNeverOpenedFails) {
     Manager manager;
     EXPECT_EQ(FALSE, manager.closeTable(1));
     EXPECT_EQ(E_FAIL, manager.closeDB());
+}
+
+TEST(PhoneBookDBMgr, ATableObjectIsMadeOnce) {
+    const MemoryStoreMount store;
+    Manager manager;
+    for (UINT id = 0; id < 6; ++id) {
+        ASSERT_EQ(TRUE, manager.initTableObj(id));
+        const Database::Table* made = manager.getTable(id);
+        EXPECT_EQ(TRUE, manager.initTableObj(id));
+        EXPECT_EQ(made, manager.getTable(id)) << id;
+    }
 }
 
 TEST(PhoneBookDBMgr, SetsUpOpensAndClosesTheDatabases) {
@@ -84,6 +97,16 @@ TEST(PhoneBookDBMgr, OneTableThatCannotBeOpenedDoesNotStopTheOthers) {
     EXPECT_TRUE(manager.getTable(4)->isOpen());
 }
 
+TEST(PhoneBookDBMgr, DoesNothingAtAllWhenTheStoreCannotBeHadForWriting) {
+    const TemporaryStore store(BusyStore::impatient());
+    BusyStore::during([] {
+        Manager manager;
+        EXPECT_EQ(E_FAIL, manager.createDB());
+        EXPECT_EQ(ERROR_LOCK_VIOLATION, GetLastError());
+        EXPECT_EQ(nullptr, manager.getTable(1)) << "not even the objects of the tables are made";
+    });
+}
+
 TEST(PhoneBookDBMgr, TheContactsAreNeitherMadeNorDropped) {
     const MemoryStoreMount store;
     Manager manager;
@@ -96,6 +119,7 @@ TEST(PhoneBookDBMgr, TheContactsAreNeitherMadeNorDropped) {
 
     EXPECT_EQ(S_OK, manager.destroyDB());
 
+    EXPECT_FALSE(manager.getTable(0)->isOpen()) << "what stays is closed too";
     EXPECT_EQ(E_FAIL, manager.openDB(nullptr)) << "four databases are gone";
     EXPECT_EQ(1u, manager.getNumRecords());
 }
@@ -154,6 +178,11 @@ TEST(PhoneBookDBMgr, LooksAttributesUp) {
     EXPECT_EQ(0, PhoneBookDBMgr::getPBDBAttrID(-1, -1));
     EXPECT_EQ(18, PhoneBookDBMgr::getPBDBAttrIDFromCITypeFlag(0x4 | 0x8));
     EXPECT_EQ(5, PhoneBookDBMgr::getTelNoAttrIdx(0x20));
+    EXPECT_EQ(0x8u, PhoneBookDBMgr::getTelNoAttrFlag(1));
+    EXPECT_TRUE(PhoneBookDBMgr::isTelNoAttr(PBDBATTR_PAGER));
+    EXPECT_FALSE(PhoneBookDBMgr::isTelNoAttr(PBDBATTR_EMAIL));
+    EXPECT_TRUE(PhoneBookDBMgr::isSDialNoAttr(PBDBATTR_HOMETEL));
+    EXPECT_FALSE(PhoneBookDBMgr::isSDialNoAttr(PBDBATTR_PAGER));
     EXPECT_EQ(CString(u"Birtyday"), book->getDBAttrName(PBDBATTR_BIRTHDAY));
     EXPECT_EQ(CString(u"Group"), book->getDBAttrName(PBDBATTR_GROUP));
     EXPECT_EQ(10, PhoneBookDBMgr::aRecDef_[0].getNumAttrs());

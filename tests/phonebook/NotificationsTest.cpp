@@ -11,6 +11,7 @@
 
 #include "tests/phonebook/Following.h"
 #include "tests/phonebook/SpeedDialBuilders.h"
+#include "tests/platform/objectstore/CountingStore.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 
@@ -107,6 +108,22 @@ TEST_P(FollowingContacts, TheTelephoneNumberOfANewRowIsTheFirstThatTheContactHas
     const CEOID oid = testing_support::oidOf(made);
     EXPECT_EQ(S_OK, followCreated(oid));
     EXPECT_THAT(extensionRows(), ElementsAre(ExtensionRow{.contact = oid, .telNo = u"021234567", .group = u"Work"}));
+}
+
+TEST_P(FollowingContacts, APagerOrAFaxIsTheTelephoneNumberOfWhoHasNoOther) {
+    const ComPtr<IContact> paged = other.newContact();
+    paged->put_Categories(testing_support::bstr(u"Work").get());
+    paged->put_BusinessFaxNumber(testing_support::bstr(u"02-999").get());
+    paged->put_PagerNumber(testing_support::bstr(u"012-345").get());
+    ASSERT_EQ(S_OK, paged->Save());
+    const ComPtr<IContact> faxed = other.newContact();
+    faxed->put_Categories(testing_support::bstr(u"Work").get());
+    faxed->put_BusinessFaxNumber(testing_support::bstr(u"02-888").get());
+    ASSERT_EQ(S_OK, faxed->Save());
+    EXPECT_EQ(S_OK, followCreated(testing_support::oidOf(paged)));
+    EXPECT_EQ(S_OK, followCreated(testing_support::oidOf(faxed)));
+    EXPECT_EQ(CString(u"012345"), extensionRowOf(testing_support::oidOf(paged))->telNo);
+    EXPECT_EQ(CString(u"02888"), extensionRowOf(testing_support::oidOf(faxed))->telNo);
 }
 
 TEST_P(FollowingContacts, ACategoryInQuotesIsOneGroup) {
@@ -408,6 +425,21 @@ TEST(FollowingContactsBesideAWriter, WhoeverHasNothingToDoNeedNotWaitForIt) {
 
     mayEnd.set_value();
     writer.join();
+}
+
+TEST(FollowingContactsBesideAWriter, ARowThatTheWriterMadeMeanwhileStaysTheOnlyOne) {
+    objectstore_test::CountingMount store;
+    OpenPhoneBook book;
+    const CENOTIFICATION notification = notificationOf(OtherProgram().addFiled(u"Kim", u"Family"));
+    const auto followAsWell = [&notification] {
+        PhoneBookDBMgr manager;
+        EXPECT_EQ(S_OK, manager.onCEOIDCreatedContacts(&notification));
+    };
+    store.log.beforeNextUnit = [&] { std::thread(followAsWell).join(); };
+
+    EXPECT_EQ(S_OK, book->onCEOIDCreatedContacts(&notification));
+
+    EXPECT_EQ(1u, extensionRows().size());
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ class Manager : public PhoneBookDBMgr {
 public:
     using PhoneBookDBMgr::getPBGroupName;
     using PhoneBookDBMgr::makeCategories;
+    using PhoneBookDBMgr::openTable;
 };
 
 constexpr DWORD allFields = 0x007F0FFF;
@@ -97,6 +98,15 @@ TEST(InsertPBRecord, NeedsTheContactsTable) {
     EXPECT_EQ(E_FAIL, manager.insertRecord());
     EXPECT_EQ(0x1u, record.dwCITypeMask);
     EXPECT_EQ(7u, oid);
+}
+
+TEST(InsertPBRecord, WithoutAnExtensionTableTheContactStaysAndItsGroupFails) {
+    const MemoryStoreMount store;
+    Manager manager;
+    ASSERT_EQ(TRUE, manager.openTable(PBDBTBL_POLCONTACTS, nullptr));
+    PBRecord record = contact().name(u"Kim").group(u"Friends").record();
+    EXPECT_EQ(E_FAIL, manager.insertPBRecord(record, nullptr));
+    EXPECT_EQ(1u, manager.getNumRecords());
 }
 
 TEST(InsertPBRecord, AContactThatFailsStillGetsItsExtensionRowUnderZero) {
@@ -202,6 +212,16 @@ TEST(Search, FindsByAttributeTextRestrictionAndNumber) {
     EXPECT_EQ(2, count(book->searchPBRecordOfTelNo(nullptr, u"1234")));
     EXPECT_EQ(2, count(book->getIterator(UINT{PBDBATTR_NAME}, nullptr, nullptr)));
     EXPECT_EQ(0, count(book->searchPBRecord(nullptr, 0, nullptr, nullptr))) << "no earlier result to narrow";
+}
+
+TEST(Search, AGroupThatNobodyIsInIsNoCursor) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    book.add(contact().name(u"Kim").group(u"Friends"));
+    const std::unique_ptr<Database::Iterator> friends(book->searchPBRecordOfPBGroup(u"Friends"));
+    ASSERT_NE(nullptr, friends);
+    EXPECT_EQ(1, friends->getNumItems());
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(u"Family"));
 }
 
 TEST(Search, FindsNothingBeforeTheTablesAreMade) {

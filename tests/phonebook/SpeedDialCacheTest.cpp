@@ -128,6 +128,14 @@ TEST(FillSDialInfoCache, NeedsBothTables) {
     EXPECT_EQ(CString(u"0101"), book->getSDialInfoCache(5).strTelNo) << "nothing is forgotten";
 }
 
+TEST(FillSDialInfoCache, WantsAnArray) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    EXPECT_EQ(E_POINTER, book->fillSDialInfoCache(nullptr));
+    book->closeDB();
+    EXPECT_EQ(E_ACCESSDENIED, book->fillSDialInfoCache(nullptr)) << "not open comes first";
+}
+
 TEST(FillSDialInfoCache, OfEmptyTablesIsEmpty) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
@@ -163,6 +171,12 @@ TEST(ClearSDialInfoCache, EmptiesEveryEntry) {
         EXPECT_EQ(SpeedDialInfo(), manager.getSDialInfoCache(slot));
         EXPECT_EQ(SpeedDialInfo(), other[slot]);
     }
+}
+
+TEST(ClearSDialInfoCache, WantsAnArray) {
+    const MemoryStoreMount store;
+    PhoneBookDBMgr manager;
+    EXPECT_EQ(E_POINTER, manager.clearSDialInfoCache(nullptr));
 }
 
 TEST(WriteSDialInfoCache, MarksSlotsOneToNinetyNine) {

@@ -1,9 +1,9 @@
 #include <csignal>
 #include <sys/resource.h>
-#include <thread>
 
 #include <gtest/gtest.h>
 
+#include "tests/phonebook/BusyStore.h"
 #include "tests/phonebook/SpeedDialBuilders.h"
 #include "tests/support/TemporaryStore.h"
 
@@ -217,6 +217,20 @@ TEST(DeleteAllSpeedDialInfos, OfNothingIsNoFault) {
     EXPECT_EQ(S_OK, book->deleteAllSpeedDialInfos());
 }
 
+TEST(DeleteAllSpeedDialInfos, LeavesAnExtensionRowWithoutSlotsUnwritten) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    book.add(contact().name(u"Kim").group(u"Family"));
+    const auto lastChange = [&book] {
+        CEOIDINFOEX info{};
+        EXPECT_TRUE(CeOidGetInfoEx2(book->getTable(PBDBTBL_PHONEBOOKEXT)->getCEOID(), &info));
+        return ticksOf(info.ftLastModified);
+    };
+    const auto before = lastChange();
+    EXPECT_EQ(S_OK, book->deleteAllSpeedDialInfos());
+    EXPECT_EQ(before, lastChange());
+}
+
 TEST(DeleteAllSpeedDialInfos, WithoutTheExtensionTableStillEmptiesTheSlots) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
@@ -227,22 +241,6 @@ TEST(DeleteAllSpeedDialInfos, WithoutTheExtensionTableStillEmptiesTheSlots) {
     EXPECT_TRUE(rows().empty());
     EXPECT_EQ(SpeedDialInfo(), book->getSDialInfoCache(5));
 }
-
-/// A store in which somebody else is writing, so that it cannot be had.
-class BusyStore {
-public:
-    static ObjectStore::Options impatient() {
-        ObjectStore::Options options = testing_support::quickOptions();
-        options.writerWait = std::chrono::milliseconds(20);
-        return options;
-    }
-    /// Runs what another thread wants of the store meanwhile.
-    template <class Body>
-    static void during(Body&& body) {
-        const ObjectStoreBatch writer;
-        std::thread(std::forward<Body>(body)).join();
-    }
-};
 
 TEST(SpeedDialUnits, AnOperationThatCannotHaveTheStoreChangesNothing) {
     const TemporaryStore store(BusyStore::impatient());

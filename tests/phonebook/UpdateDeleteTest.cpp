@@ -139,6 +139,15 @@ TEST(DeletePBRecord, AnswersThatTheLastOfItsSlotsHasNoRow) {
     EXPECT_EQ(0u, book->getNumRecords()) << "the contact is gone all the same";
 }
 
+TEST(DeletePBRecord, ASlotOfANumberThatTheContactLacksIsNotItsOwn) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").slots(0x0605));
+    fillSlot(book, 5, u"0101");
+    EXPECT_EQ(S_OK, book->deletePBRecord(oid)) << "slot 6, which has no row, is not looked up";
+    EXPECT_FALSE(slotIsFilled(book, 5));
+}
+
 TEST(DeletePBRecord, NeedsTheExtensionTable) {
     const MemoryStoreMount store;
     PhoneBookDBMgr closed;

@@ -45,7 +45,7 @@ TEST(ToolStore, LeavesAStoreOfANewerVersionUntouched) {
     const Tool tool;
     tool("add", "--name", "Anna");
     std::string bytes = readFile(tool.store());
-    bytes[63] = 2;  // the format's version, its lowest byte
+    ++bytes[63];  // the lowest byte of the version of the format
     tool.file("newer.db", bytes);
     expectUnusable(tool, tool / "newer.db");
     expectFailure(tool("--store", (tool / "newer.db").string(), "list"), 3, "newer version of Tessera");

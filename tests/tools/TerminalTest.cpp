@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ostream>
 #include <set>
 #include <string>
 #include <utility>
@@ -32,6 +33,8 @@ struct Line {
 struct Family {
     const char* called;
     std::vector<Line> lines;
+
+    friend std::ostream& operator<<(std::ostream& out, const Family& family) { return out << family.called; }
 };
 
 // In the arguments these stand for what the phone book has.

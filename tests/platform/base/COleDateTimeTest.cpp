@@ -52,6 +52,14 @@ TEST(COleDateTime, ALastInstantIsNotRoundedIntoADayThatDoesNotExist) {
     EXPECT_EQ(COleDateTime(lastInstant).Format(), CString(u"9999-12-31 23:59:59"));
 }
 
+TEST(COleDateTime, AnyOtherLastInstantIsRoundedIntoTheNextDay) {
+    const UserLocale locale("C");
+    const DATE lastInstant = std::nextafter(32'938.0, 0.0);
+
+    EXPECT_EQ(COleDateTime(32'938.0).Format(), CString(u"1990-03-06"));
+    EXPECT_EQ(COleDateTime(lastInstant).Format(), CString(u"1990-03-06"));
+}
+
 TEST(COleDateTime, WhatIsNoNumberIsInvalid) {
     expectInvalid(COleDateTime(std::numeric_limits<double>::quiet_NaN()));
     expectInvalid(COleDateTime(std::numeric_limits<double>::infinity()));

@@ -23,6 +23,7 @@ TEST(CString, ANullTextIsTheEmptyText) {
 
 TEST(CString, IsMadeOfAPartOrOfARepeatedCharacter) {
     EXPECT_EQ(CString(u"abcd", 2), CString(u"ab"));
+    EXPECT_EQ(CString(u"abcd", 1), CString(u"a"));
     EXPECT_EQ(CString(u"abcd", -1), CString());
     EXPECT_EQ(CString(u'x', 3), CString(u"xxx"));
     EXPECT_EQ(CString(u'x', 0), CString());

@@ -54,6 +54,15 @@ TEST(ComPtr, CopiesCountAndMovesDoNot) {
     EXPECT_EQ(object.references, 0U);
 }
 
+TEST(ComPtr, AskingForAPlaceReleasesWhatWasHeld) {
+    Counted object;
+    auto owner = ComPtr<IUnknown>::adopt(&object);
+    IUnknown** place = owner.out();
+
+    EXPECT_EQ(object.references, 0U);
+    EXPECT_EQ(*place, nullptr);
+}
+
 TEST(ComPtr, AssigningReleasesWhatWasHeld) {
     Counted old;
     Counted next;

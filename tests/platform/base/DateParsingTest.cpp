@@ -116,6 +116,7 @@ TEST(ParseDateTime, WhiteSpaceAroundTheTextMeansNothing) {
         {"C", u"1990-03-05 06:00\r", COleDateTime(1990, 3, 5, 6)},
         {"ko_KR.UTF-8", u"1990. 3. 5.\r", fifthOfMarch},
         {"ar_EG.UTF-8", u"\u200F5/3/1990\u200F", fifthOfMarch},
+        {"ar_EG.UTF-8", u"\u061C5/3/1990\u200E", fifthOfMarch},
     });
 }
 
@@ -146,6 +147,8 @@ TEST(ParseDateTime, RefusesWhatIsNoDate) {
         u"1990-03-05 06:",
         u"1990-03-05 06:0",
         u"1990-03-05 24:00",
+        u"1990-03-05 006:00",
+        u"1990-03-05 06:000",
         u"1990-03-05 06:60",
         u"1990-03-05 06:00:60",
         u"1990-03-05 06:00:",
@@ -169,6 +172,7 @@ TEST(ParseDateTime, RefusesWhatIsNoDate) {
         u"99999999999999999999-1-1",
         u"1990\uB144 3\uC6D4",
         u"3\uC6D4 5\uC77C",
+        u"5\uB144 3\uC6D4 1990\uC77C",
     };
     for (const char* name : {"C", "ko_KR.UTF-8", "en_US.UTF-8", "de_DE.UTF-8"}) {
         const UserLocale locale(name);

@@ -81,6 +81,13 @@ TEST(Utf8, IllFormedBytesAreRefused) {
     }
 }
 
+TEST(Utf8, ACharacterThatIsCutShortIsRefusedWhateverStandsBehindTheText) {
+    const std::string_view whole = "\xEA\xB0\x80";
+
+    EXPECT_TRUE(textOfUtf8(whole).has_value());
+    EXPECT_FALSE(textOfUtf8(whole.substr(0, 2)).has_value());
+}
+
 RC_GTEST_PROP(Utf8, WhatIcuRefusesIsRefused, ()) {
     // Mostly bytes with a meaning of their own, so that well-formed texts come up too.
     const auto byte = rc::gen::oneOf(

@@ -1,9 +1,12 @@
 #include <cstdlib>
 
 #include "tests/platform/objectstore/StoreTest.h"
+#include "tests/support/Sql.h"
 
 namespace objectstore_test {
 namespace {
+
+using testing_support::TemporaryStore;
 
 class Records : public StoreTest {
 protected:
@@ -268,6 +271,19 @@ TEST_P(Records, OtherHandlesReadTheSameRecordAgainAndAgain) {
     EXPECT_EQ(rows.to(0), a);
     EXPECT_EQ(rows.read()->oid, a);
     EXPECT_EQ(rows.read()->oid, a);
+}
+
+TEST(RecordsOnDisk, AreNoMoreThanThereAreIdentifiers) {
+    TemporaryStore store;
+    makeDatabase(u"Rows");
+    ObjectStore::unmount();
+    testing_support::runSql(store.path(), "UPDATE store SET next_id = 4294967294");
+    store.remount();
+    OpenDatabase rows(u"Rows");
+    EXPECT_EQ(rows.add(Row().number(1)), 4'294'967'294u);
+    EXPECT_EQ(rows.add(Row().number(2)), 0u);
+    EXPECT_EQ(GetLastError(), ERROR_DISK_FULL);
+    EXPECT_EQ(rows.info().dwNumRecords, 1u);
 }
 
 }  // namespace

@@ -1,3 +1,6 @@
+#include <grp.h>
+#include <optional>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -71,6 +74,22 @@ TEST_F(SharedFolder, IsRefusedWhenItIsAnothersOrOfAGroup) {
     expectRefused(file);
     fs::permissions(folder.path(), fs::perms::group_write, fs::perm_options::remove);
     EXPECT_TRUE(mount(file));
+}
+
+/// The group of the user's name, which systems make for each user alone; nothing where they do not.
+std::optional<gid_t> groupOfTheUserAlone() {
+    const passwd* user = ::getpwuid(::geteuid());
+    const group* own = user == nullptr ? nullptr : ::getgrnam(user->pw_name);
+    const bool isAlone = own != nullptr && own->gr_gid == user->pw_gid && own->gr_mem[0] == nullptr;
+    return isAlone ? std::optional(own->gr_gid) : std::nullopt;
+}
+
+TEST_F(SharedFolder, IsNoneWhenItsGroupIsTheUsersOwn) {
+    const auto own = groupOfTheUserAlone();
+    if (!own) GTEST_SKIP() << "the user shares a group with others";
+    ASSERT_EQ(::chown(folder.path().c_str(), ::geteuid(), *own), 0);
+    fs::permissions(folder.path(), fs::perms::group_write, fs::perm_options::add);
+    EXPECT_TRUE(mount(file)) << ObjectStore::errorText();
 }
 
 TEST_F(SharedFolder, IsUsedWhenTheProgramSaysSo) {

@@ -56,12 +56,12 @@ inline void addRowsAndDie(const std::filesystem::path& file, int count) {
     process.wait();
 }
 
-/// All records of "Rows" in the store, by identifier.
-inline std::map<CEOID, ReadRecord> rowsIn(const std::filesystem::path& file) {
+/// All records of "Rows", or of another database, in the store, by identifier.
+inline std::map<CEOID, ReadRecord> rowsIn(const std::filesystem::path& file, const WCHAR* name = u"Rows") {
     std::map<CEOID, ReadRecord> rows;
     EXPECT_TRUE(ObjectStore::mount(file.string(), testing_support::quickOptions())) << ObjectStore::errorText();
     {
-        OpenDatabase database(u"Rows");
+        OpenDatabase database(name);
         for (const CEOID oid : database.walk())
             rows[oid] = database.readRecord(oid);
     }

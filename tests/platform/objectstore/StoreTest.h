@@ -5,6 +5,7 @@
 #include <deque>
 #include <map>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,10 @@
 namespace objectstore_test {
 
 enum class StoreKind { memory, disk };
+
+inline std::ostream& operator<<(std::ostream& out, StoreKind kind) {
+    return out << (kind == StoreKind::memory ? "InMemory" : "OnDisk");
+}
 
 /// A test that runs over a store in memory and over one on disk.
 class StoreTest : public ::testing::TestWithParam<StoreKind> {
@@ -36,7 +41,7 @@ private:
 };
 
 inline std::string nameOfKind(const ::testing::TestParamInfo<StoreKind>& info) {
-    return info.param == StoreKind::memory ? "InMemory" : "OnDisk";
+    return ::testing::PrintToString(info.param);
 }
 
 inline const auto bothStores = ::testing::Values(StoreKind::memory, StoreKind::disk);

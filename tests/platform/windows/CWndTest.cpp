@@ -191,6 +191,15 @@ TEST(DestroyWindow, TheWindowMayBeCreatedAgainUnderAnotherHandle) {
     EXPECT_FALSE(IsWindow(first));
 }
 
+TEST(DestroyWindow, WithoutAWindowFailsAndSaysWhy) {
+    CountingWindow window;
+    SetLastError(ERROR_SUCCESS);
+
+    EXPECT_FALSE(window.DestroyWindow());
+
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+}
+
 TEST(DestroyWindow, IsForTheWindowsOwnThread) {
     CountingWindow window;
     ASSERT_TRUE(window.create());
