@@ -8,12 +8,13 @@
 
 namespace Database {
 
-DWORD contactWithNumber(const CString& number) {
+HRESULT contactWithNumber(const CString& number, DWORD& oid) {
     static const DatabaseReader contacts(szContactsDatabase, ContactProperty::fileAs);
     const std::u16string_view characters = number.view();
-    if (!std::ranges::all_of(characters, [](WCHAR ch) { return ch < 0x80; })) return 0;  // a reduced number is ASCII
-    CEOID oid = 0;
-    return contacts.findNumber(std::string(characters.begin(), characters.end()), oid) ? oid : 0;
+    if (!std::ranges::all_of(characters, [](WCHAR ch) { return ch < 0x80; }))
+        return S_FALSE;  // a reduced number is ASCII
+    if (contacts.findNumber(std::string(characters.begin(), characters.end()), oid)) return S_OK;
+    return GetLastError() == ERROR_NO_MORE_ITEMS ? S_FALSE : E_FAIL;
 }
 
 }  // namespace Database

@@ -1,8 +1,8 @@
 #include "tessera/database/ContactsImage.h"
 
 #include <algorithm>
-#include <functional>
 
+#include "tessera/database/PackedSearch.h"
 #include "tessera/database/UnicodeHandler.h"
 
 namespace Database {
@@ -38,6 +38,25 @@ CString initialsOf(const CString& key) {
     return initials;
 }
 
+/// What a search by initials compares of a character; nothing for those that it passes over.
+std::optional<int> initialOf(WCHAR ch) {
+    const int initial = UnicodeHandler::getLIndex(ch);
+    if (isWhiteSpace(initial) || initial == u',') return std::nullopt;
+    return initial;
+}
+
+/// A plain consonant finds its tense partner too.
+bool sameInitial(int initial, WCHAR sought) {
+    return initial == sought || initial == UnicodeHandler::getRelatedJa(sought);
+}
+
+WCHAR firstInitialOf(std::u16string_view lowerName) {
+    for (const WCHAR ch : lowerName) {
+        if (const auto initial = initialOf(ch)) return static_cast<WCHAR>(*initial);
+    }
+    return u'\0';
+}
+
 /// The key as bytes; nothing when it has a character that no reduced number has.
 bool narrowed(const CString& key, std::string& bytes) {
     for (const WCHAR ch : key.view()) {
@@ -59,6 +78,7 @@ ContactsImage::Slot ContactsImage::addSlot(const ScannedContact& contact) {
     lower.MakeLower();
     names_.append(contact.name).push_back(u'\0');
     lowerNames_.append(lower.view()).push_back(u'\0');
+    firstInitials_.push_back(firstInitialOf(lower.view()));
     for (const std::string& number : contact.numbers)
         numbers_.append(number).push_back('\0');
     keys_ += contact.sortKey;
@@ -153,21 +173,25 @@ ScanMatch ContactsImage::matchOf(Slot slot) const {
 }
 
 std::vector<ContactsImage::Slot> ContactsImage::slotsWithInitials(std::u16string_view initials) const {
+    if (initials.empty()) return order_;
+    const WCHAR plain = initials[0];
+    const int tense = UnicodeHandler::getRelatedJa(plain);
     std::vector<Slot> slots;
-    for (const Slot slot : order_) {
-        if (beginsWithInitials(contacts_[slot], initials)) slots.push_back(slot);
+    for (Slot slot = 0; slot < contacts_.size(); ++slot) {
+        // Nearly all are told apart by this, without their names being looked at.
+        if (firstInitials_[slot] != plain && firstInitials_[slot] != tense) continue;
+        if (contacts_[slot].live && beginsWithInitials(contacts_[slot], initials)) slots.push_back(slot);
     }
-    return slots;
+    return inNameOrder(std::move(slots));
 }
 
 bool ContactsImage::beginsWithInitials(const Contact& contact, std::u16string_view initials) const {
     std::size_t matched = 0;
     for (const WCHAR ch : lowerNameOf(contact)) {
         if (matched == initials.size()) break;
-        const int initial = UnicodeHandler::getLIndex(ch);
-        if (isWhiteSpace(initial) || initial == u',') continue;
-        // A plain consonant finds its tense partner too.
-        if (initial != initials[matched] && initial != UnicodeHandler::getRelatedJa(initials[matched])) break;
+        const auto initial = initialOf(ch);
+        if (!initial) continue;
+        if (!sameInitial(*initial, initials[matched])) break;
         ++matched;
     }
     return matched == initials.size();
@@ -178,11 +202,11 @@ std::vector<ContactsImage::Slot> ContactsImage::slotsWithName(std::u16string_vie
     std::vector<Slot> slots;
     if (lowerKey.find(u'\0') != std::u16string_view::npos) return slots;  // zeros stand between names, in none
     const std::u16string_view names = lowerNames_;
-    for (std::size_t hit = names.find(lowerKey); hit != std::u16string_view::npos;) {
+    for (std::size_t hit = findInPacked(names, lowerKey); hit != std::u16string_view::npos;) {
         // The contact whose name the hit begins in; a zero behind each name keeps a hit within one.
         const Contact& contact = *std::prev(std::ranges::upper_bound(contacts_, hit, {}, &Contact::nameStart));
         if (contact.live) slots.push_back(static_cast<Slot>(&contact - contacts_.data()));
-        hit = names.find(lowerKey, contact.nameStart + contact.nameLength);
+        hit = findInPacked(names, lowerKey, contact.nameStart + contact.nameLength);
     }
     return inNameOrder(std::move(slots));
 }
@@ -201,15 +225,12 @@ std::vector<ScanMatch> ContactsImage::matchingNumber(const CString& key) const {
 
 std::vector<ContactsImage::Slot> ContactsImage::slotsWithNumber(std::string_view digits) const {
     std::vector<Slot> slots;
-    const std::boyer_moore_horspool_searcher searcher(digits.begin(), digits.end());
-    for (auto from = numbers_.begin(); from != numbers_.end();) {
-        const auto found = std::search(from, numbers_.end(), searcher);
-        if (found == numbers_.end()) break;
+    const std::string_view numbers = numbers_;
+    for (std::size_t hit = findInPacked(numbers, digits); hit < numbers.size();) {
         // The contact whose number the hit begins in; a zero behind each number keeps a hit within one.
-        const auto hit = static_cast<std::size_t>(found - numbers_.begin());
         const Contact& contact = *std::prev(std::ranges::upper_bound(contacts_, hit, {}, &Contact::numbersStart));
         if (contact.live) slots.push_back(static_cast<Slot>(&contact - contacts_.data()));
-        from = numbers_.begin() + static_cast<std::ptrdiff_t>(contact.numbersEnd);
+        hit = findInPacked(numbers, digits, contact.numbersEnd);
     }
     return inNameOrder(std::move(slots));
 }

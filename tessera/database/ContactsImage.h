@@ -93,12 +93,13 @@ private:
     std::vector<Contact> contacts_;        ///< By slot: the order in which they came.
     std::vector<Identifier> identifiers_;  ///< Live contacts by identifier, once they are sorted.
     bool identifiersSorted_ = true;
-    std::vector<Slot> order_;    ///< Live contacts in name order.
-    bool slotsInOrder_ = true;   ///< Slots ascend along order_.
-    std::u16string names_;       ///< All names, each behind the other, a zero after each.
-    std::u16string lowerNames_;  ///< The same in lower case, at the same places.
-    std::string numbers_;        ///< All numbers, a zero after each.
-    std::string keys_;           ///< All sort keys.
+    std::vector<Slot> order_;           ///< Live contacts in name order.
+    bool slotsInOrder_ = true;          ///< Slots ascend along order_.
+    std::u16string names_;              ///< All names, each behind the other, a zero after each.
+    std::u16string lowerNames_;         ///< The same in lower case, at the same places.
+    std::string numbers_;               ///< All numbers, a zero after each.
+    std::string keys_;                  ///< All sort keys.
+    std::vector<WCHAR> firstInitials_;  ///< By slot: the first consonant or other character of the name that counts.
     std::unordered_map<std::u16string, CategoriesNumber> categories_;  ///< Every text met, numbered from 1.
 };
 

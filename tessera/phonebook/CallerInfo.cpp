@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "tessera/database/CallerLookup.h"
 #include "tessera/database/ContactItem.h"
@@ -28,13 +29,12 @@ bool holdsNumber(IContact* contact, const CString& telNo) {
     });
 }
 
-/// The caller, if the table of numbers knows: then nobody else needs to be looked at.
-ComPtr<IDispatch> holderOf(const CString& telNo, Database::POlDBTable& contacts) {
+/// Fetches a contact, which is the `caller` when it has exactly that number; answers how the fetching went.
+HRESULT fetchHolder(Database::POlDBTable& contacts, DWORD oid, const CString& telNo, ComPtr<IDispatch>& caller) {
     ComPtr<IDispatch> item;
-    const DWORD oid = Database::contactWithNumber(telNo);
-    const bool holds = oid != 0 && SUCCEEDED(contacts.getItemFromOid(oid, item.out())) &&
-                       holdsNumber(Database::contactOf(item.get()), telNo);
-    return holds ? item : ComPtr<IDispatch>();
+    const HRESULT result = contacts.getItemFromOid(oid, item.out());
+    if (SUCCEEDED(result) && holdsNumber(Database::contactOf(item.get()), telNo)) caller = std::move(item);
+    return result;
 }
 
 /// Copies an extension row's attribute into its field; answers whether that counts as found.
@@ -68,23 +68,27 @@ HRESULT PhoneBookDBMgr::queryCallerInfo(const CString& telNo, PBRecord* record, 
         if (oid != nullptr) *oid = 0;
         if (telNo.IsEmpty()) return E_INVALIDARG;
         const ObjectStoreGlance glance;
-        if (ComPtr<IDispatch> item = holderOf(telNo, *contactsTable()))
-            return fillRecord(Database::contactOf(item.get()), record, oid);
+        ComPtr<IDispatch> caller;
+        DWORD holder = 0;
+        const HRESULT known = Database::contactWithNumber(telNo, holder);
+        if (known == S_OK) static_cast<void>(fetchHolder(*contactsTable(), holder, telNo, caller));
+        if (caller) return fillRecord(Database::contactOf(caller.get()), record, oid);
+
         const std::unique_ptr<Iterator> holders(searchPBRecordOfTelNo(nullptr, telNo));
         if (holders == nullptr) {
             *record = PBRecord();
             return E_FAIL;
         }
-        // Holders may have the number inside a longer one; the first that has it exactly is the caller.
-        HRESULT result = S_OK;
-        while (holders->next() == S_OK) {
-            ComPtr<IDispatch> item;
-            result = contactsTable()->getItemFromOid(holders->getCur(), item.out());
-            if (FAILED(result)) continue;
-            IContact* contact = Database::contactOf(item.get());
-            if (holdsNumber(contact, telNo)) return fillRecord(contact, record, oid);
+        // Holders may have the number inside a longer one; the first that has it exactly is the caller. Where nobody
+        // has, how the last of them can be read is all that is answered.
+        if (known == S_FALSE) {
+            static_cast<void>(holders->last());
+            static_cast<void>(holders->prev());
         }
-        return result;
+        HRESULT result = S_OK;
+        while (!caller && holders->next() == S_OK)
+            result = fetchHolder(*contactsTable(), holders->getCur(), telNo, caller);
+        return caller ? fillRecord(Database::contactOf(caller.get()), record, oid) : result;
     });
 }
 
