@@ -1,18 +1,19 @@
 #include <algorithm>
-#include <csignal>
-#include <ctime>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/Floor.h"
+#include "benchmarks/OtherProcess.h"
 #include "benchmarks/PhoneBooks.h"
+#include "benchmarks/Scratch.h"
+#include "benchmarks/Timings.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/platform/objectstore/CeDB.h"
 #include "tessera/platform/objectstore/ObjectStore.h"
@@ -23,15 +24,10 @@
 
 namespace {
 
+using benchmarks::Timings;
+
 constexpr WORD nameIdent = 0x4013;  // "FileAs"
 constexpr WORD categoriesIdent = 0x0016;
-
-/// The clock that all processes share.
-double secondsNow() {
-    timespec now{};
-    ::clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 /// The contacts as a program writes them that has no phone book: straight into their database.
 class Contacts {
@@ -73,86 +69,31 @@ protected:
     }
 };
 
-/// A new store, mounted while this lives.
+/// A new store, which may be mounted while this lives.
 class FreshStore {
 public:
     explicit FreshStore(bool fullDurability) {
         options_.fullDurability = fullDurability;
+        benchmarks::closeBook();
         std::filesystem::remove_all(folder());
         std::filesystem::create_directory(folder());
         mount();
+        ObjectStore::unmount();
     }
     ~FreshStore() { ObjectStore::unmount(); }
     FreshStore(const FreshStore&) = delete;
     FreshStore& operator=(const FreshStore&) = delete;
 
+    void mount() const {
+        if (!ObjectStore::mount(path(), options_)) throw std::runtime_error(ObjectStore::errorText());
+    }
     const ObjectStore::Options& options() const { return options_; }
     static std::string path() { return (folder() / "store.db").string(); }
 
 private:
     static std::filesystem::path folder() { return benchmarks::scratchFolder() / "notifications"; }
-    void mount() const {
-        if (!ObjectStore::mount(path(), options_)) throw std::runtime_error(ObjectStore::errorText());
-    }
 
     ObjectStore::Options options_;
-};
-
-/// When a write was asked for, and when it was committed.
-struct WriteTimes {
-    double asked = 0;
-    double committed = 0;
-};
-
-/// Another process, which adds a contact each time that it is told to. It is made before this one has a store open.
-class WritingProcess {
-public:
-    WritingProcess() {
-        static_cast<void>(FreshStore::path());  // which both processes then have in common
-        if (::pipe(go_) != 0 || ::pipe(done_) != 0) throw std::runtime_error("no pipe");
-        process_ = ::fork();
-        if (process_ == 0) work();
-    }
-    ~WritingProcess() {
-        ::kill(process_, SIGKILL);
-        ::waitpid(process_, nullptr, 0);
-        for (const int end : {go_[0], go_[1], done_[0], done_[1]})
-            ::close(end);
-    }
-    WritingProcess(const WritingProcess&) = delete;
-    WritingProcess& operator=(const WritingProcess&) = delete;
-
-    void openStore(const ObjectStore::Options& options) const { tell(options.fullDurability ? 'f' : 'n'); }
-    void write() const { tell('w'); }
-    WriteTimes times() const {
-        WriteTimes times;
-        if (::read(done_[0], &times, sizeof times) != sizeof times) throw std::runtime_error("the writer has ended");
-        return times;
-    }
-
-private:
-    void tell(char what) const {
-        if (::write(go_[1], &what, 1) != 1) throw std::runtime_error("the writer has ended");
-    }
-    [[noreturn]] void work() noexcept {
-        char told = 0;
-        ObjectStore::Options options;
-        if (::read(go_[0], &told, 1) != 1) ::_exit(1);
-        options.fullDurability = told == 'f';
-        if (!ObjectStore::mount(FreshStore::path(), options)) ::_exit(2);
-        Contacts contacts;
-        for (int person = 0; ::read(go_[0], &told, 1) == 1; ++person) {
-            WriteTimes times{secondsNow(), 0};
-            contacts.add(person);
-            times.committed = secondsNow();
-            if (::write(done_[1], &times, sizeof times) != sizeof times) break;
-        }
-        ::_exit(0);
-    }
-
-    int go_[2] = {-1, -1};
-    int done_[2] = {-1, -1};
-    pid_t process_ = -1;
 };
 
 double medianOf(std::vector<double> values) {
@@ -161,36 +102,51 @@ double medianOf(std::vector<double> values) {
     return *middle;
 }
 
-void hear(benchmark::State& state) {
-    const WritingProcess writer;
-    const FreshStore store(state.range(0) != 0);
-    writer.openStore(store.options());
+/// Another process, which adds a contact to that store each time that it is told to.
+benchmarks::OtherProcess::Work addContacts(const ObjectStore::Options& options) {
+    if (!ObjectStore::mount(FreshStore::path(), options)) throw std::runtime_error(ObjectStore::errorText());
+    return [contacts = std::make_shared<Contacts>()](int round) { contacts->add(round); };
+}
+
+void hear(benchmark::State& state, bool fullDurability) {
+    const FreshStore store(fullDurability);
+    benchmarks::OtherProcess writer([&] { return addContacts(store.options()); });
+    store.mount();
     const IdleWindow window;
     const CENOTIFYREQUEST request{sizeof(CENOTIFYREQUEST), window.GetSafeHwnd(), CEDB_EXNOTIFICATION, 0, 0};
     const Contacts watched(&request);
-    std::vector<double> sinceAsked;
-    std::vector<double> sinceCommitted;
+    std::vector<double> sinceCommit;
+    Timings timings(state);
     MSG message;
     for (auto _ : state) {
-        writer.write();
+        writer.tell();
         GetMessage(&message);
-        const double heard = secondsNow();
+        const double heard = benchmarks::secondsNow();
         DispatchMessage(&message);
-        const WriteTimes times = writer.times();
-        sinceAsked.push_back(heard - times.asked);
-        sinceCommitted.push_back(heard - times.committed);  // negative when it is heard of before the writer goes on
-        state.SetIterationTime(sinceAsked.back());
+        const benchmarks::OtherProcess::Times times = writer.wait();
+        timings.record(heard - times.begun);
+        sinceCommit.push_back(heard - times.done);  // negative when it is heard of before the writer goes on
     }
-    state.counters["us_since_call"] = medianOf(sinceAsked) * 1e6;
-    state.counters["us_since_commit"] = medianOf(sinceCommitted) * 1e6;
+    state.counters["us_since_commit"] = 1e6 * medianOf(std::move(sinceCommit));
 }
-BENCHMARK(hear)
-    ->Name("notification/hear/full_durability")
-    ->Arg(0)
-    ->Arg(1)
-    ->Iterations(500)
-    ->UseManualTime()
-    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(hear, full, true)->Name("message/ours")->Iterations(200)->UseManualTime();
+BENCHMARK_CAPTURE(hear, normal, false)->Name("message_normal_durability/ours")->Iterations(200)->UseManualTime();
+
+/// A contact without numbers written in SQL by another process, which then says so by a pipe.
+void hearByPipe(benchmark::State& state) {
+    const std::filesystem::path file = benchmarks::newFile("messages.db");
+    benchmarks::OtherProcess writer([&]() -> benchmarks::OtherProcess::Work {
+        return [floor = std::make_shared<benchmarks::ContactsFloor>(file)](int round) {
+            floor->insert({.name = benchmarks::nameOf(round)});
+        };
+    });
+    Timings timings(state);
+    for (auto _ : state) {
+        const benchmarks::OtherProcess::Times times = writer.work();
+        timings.record(benchmarks::secondsNow() - times.begun);
+    }
+}
+BENCHMARK(hearByPipe)->Name("message/sql")->Iterations(200)->UseManualTime();
 
 /// Another thread of this process, which writes all at once.
 void addElsewhere(int people) {
@@ -209,47 +165,45 @@ int pumpAll() {
     return pumped;
 }
 
+/// The time of one of the messages that are waiting.
 void drain(benchmark::State& state) {
-    const int waiting = static_cast<int>(state.range(0));
+    constexpr int waiting = 10'000;
     const FreshStore store(false);
+    store.mount();
     const IdleWindow window;
     const CENOTIFYREQUEST request{sizeof(CENOTIFYREQUEST), window.GetSafeHwnd(), CEDB_EXNOTIFICATION, 0, 0};
     const Contacts watched(&request);
+    Timings timings(state);
     for (auto _ : state) {
-        state.PauseTiming();
         addElsewhere(waiting);
-        state.ResumeTiming();
+        const double begun = benchmarks::secondsNow();
         if (pumpAll() != waiting) state.SkipWithError("not all was heard");
+        timings.record((benchmarks::secondsNow() - begun) / waiting);
     }
-    state.SetItemsProcessed(state.iterations() * waiting);
 }
-BENCHMARK(drain)->Name("notification/drain")->Arg(10'000)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(drain)->Name("message_drain/ours")->Iterations(3)->UseManualTime();
 
-/// Each new contact has categories, and gets its extension row.
-void follow(benchmark::State& state) {
-    const int waiting = static_cast<int>(state.range(0));
-    const FreshStore store(state.range(1) != 0);
+/// The time of one new contact with categories, which gets its extension row.
+void follow(benchmark::State& state, bool fullDurability) {
+    constexpr int waiting = 1'000;
+    const FreshStore store(fullDurability);
+    store.mount();
     PhoneBook::PhoneBookDBMgr manager;
     if (FAILED(manager.initDB(true)) || FAILED(manager.openDB(nullptr))) state.SkipWithError("not open");
+    Timings timings(state);
     DWORD rows = 0;
     for (auto _ : state) {
-        state.PauseTiming();
         addElsewhere(waiting);
-        state.ResumeTiming();
+        const double begun = benchmarks::secondsNow();
         pumpAll();
+        timings.record((benchmarks::secondsNow() - begun) / waiting);
         rows += static_cast<DWORD>(waiting);
     }
-    if (manager.getTable(PhoneBook::PBDBTBL_PHONEBOOKEXT)->getNumRecords() != rows % 0x10000) {
+    if (manager.getTable(PhoneBook::PBDBTBL_PHONEBOOKEXT)->getNumRecords() != rows) {
         state.SkipWithError("not every contact got its row");
     }
-    state.SetItemsProcessed(state.iterations() * waiting);
 }
-BENCHMARK(follow)
-    ->Name("notification/follow/contacts/full_durability")
-    ->Args({10'000, 0})
-    ->Args({1'000, 1})
-    ->Iterations(1)
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(follow, full, true)->Name("message_follow/ours")->Iterations(1)->UseManualTime();
+BENCHMARK_CAPTURE(follow, normal, false)->Name("message_follow_normal_durability/ours")->Iterations(3)->UseManualTime();
 
 }  // namespace

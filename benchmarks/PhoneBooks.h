@@ -1,42 +1,57 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
+#include <benchmark/benchmark.h>
+
+#include "benchmarks/People.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 
-// Phone books of a given size to measure on: the same people each time, Korean and Latin names in turn,
-// each with a mobile number of its own, every third with a home number and a group.
+// Phone books of a given size to measure on.
 
 namespace benchmarks {
 
-/// A folder that goes with the process.
-const std::filesystem::path& scratchFolder();
+/// The people that a benchmark is about, by its argument: a million have contacts only.
+People peopleOf(const benchmark::State& state);
+/// 1,000, 10,000 and 65,000 people; and a million.
+void severalSizes(benchmark::internal::Benchmark* benchmark);
+void allSizes(benchmark::internal::Benchmark* benchmark);
 
-std::u16string nameOf(int person);
-/// As somebody would write it, with dashes.
-std::u16string mobileOf(int person);
-/// The same reduced to digits.
-std::u16string reducedMobileOf(int person);
+/// A UTF-16LE import file with these people, made when first asked for.
+std::filesystem::path importFile(const People& people);
+/// A store that holds these people, made when first asked for.
+std::filesystem::path storeOf(const People& people);
+/// The one for benchmarks that change people and leave them as they were. That of a million is no other: one more
+/// would only burden the disk.
+std::filesystem::path storeToChange(const People& people);
+/// Asks for all there is of who has that reduced number; answers the contact, 0 when nobody has exactly that number.
+DWORD identify(PhoneBook::PhoneBookDBMgr& manager, const CString& number);
+/// The person as an entry of the phone book.
+PhoneBook::PBRecord recordOf(const Person& person);
 
-/// A UTF-16LE import file with that many people, made when first asked for.
-std::filesystem::path importFile(int people);
-
-/// A store on disk that holds that many people, mounted, and a manager open over it. Warm: the contacts have
-/// been searched once.
-class PhoneBookOf {
+/// A store in a file, mounted while this lives, and a manager open over it.
+class OpenBook {
 public:
-    explicit PhoneBookOf(int people);
-    ~PhoneBookOf();
-    PhoneBookOf(const PhoneBookOf&) = delete;
-    PhoneBookOf& operator=(const PhoneBookOf&) = delete;
+    explicit OpenBook(const std::filesystem::path& store);
+    ~OpenBook();
+    OpenBook(const OpenBook&) = delete;
+    OpenBook& operator=(const OpenBook&) = delete;
 
     PhoneBook::PhoneBookDBMgr& manager() { return manager_; }
-    /// The store that holds that many people; made when first asked for.
-    static std::filesystem::path storeFile(int people);
 
 private:
     PhoneBook::PhoneBookDBMgr manager_;
 };
+
+/// Searches all contacts for a name that nobody has.
+void searchContacts(PhoneBook::PhoneBookDBMgr& manager);
+
+/// The manager of a store whose contacts have been searched once. It stays open for the next benchmark that asks for
+/// the same store, until another store is opened or `closeBook` is called: a process has one store at a time.
+PhoneBook::PhoneBookDBMgr& warmBook(const std::filesystem::path& store);
+void closeBook();
+
+/// Closes the book and takes the memory that was kept of its contacts away.
+void forgetContacts();
 
 }  // namespace benchmarks

@@ -1,46 +1,93 @@
+#include <optional>
 #include <spawn.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/Floor.h"
 #include "benchmarks/PhoneBooks.h"
+#include "benchmarks/Timings.h"
 
 extern char** environ;
 
-// A whole process: it opens the store, identifies one caller, and ends.
+// A whole process: it opens the store, identifies one caller, and ends. What is measured is the processor's time, the
+// process's own and the system's on its behalf. And the opening and closing alone, within this process.
 
 namespace {
 
-int run(std::string program, std::string store, std::string command, std::string number) {
-    std::string storeOption = "--store";
-    char* arguments[] = {program.data(), storeOption.data(), store.data(), command.data(), number.data(), nullptr};
+using benchmarks::People;
+using benchmarks::Timings;
+
+double secondsOf(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+}
+
+/// The processor time of a program that is run to its end; nothing when it fails. The words are the program and its
+/// arguments.
+std::optional<double> processorTimeOf(std::vector<std::string> words) {
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
     posix_spawn_file_actions_t quiet;
     posix_spawn_file_actions_init(&quiet);
     posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", 1, 0);
     pid_t child = 0;
     int status = -1;
-    if (posix_spawn(&child, program.c_str(), &quiet, nullptr, arguments, environ) == 0) waitpid(child, &status, 0);
+    rusage used{};
+    if (posix_spawn(&child, words[0].c_str(), &quiet, nullptr, arguments.data(), environ) == 0) {
+        ::wait4(child, &status, 0, &used);
+    }
     posix_spawn_file_actions_destroy(&quiet);
-    return status;
+    if (status != 0) return std::nullopt;
+    return secondsOf(used.ru_utime) + secondsOf(used.ru_stime);
 }
 
-void identifyAsAProcess(benchmark::State& state) {
-    const int people = static_cast<int>(state.range(0));
-    const std::string store = benchmarks::PhoneBookOf::storeFile(people).string();
-    const std::u16string mobile = benchmarks::mobileOf(people / 2);
+/// Runs the program for a person in the middle, again and again.
+void runForSomebody(std::vector<std::string> words, const People& people, benchmark::State& state) {
+    const std::u16string number = benchmarks::reducedMobileOf(people.count / 2);
+    words.emplace_back(number.begin(), number.end());
+    Timings timings(state);
     for (auto _ : state) {
-        if (run(TESSERA_TOOL, store, "identify", {mobile.begin(), mobile.end()}) != 0) {
+        const std::optional<double> taken = processorTimeOf(words);
+        if (taken) {
+            timings.record(*taken);
+        } else {
             state.SkipWithError("nobody was identified");
         }
     }
 }
-BENCHMARK(identifyAsAProcess)
-    ->Name("process/identify")
-    ->Arg(1'000)
-    ->Arg(10'000)
-    ->Arg(65'000)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
+
+void identifyAsAProcess(benchmark::State& state) {
+    const People people = benchmarks::peopleOf(state);
+    runForSomebody({TESSERA_TOOL, "--store", benchmarks::storeOf(people).string(), "identify"}, people, state);
+}
+BENCHMARK(identifyAsAProcess)->Name("process/ours")->Apply(benchmarks::allSizes)->Iterations(50);
+
+void lookUpAsAProcess(benchmark::State& state) {
+    const People people = benchmarks::peopleOf(state);
+    runForSomebody({TESSERA_FLOOR_PROGRAM, benchmarks::floorOf(people).string()}, people, state);
+}
+BENCHMARK(lookUpAsAProcess)->Name("process/sql")->Apply(benchmarks::allSizes)->Iterations(50);
+
+void openAndClose(benchmark::State& state) {
+    const std::filesystem::path store = benchmarks::storeOf(benchmarks::peopleOf(state));
+    benchmarks::closeBook();
+    Timings timings(state);
+    for (auto _ : state)
+        timings.time([&] { benchmarks::OpenBook book(store); });
+}
+BENCHMARK(openAndClose)->Name("open/ours")->Apply(benchmarks::allSizes);
+
+void openAndCloseSql(benchmark::State& state) {
+    const std::filesystem::path file = benchmarks::floorOf(benchmarks::peopleOf(state));
+    Timings timings(state);
+    for (auto _ : state)
+        timings.time([&] { benchmarks::ContactsFloor floor(file); });
+}
+BENCHMARK(openAndCloseSql)->Name("open/sql")->Apply(benchmarks::allSizes);
 
 }  // namespace

@@ -1,110 +1,183 @@
+#include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <stdexcept>
-#include <string>
+#include <utility>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/Floor.h"
 #include "benchmarks/PhoneBooks.h"
+#include "benchmarks/Scratch.h"
+#include "benchmarks/Timings.h"
 #include "tessera/platform/objectstore/ObjectStore.h"
 
-// Whole records: the members of a group, a walk over the extension rows by position, one update, and the end
-// of all of them.
+// Whole records written, each durable when the call returns: a contact, its extension row and its numbers; of a million
+// people contacts and numbers only. In turn with it the same rows in one SQL transaction.
 
 namespace {
 
-using benchmarks::PhoneBookOf;
+using benchmarks::ContactsFloor;
+using benchmarks::People;
+using benchmarks::Person;
+using benchmarks::Timings;
+using PhoneBook::PhoneBookDBMgr;
 
-void listGroup(benchmark::State& state) {
-    PhoneBookOf book(static_cast<int>(state.range(0)));
-    int members = 0;
-    for (auto _ : state) {
-        const std::unique_ptr<Database::Iterator> found(book.manager().searchPBRecordOfPBGroup(CString(u"친구")));
-        members = found == nullptr ? 0 : found->getNumItems();
-    }
-    state.counters["members"] = members;
+/// Somebody who is not among these people, with all that somebody can have.
+Person newcomer(const People& people, int number) {
+    const int everyThird = (people.count / 3 + 1 + number) * 3;
+    return benchmarks::personOf(people, everyThird);
 }
-BENCHMARK(listGroup)->Name("group/list")->Arg(1'000)->Arg(10'000)->Arg(65'000)->Unit(benchmark::kMillisecond);
 
-/// A store whose extension table has that many rows, such as contacts with a group have; made when first asked for.
-std::filesystem::path extendedStore(int rows) {
-    const std::filesystem::path path = benchmarks::scratchFolder() / ("extended-" + std::to_string(rows) + ".db");
-    if (std::filesystem::exists(path)) return path;
-    PhoneBook::PhoneBookDBMgr manager;
-    bool made =
-        ObjectStore::mount(path.string()) && SUCCEEDED(manager.initDB(false)) && SUCCEEDED(manager.openDB(nullptr));
-    {
+/// People who come to a phone book and leave again.
+class Newcomers {
+public:
+    Newcomers(PhoneBookDBMgr& manager, const People& people) : manager_(manager), people_(people) {}
+
+    void insert(PhoneBook::PBRecord record) {
+        DWORD oid = 0;
+        if (manager_.insertPBRecord(record, &oid) != S_OK) throw std::runtime_error("the contact is not inserted");
+        oids_.push_back(oid);
+    }
+    void removeLast() {
+        if (FAILED(manager_.deletePBRecord(oids_.back()))) throw std::runtime_error("the contact is not deleted");
+        oids_.pop_back();
+    }
+    void insertMany(std::int64_t count) {
         ObjectStoreBatch batch;
-        PhoneBook::PBRecord person;
-        person.dwCITypeMask = 0x10005;
-        person.strGroup = u"친구";
-        for (int i = 0; i < rows && made; ++i) {
-            person.strName = CString(benchmarks::nameOf(i));
-            person.strMobileTelephoneNumber = CString(benchmarks::mobileOf(i));
-            made = manager.insertPBRecord(person, nullptr) == S_OK;
-        }
-        made = batch.end() && made;
+        for (std::int64_t i = 0; i < count; ++i)
+            insert(benchmarks::recordOf(newcomer(people_, static_cast<int>(oids_.size()))));
+        if (!batch.end()) throw std::runtime_error("the contacts are not kept");
     }
-    manager.closeDB();
-    ObjectStore::unmount();
-    if (!made) throw std::runtime_error("the extension rows cannot be made");
-    return path;
+    void removeAll() {
+        ObjectStoreBatch batch;
+        while (!oids_.empty())
+            removeLast();
+        if (!batch.end()) throw std::runtime_error("the contacts are not deleted");
+    }
+
+private:
+    PhoneBookDBMgr& manager_;
+    People people_;
+    std::vector<DWORD> oids_;
+};
+
+void insert(benchmark::State& state) {
+    const People people = benchmarks::peopleOf(state);
+    Newcomers newcomers(benchmarks::warmBook(benchmarks::storeToChange(people)), people);
+    ContactsFloor& floor = benchmarks::warmFloor(benchmarks::floorToChange(people));
+    std::vector<std::pair<std::int64_t, Person>> inserted;
+    Timings timings(state);
+    Timings floorTimings(state, benchmarks::inSql);
+    for (auto _ : state) {
+        const Person person = newcomer(people, static_cast<int>(inserted.size()));
+        const PhoneBook::PBRecord record = benchmarks::recordOf(person);
+        timings.time([&] { newcomers.insert(record); });
+        std::int64_t id = 0;
+        floorTimings.time([&] { id = floor.insert(person); });
+        inserted.emplace_back(id, person);
+    }
+    newcomers.removeAll();
+    floor.removeAll(inserted);
+}
+BENCHMARK(insert)->Name("insert/ours")->Apply(benchmarks::allSizes);
+
+/// Somebody without a group, in the middle: a group that is written is put in front of the categories, which would
+/// grow.
+int somebodyOf(const People& people) {
+    return people.count / 2 - (people.count / 2) % 3 + 1;
 }
 
-void walkExtensionRows(benchmark::State& state) {
-    const std::filesystem::path store = extendedStore(static_cast<int>(state.range(0)));
-    PhoneBook::PhoneBookDBMgr manager;
-    if (!ObjectStore::mount(store.string()) || FAILED(manager.openDB(nullptr))) state.SkipWithError("not open");
-    int rows = 0;
-    CCeDBRecord row;
-    for (auto _ : state) {
-        const std::unique_ptr<Database::Iterator> all(
-            manager.getIterator(UINT{PhoneBook::PBDBTBL_PHONEBOOKEXT}, 0, nullptr, nullptr));
-        rows = all->getNumItems();
-        for (int i = 0; i < rows; ++i) {
-            if (all->getRecordAt(i, &row) != S_OK) state.SkipWithError("a row cannot be read");
-        }
-    }
-    state.counters["rows"] = rows;
-    state.SetItemsProcessed(state.iterations() * rows);
-    manager.closeDB();
-    ObjectStore::unmount();
+/// The same person with two numbers in turn.
+Person withNumber(const People& people, int round) {
+    Person person = benchmarks::personOf(people, somebodyOf(people));
+    if (round % 2 == 0) return person;
+    person.mobile = u"010-9000-0000";
+    person.reducedMobile = u"01090000000";
+    return person;
 }
-BENCHMARK(walkExtensionRows)->Name("extension/walk")->Arg(10'000)->Arg(65'000)->Unit(benchmark::kMillisecond);
 
 void update(benchmark::State& state) {
-    PhoneBookOf book(static_cast<int>(state.range(0)));
-    const std::unique_ptr<Database::Iterator> found(
-        book.manager().searchPBRecord(PhoneBook::PBDBATTR_NAME, CString(u"boris g")));
-    const DWORD oid = found->getAt(0);
+    const People people = benchmarks::peopleOf(state);
+    PhoneBookDBMgr& manager = benchmarks::warmBook(benchmarks::storeToChange(people));
+    const DWORD oid = benchmarks::identify(manager, CString(withNumber(people, 0).reducedMobile));
+    if (oid == 0) {
+        state.SkipWithError("nobody to be updated");
+        return;
+    }
+    constexpr DWORD bell = 0x100000;  // a field of the extension row, which is then written too
+    const auto write = [&](int round) {
+        PhoneBook::PBRecord record = benchmarks::recordOf(withNumber(people, round));
+        if (people.extended) record.dwCITypeMask |= bell;
+        if (manager.updatePBRecord(oid, record) != S_OK) state.SkipWithError("the contact is not updated");
+    };
+    write(0);
+    ContactsFloor& floor = benchmarks::warmFloor(benchmarks::floorToChange(people));
+    const std::int64_t id = floor.lookUp(withNumber(people, 0).reducedMobile).id;
+    if (people.extended) floor.extend(id, withNumber(people, 0));
     int round = 0;
+    Timings timings(state);
+    Timings floorTimings(state, benchmarks::inSql);
     for (auto _ : state) {
-        PhoneBook::PBRecord record;
-        record.strName = u"Boris Garcia";
-        record.strMobileTelephoneNumber = ++round % 2 == 0 ? u"010-1234-5678" : u"010-8765-4321";
-        record.dwCITypeMask = 0x5;
-        if (book.manager().updatePBRecord(oid, record) != S_OK) state.SkipWithError("the contact is not updated");
+        ++round;
+        timings.time([&] { write(round); });
+        const Person person = withNumber(people, round);
+        const Person before = withNumber(people, round - 1);
+        floorTimings.time([&] { floor.update(id, person, before); });
     }
+    write(0);
+    floor.update(id, withNumber(people, 0), withNumber(people, round));
 }
-// On a store of its own size: the measured updates stay in it.
-BENCHMARK(update)->Name("update")->Arg(1'001)->UseRealTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(update)->Name("update/ours")->Apply(benchmarks::allSizes);
 
-void deleteAll(benchmark::State& state) {
-    const std::filesystem::path full = PhoneBookOf::storeFile(static_cast<int>(state.range(0)));
-    const std::filesystem::path store = benchmarks::scratchFolder() / "delete.db";
+void remove(benchmark::State& state) {
+    const People people = benchmarks::peopleOf(state);
+    Newcomers newcomers(benchmarks::warmBook(benchmarks::storeToChange(people)), people);
+    newcomers.insertMany(static_cast<std::int64_t>(state.max_iterations));
+    ContactsFloor& floor = benchmarks::warmFloor(benchmarks::floorToChange(people));
+    std::vector<Person> persons;
+    for (int i = 0; i < static_cast<int>(state.max_iterations); ++i)
+        persons.push_back(newcomer(people, i));
+    std::vector<std::int64_t> ids = floor.import(persons);
+    Timings timings(state);
+    Timings floorTimings(state, benchmarks::inSql);
     for (auto _ : state) {
-        state.PauseTiming();
-        std::filesystem::copy_file(full, store, std::filesystem::copy_options::overwrite_existing);
-        PhoneBook::PhoneBookDBMgr manager;
-        if (!ObjectStore::mount(store.string()) || FAILED(manager.openDB(nullptr))) state.SkipWithError("not open");
-        state.ResumeTiming();
-        if (manager.deleteAllPBRecords() != S_OK) state.SkipWithError("not all is deleted");
-        state.PauseTiming();
-        manager.closeDB();
-        ObjectStore::unmount();
-        state.ResumeTiming();
+        timings.time([&] { newcomers.removeLast(); });
+        floorTimings.time([&] { floor.remove(ids.back(), persons.back()); });
+        ids.pop_back();
+        persons.pop_back();
     }
 }
-BENCHMARK(deleteAll)->Name("delete_all")->Arg(10'000)->Arg(65'000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(remove)->Name("delete/ours")->Apply(benchmarks::allSizes);
+
+void removeAll(benchmark::State& state) {
+    const std::filesystem::path full = benchmarks::storeOf(benchmarks::peopleOf(state));
+    Timings timings(state);
+    for (auto _ : state) {
+        const std::filesystem::path store = benchmarks::settledCopy(full);
+        {
+            benchmarks::OpenBook book(store);
+            timings.time([&] {
+                if (book.manager().deleteAllPBRecords() != S_OK) state.SkipWithError("not all is deleted");
+            });
+        }
+        benchmarks::removeDatabase(store);
+    }
+}
+BENCHMARK(removeAll)->Name("delete_all/ours")->Apply(benchmarks::severalSizes)->Iterations(1);
+
+void removeAllRows(benchmark::State& state) {
+    const std::filesystem::path full = benchmarks::floorOf(benchmarks::peopleOf(state));
+    Timings timings(state);
+    for (auto _ : state) {
+        const std::filesystem::path file = benchmarks::settledCopy(full);
+        {
+            ContactsFloor floor(file);
+            timings.time([&] { floor.removeAll(); });
+        }
+        benchmarks::removeDatabase(file);
+    }
+}
+BENCHMARK(removeAllRows)->Name("delete_all/sql")->Apply(benchmarks::severalSizes)->Iterations(1);
 
 }  // namespace

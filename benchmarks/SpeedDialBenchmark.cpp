@@ -1,136 +1,217 @@
-#include <memory>
-#include <set>
+#include <cstdint>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/Floor.h"
 #include "benchmarks/PhoneBooks.h"
+#include "benchmarks/Scratch.h"
+#include "benchmarks/Timings.h"
 #include "tessera/platform/objectstore/ObjectStore.h"
 
-// The speed-dial cache filled from a full table, and a slot set and cleared, durably. Beside the latter its floor:
-// the same six row writes in two SQL transactions.
+// The speed-dial cache filled from full tables, one slot set and cleared, and the whole cache flushed, durably. Beside
+// it the same rows read in SQL, in turn with it the same rows written: a slot's, its contact's and the contact's
+// extension row.
 
 namespace {
 
-using benchmarks::PhoneBookOf;
+using benchmarks::ContactsFloor;
+using benchmarks::People;
+using benchmarks::Person;
+using benchmarks::SqlStatement;
+using benchmarks::SqlTransaction;
+using benchmarks::Timings;
+using PhoneBook::PhoneBookDBMgr;
+using PhoneBook::SpeedDialInfo;
 
 constexpr DWORD mobileType = 0x4;
 constexpr int slots = 99;
 
-std::vector<DWORD> contactsOf(PhoneBook::PhoneBookDBMgr& manager) {
-    const std::unique_ptr<Database::Iterator> each(
-        manager.getIterator(UINT{PhoneBook::PBDBATTR_NAME}, nullptr, nullptr));
-    std::vector<DWORD> oids;
-    while (each->next() == S_OK)
-        oids.push_back(each->getCur());
-    return oids;
+/// Who is to have a slot: nobody with a group, since a link that is written puts the group in front of the categories,
+/// which would grow.
+int holderOf(int slot, const People& people) {
+    const int number = slot * (people.count / (slots + 1));
+    return number - number % 3 + 1;
 }
 
-/// The mobile number of a contact as an entry for a slot.
-PhoneBook::SpeedDialInfo entryFor(PhoneBook::PhoneBookDBMgr& manager, DWORD slot, DWORD contact) {
-    PhoneBook::PBRecord record;
-    record.dwCITypeMask = mobileType;
-    if (manager.queryCallerInfo(contact, &record) != S_OK) throw std::runtime_error("the contact is not read");
-    PhoneBook::SpeedDialInfo info;
-    info.dwSDialID = slot;
-    info.dwOID = contact;
+/// The holder's mobile number as an entry for the slot.
+SpeedDialInfo entryFor(PhoneBookDBMgr& manager, int slot, const People& people) {
+    const Person person = benchmarks::personOf(people, holderOf(slot, people));
+    SpeedDialInfo info;
+    info.dwOID = benchmarks::identify(manager, CString(person.reducedMobile));
+    if (info.dwOID == 0) throw std::runtime_error("the holder is not there");
+    info.dwSDialID = static_cast<DWORD>(slot);
     info.dwTelType = mobileType;
-    info.strTelNo = record.strMobileTelephoneNumber;
+    info.strTelNo = CString(person.mobile);
     return info;
 }
 
-/// Gives a contact of every 656 a slot.
-void fillEverySlot(PhoneBook::PhoneBookDBMgr& manager, const std::vector<DWORD>& contacts) {
+std::vector<SpeedDialInfo> entriesFor(PhoneBookDBMgr& manager, const People& people) {
+    std::vector<SpeedDialInfo> entries;
+    for (int slot = 1; slot <= slots; ++slot)
+        entries.push_back(entryFor(manager, slot, people));
+    return entries;
+}
+
+void setAll(PhoneBookDBMgr& manager, std::vector<SpeedDialInfo> entries) {
     ObjectStoreBatch batch;
-    for (DWORD slot = 1; slot <= slots; ++slot) {
-        PhoneBook::SpeedDialInfo info = entryFor(manager, slot, contacts.at(slot * contacts.size() / (slots + 1)));
-        if (manager.insertSpeedDialInfo(slot, &info) != S_OK) throw std::runtime_error("the slot is not set");
+    for (SpeedDialInfo& entry : entries) {
+        if (manager.writeSpeedDialInfo(entry.dwSDialID, &entry) != S_OK) throw std::runtime_error("a slot is not set");
     }
     if (!batch.end()) throw std::runtime_error("the slots are not kept");
 }
 
-/// Gives every contact that has none an extension row, without slots.
-void extendEverybody(PhoneBook::PhoneBookDBMgr& manager, const std::vector<DWORD>& contacts) {
-    Database::Table* extension = manager.getTable(PhoneBook::PBDBTBL_PHONEBOOKEXT);
-    std::set<DWORD> extended;
-    const std::unique_ptr<Database::Iterator> rows(extension->getIterator(nullptr, nullptr));
-    while (rows->next() == S_OK)
-        extended.insert(rows->getProp(0).getUI4());
-    ObjectStoreBatch batch;
-    for (const DWORD contact : contacts) {
-        if (extended.contains(contact)) continue;
-        CCeDBProp props[11];
-        for (int i = 0; i < extension->getNumAttrs(); ++i)
-            props[i] = CCeDBProp(extension->getAttrDef(i)->getType(), extension->getAttrIdent(i));
-        props[0] = CCeDBProp::ofUI4(extension->getAttrIdent(0), contact);
-        props[1] = CCeDBProp::ofText(extension->getAttrIdent(1), u"somebody");
-        DWORD oid = 0;
-        if (extension->insertRecord(props, oid) != S_OK) throw std::runtime_error("the row is not inserted");
+/// The slots' table, and what is written with it.
+class SlotsFloor {
+public:
+    explicit SlotsFloor(const People& people)
+        : contacts_(benchmarks::settledCopy(benchmarks::floorOf(people))),
+          insert_(contacts_.database(), "INSERT INTO slot(slot,type,number,flags) VALUES(?,4,?,7)"),
+          update_(contacts_.database(), "UPDATE slot SET type=4,number=?2,flags=7 WHERE slot=?1"),
+          delete_(contacts_.database(), "DELETE FROM slot WHERE slot=?"),
+          slots_(contacts_.database(), "SELECT slot,type,number FROM slot ORDER BY slot"),
+          extensions_(contacts_.database(), "SELECT contact,name,slots FROM extension WHERE slots<>0") {
+        contacts_.database().run(
+            "CREATE TABLE slot(id INTEGER PRIMARY KEY, slot INTEGER, type INTEGER, number TEXT, flags INTEGER);"
+            "CREATE INDEX by_slot ON slot(slot)");
+        for (int slot = 0; slot <= slots; ++slot) {
+            holders_.push_back(benchmarks::personOf(people, holderOf(slot, people)));
+            ids_.push_back(contacts_.lookUp(holders_.back().reducedMobile).id);
+            contacts_.extend(ids_.back(), holders_.back());
+        }
     }
-    if (!batch.end()) throw std::runtime_error("the rows are not kept");
-}
 
-void fillCache(benchmark::State& state, bool everybodyIsExtended) {
-    PhoneBookOf book(static_cast<int>(state.range(0)));
-    const std::vector<DWORD> contacts = contactsOf(book.manager());
-    fillEverySlot(book.manager(), contacts);
-    if (everybodyIsExtended) extendEverybody(book.manager(), contacts);
+    void setAll() {
+        for (int slot = 1; slot <= slots; ++slot)
+            set(slot);
+    }
+    void set(int slot) {
+        SqlTransaction transaction(contacts_.database());
+        insert_.run(slot, holder(slot).reducedMobile);
+        link(slot, slot);
+        transaction.commit();
+    }
+    void clear(int slot) {
+        SqlTransaction transaction(contacts_.database());
+        delete_.run(slot);
+        link(slot, 0);
+        transaction.commit();
+    }
+    void rewriteAll() {
+        SqlTransaction transaction(contacts_.database());
+        for (int slot = 1; slot <= slots; ++slot) {
+            update_.run(slot, holder(slot).reducedMobile);
+            link(slot, slot);
+        }
+        transaction.commit();
+    }
+    /// How many slots have a contact.
+    int readAll() {
+        std::vector<SpeedDialInfo> entries(slots + 1);
+        for (slots_.ask(); slots_.next();)
+            entries.at(static_cast<std::size_t>(slots_.number(0))).strTelNo = CString(slots_.text(2));
+        int linked = 0;
+        for (extensions_.ask(); extensions_.next(); ++linked) {
+            SpeedDialInfo& entry = entries.at(static_cast<std::size_t>(extensions_.number(2)));
+            entry.dwOID = static_cast<DWORD>(extensions_.number(0));
+            entry.strName = CString(extensions_.text(1));
+        }
+        return linked;
+    }
+
+private:
+    const Person& holder(int slot) const { return holders_[static_cast<std::size_t>(slot)]; }
+    void link(int slot, int word) { contacts_.rewrite(ids_[static_cast<std::size_t>(slot)], holder(slot), word); }
+
+    ContactsFloor contacts_;
+    SqlStatement insert_;
+    SqlStatement update_;
+    SqlStatement delete_;
+    SqlStatement slots_;
+    SqlStatement extensions_;
+    std::vector<Person> holders_;
+    std::vector<std::int64_t> ids_;
+};
+
+/// The slots of a phone book, all set while this lives.
+class FullSlots {
+public:
+    FullSlots(PhoneBookDBMgr& manager, const People& people) : entries(entriesFor(manager, people)), manager_(manager) {
+        setAll(manager, entries);
+    }
+    ~FullSlots() { static_cast<void>(manager_.deleteAllSpeedDialInfos()); }
+    FullSlots(const FullSlots&) = delete;
+    FullSlots& operator=(const FullSlots&) = delete;
+
+    const std::vector<SpeedDialInfo> entries;
+
+private:
+    PhoneBookDBMgr& manager_;
+};
+
+void fillCache(benchmark::State& state) {
+    const People people = benchmarks::peopleOf(state);
+    PhoneBookDBMgr& manager = benchmarks::warmBook(benchmarks::storeToChange(people));
+    const FullSlots full(manager, people);
+    Timings timings(state);
     for (auto _ : state) {
-        if (book.manager().fillSDialInfoCache() != S_OK) state.SkipWithError("the cache is not filled");
+        timings.time([&] {
+            if (manager.fillSDialInfoCache() != S_OK) state.SkipWithError("the cache is not filled");
+        });
     }
-    if (book.manager().getSDialInfoCache(slots).dwOID == 0) state.SkipWithError("the cache is not complete");
-    state.counters["rows"] = book.manager().getTable(PhoneBook::PBDBTBL_PHONEBOOKEXT)->getNumRecords();
-    // The store may be asked for again, by the next repetition: as it was.
-    if (book.manager().deleteAllSpeedDialInfos() != S_OK) state.SkipWithError("the slots are not emptied");
+    if (manager.getSDialInfoCache(slots).dwOID == 0) state.SkipWithError("the cache is not complete");
 }
-// On stores of their own sizes: the rows stay in them. In the first every third contact is extended.
-BENCHMARK_CAPTURE(fillCache, some, false)->Name("speed_dial/fill")->Arg(65'001)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(fillCache, all, true)
-    ->Name("speed_dial/fill_all_extended")
-    ->Arg(65'002)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(fillCache)->Name("speed_dial_fill/ours")->Apply(benchmarks::severalSizes);
 
-/// Somebody without a group: a link that is written puts the group in front of the categories, which would grow.
-int somebodyOf(int people) {
-    return people / 2 - (people / 2) % 3 + 1;
+void fillFromRows(benchmark::State& state) {
+    SlotsFloor floor(benchmarks::peopleOf(state));
+    floor.setAll();
+    Timings timings(state);
+    for (auto _ : state) {
+        int linked = 0;
+        timings.time([&] { linked = floor.readAll(); });
+        if (linked != slots) state.SkipWithError("not all slots were read");
+    }
 }
+BENCHMARK(fillFromRows)->Name("speed_dial_fill/sql")->Apply(benchmarks::severalSizes);
+
+void flushCache(benchmark::State& state) {
+    const People people = benchmarks::peopleOf(state);
+    PhoneBookDBMgr& manager = benchmarks::warmBook(benchmarks::storeToChange(people));
+    const FullSlots full(manager, people);
+    SlotsFloor floor(people);
+    floor.setAll();
+    Timings timings(state);
+    Timings floorTimings(state, benchmarks::inSql);
+    for (auto _ : state) {
+        for (SpeedDialInfo entry : full.entries) {
+            if (manager.writeSDialInfoCache(entry.dwSDialID, &entry) != S_OK) state.SkipWithError("not written");
+        }
+        timings.time([&] {
+            if (manager.flushSDialInfoCache() != S_OK) state.SkipWithError("the cache is not flushed");
+        });
+        floorTimings.time([&] { floor.rewriteAll(); });
+    }
+}
+BENCHMARK(flushCache)->Name("speed_dial_flush/ours")->Apply(benchmarks::severalSizes);
 
 void setAndClear(benchmark::State& state) {
-    const int people = static_cast<int>(state.range(0));
-    PhoneBookOf book(people);
-    const std::unique_ptr<Database::Iterator> found(
-        book.manager().searchPBRecordOfTelNo(nullptr, CString(benchmarks::reducedMobileOf(somebodyOf(people)))));
-    PhoneBook::SpeedDialInfo info = entryFor(book.manager(), 7, found->getAt(0));
+    const People people = benchmarks::peopleOf(state);
+    PhoneBookDBMgr& manager = benchmarks::warmBook(benchmarks::storeToChange(people));
+    SpeedDialInfo info = entryFor(manager, 7, people);
+    SlotsFloor floor(people);
+    Timings timings(state);
+    Timings floorTimings(state, benchmarks::inSql);
     for (auto _ : state) {
-        if (book.manager().insertSpeedDialInfo(7, &info) != S_OK) state.SkipWithError("the slot is not set");
-        if (book.manager().deleteSpeedDialInfo(7, &info) != S_OK) state.SkipWithError("the slot is not cleared");
+        timings.time([&] {
+            if (manager.insertSpeedDialInfo(7, &info) != S_OK) state.SkipWithError("the slot is not set");
+        });
+        floorTimings.time([&] { floor.set(7); });
+        if (manager.deleteSpeedDialInfo(7, &info) != S_OK) state.SkipWithError("the slot is not cleared");
+        floor.clear(7);
     }
 }
-BENCHMARK(setAndClear)
-    ->Name("speed_dial/set_and_clear")
-    ->Arg(1'003)
-    ->Arg(10'003)
-    ->UseRealTime()
-    ->Unit(benchmark::kMicrosecond);
-
-void setAndClearFloor(benchmark::State& state) {
-    static int files = 0;
-    const int people = static_cast<int>(state.range(0));
-    const auto file = benchmarks::scratchFolder() / ("slots" + std::to_string(++files) + ".sqlite");
-    benchmarks::SpeedDialFloor floor(file.string(), people);
-    for (auto _ : state) {
-        floor.set(7, somebodyOf(people));
-        floor.clear(7, somebodyOf(people));
-    }
-}
-BENCHMARK(setAndClearFloor)
-    ->Name("speed_dial/set_and_clear_floor")
-    ->Arg(1'003)
-    ->Arg(10'003)
-    ->UseRealTime()
-    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(setAndClear)->Name("speed_dial_set/ours")->Apply(benchmarks::severalSizes);
 
 }  // namespace

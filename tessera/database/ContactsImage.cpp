@@ -1,6 +1,7 @@
 #include "tessera/database/ContactsImage.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "tessera/database/PackedSearch.h"
 #include "tessera/database/UnicodeHandler.h"
@@ -130,6 +131,23 @@ void ContactsImage::remove(DWORD oid) {
         order_.erase(std::ranges::find(order_, entry->slot));
     }
     identifiers_.erase(first, last);
+}
+
+void ContactsImage::fit() {
+    const auto refit = [](auto& container) {
+        std::remove_reference_t<decltype(container)> fitting;
+        fitting.reserve(container.size() + container.size() / 8);
+        fitting.assign(container.begin(), container.end());
+        container.swap(fitting);
+    };
+    refit(contacts_);
+    refit(identifiers_);
+    refit(order_);
+    refit(names_);
+    refit(lowerNames_);
+    refit(numbers_);
+    refit(keys_);
+    refit(firstInitials_);
 }
 
 bool ContactsImage::wasteful() const {

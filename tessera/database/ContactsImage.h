@@ -37,6 +37,8 @@ public:
     void put(const ScannedContact& contact);
     void remove(DWORD oid);
     void clear() { *this = ContactsImage(); }
+    /// Gives back the memory that growing took beyond what is used, but for an eighth: some contacts will be put.
+    void fit();
 
     std::size_t size() const { return order_.size(); }
     /// True when more is kept for contacts that are gone than a fresh image would be worth.

@@ -117,6 +117,7 @@ private:
         image_.clear();
         ScannedContact contact;
         whole_ = reader.readAll(sequence_, [&](const RecordView& record) { image_.append(scanned(record, contact)); });
+        image_.fit();
         return whole_;
     }
 
