@@ -1,6 +1,7 @@
 #include "tessera/database/ContactsImage.h"
 
 #include <algorithm>
+#include <span>
 #include <type_traits>
 
 #include "tessera/database/PackedSearch.h"
@@ -46,16 +47,36 @@ std::optional<int> initialOf(WCHAR ch) {
     return initial;
 }
 
-/// A plain consonant finds its tense partner too.
-bool sameInitial(int initial, WCHAR sought) {
-    return initial == sought || initial == UnicodeHandler::getRelatedJa(sought);
+/// An initial of a key: a plain consonant finds its tense partner too.
+class SoughtInitial {
+public:
+    explicit SoughtInitial(WCHAR ch) : plain_(ch), tense_(UnicodeHandler::getRelatedJa(ch)) {}
+    bool finds(int initial) const { return initial == plain_ || initial == tense_; }
+
+private:
+    int plain_;
+    int tense_;
+};
+
+/// Whether the name begins with these initials, blanks and commas passed over.
+bool beginsWith(std::u16string_view lowerName, std::span<const SoughtInitial> initials) {
+    for (const WCHAR ch : lowerName) {
+        if (initials.empty()) break;
+        const auto initial = initialOf(ch);
+        if (!initial) continue;
+        if (!initials.front().finds(*initial)) return false;
+        initials = initials.subspan(1);
+    }
+    return initials.empty();
 }
 
-WCHAR firstInitialOf(std::u16string_view lowerName) {
-    for (const WCHAR ch : lowerName) {
-        if (const auto initial = initialOf(ch)) return static_cast<WCHAR>(*initial);
+std::array<WCHAR, 2> firstInitialsOf(std::u16string_view lowerName) {
+    std::array<WCHAR, 2> initials{};
+    std::size_t found = 0;
+    for (std::size_t i = 0; i < lowerName.size() && found < initials.size(); ++i) {
+        if (const auto initial = initialOf(lowerName[i])) initials[found++] = static_cast<WCHAR>(*initial);
     }
-    return u'\0';
+    return initials;
 }
 
 /// The key as bytes; nothing when it has a character that no reduced number has.
@@ -79,7 +100,7 @@ ContactsImage::Slot ContactsImage::addSlot(const ScannedContact& contact) {
     lower.MakeLower();
     names_.append(contact.name).push_back(u'\0');
     lowerNames_.append(lower.view()).push_back(u'\0');
-    firstInitials_.push_back(firstInitialOf(lower.view()));
+    firstInitials_.push_back(firstInitialsOf(lower.view()));
     for (const std::string& number : contact.numbers)
         numbers_.append(number).push_back('\0');
     keys_ += contact.sortKey;
@@ -179,10 +200,11 @@ std::vector<ScanMatch> ContactsImage::matchingName(const CString& key) const {
     if (isCompatibilityConsonant(first)) lowerKey = initialsOf(key);
     const bool byInitials = isCompatibilityConsonant(first) || isInitial(first);
 
+    const std::vector<Slot> slots = byInitials ? slotsWithInitials(lowerKey.view()) : slotsWithName(lowerKey.view());
     std::vector<ScanMatch> matches;
-    for (const Slot slot : byInitials ? slotsWithInitials(lowerKey.view()) : slotsWithName(lowerKey.view())) {
+    matches.reserve(slots.size());
+    for (const Slot slot : slots)
         matches.push_back(matchOf(slot));
-    }
     return matches;
 }
 
@@ -192,27 +214,30 @@ ScanMatch ContactsImage::matchOf(Slot slot) const {
 
 std::vector<ContactsImage::Slot> ContactsImage::slotsWithInitials(std::u16string_view initials) const {
     if (initials.empty()) return order_;
-    const WCHAR plain = initials[0];
-    const int tense = UnicodeHandler::getRelatedJa(plain);
+    const std::vector<SoughtInitial> sought(initials.begin(), initials.end());
     std::vector<Slot> slots;
     for (Slot slot = 0; slot < contacts_.size(); ++slot) {
-        // Nearly all are told apart by this, without their names being looked at.
-        if (firstInitials_[slot] != plain && firstInitials_[slot] != tense) continue;
-        if (contacts_[slot].live && beginsWithInitials(contacts_[slot], initials)) slots.push_back(slot);
+        // Nearly all are told apart by these, without their names being looked at.
+        const auto [first, second] = firstInitials_[slot];
+        if (!sought[0].finds(first) || (sought.size() > 1 && !sought[1].finds(second))) continue;
+        if (contacts_[slot].live && beginsWith(lowerNameOf(contacts_[slot]), sought)) slots.push_back(slot);
     }
     return inNameOrder(std::move(slots));
 }
 
-bool ContactsImage::beginsWithInitials(const Contact& contact, std::u16string_view initials) const {
-    std::size_t matched = 0;
-    for (const WCHAR ch : lowerNameOf(contact)) {
-        if (matched == initials.size()) break;
-        const auto initial = initialOf(ch);
-        if (!initial) continue;
-        if (!sameInitial(*initial, initials[matched])) break;
-        ++matched;
+ContactsImage::Slot ContactsImage::slotAt(std::uint32_t Contact::*start, std::size_t place, Slot from) const {
+    const auto beginsBehind = [&](std::size_t slot) {
+        return slot >= contacts_.size() || contacts_[slot].*start > place;
+    };
+    std::size_t known = from;
+    std::size_t step = 1;
+    for (; !beginsBehind(known + step); step *= 2)
+        known += step;
+    while (step > 1) {
+        step /= 2;
+        if (!beginsBehind(known + step)) known += step;
     }
-    return matched == initials.size();
+    return static_cast<Slot>(known);
 }
 
 std::vector<ContactsImage::Slot> ContactsImage::slotsWithName(std::u16string_view lowerKey) const {
@@ -220,10 +245,12 @@ std::vector<ContactsImage::Slot> ContactsImage::slotsWithName(std::u16string_vie
     std::vector<Slot> slots;
     if (lowerKey.find(u'\0') != std::u16string_view::npos) return slots;  // zeros stand between names, in none
     const std::u16string_view names = lowerNames_;
+    Slot slot = 0;
     for (std::size_t hit = findInPacked(names, lowerKey); hit != std::u16string_view::npos;) {
         // The contact whose name the hit begins in; a zero behind each name keeps a hit within one.
-        const Contact& contact = *std::prev(std::ranges::upper_bound(contacts_, hit, {}, &Contact::nameStart));
-        if (contact.live) slots.push_back(static_cast<Slot>(&contact - contacts_.data()));
+        slot = slotAt(&Contact::nameStart, hit, slot);
+        const Contact& contact = contacts_[slot];
+        if (contact.live) slots.push_back(slot);
         hit = findInPacked(names, lowerKey, contact.nameStart + contact.nameLength);
     }
     return inNameOrder(std::move(slots));
@@ -244,10 +271,12 @@ std::vector<ScanMatch> ContactsImage::matchingNumber(const CString& key) const {
 std::vector<ContactsImage::Slot> ContactsImage::slotsWithNumber(std::string_view digits) const {
     std::vector<Slot> slots;
     const std::string_view numbers = numbers_;
+    Slot slot = 0;
     for (std::size_t hit = findInPacked(numbers, digits); hit < numbers.size();) {
         // The contact whose number the hit begins in; a zero behind each number keeps a hit within one.
-        const Contact& contact = *std::prev(std::ranges::upper_bound(contacts_, hit, {}, &Contact::numbersStart));
-        if (contact.live) slots.push_back(static_cast<Slot>(&contact - contacts_.data()));
+        slot = slotAt(&Contact::numbersStart, hit, slot);
+        const Contact& contact = contacts_[slot];
+        if (contact.live) slots.push_back(slot);
         hit = findInPacked(numbers, digits, contact.numbersEnd);
     }
     return inNameOrder(std::move(slots));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -71,6 +72,8 @@ private:
         std::uint16_t numbersBeforeName;
         bool live;
     };
+    /// What a search by initials compares first; a zero where the name has none left.
+    using FirstInitials = std::array<WCHAR, 2>;
     struct Identifier {
         DWORD oid;
         Slot slot;
@@ -84,9 +87,10 @@ private:
     std::u16string_view lowerNameOf(const Contact& contact) const;
     std::string_view keyOf(const Contact& contact) const;
     bool standsBefore(Slot left, Slot right) const;
-    bool beginsWithInitials(const Contact& contact, std::u16string_view initials) const;
     bool firstHitStandsBehindName(const Contact& contact, std::string_view digits) const;
 
+    /// The last slot from `from` on whose texts of a kind begin at `place` or before. Near ones are found soonest.
+    Slot slotAt(std::uint32_t Contact::*start, std::size_t place, Slot from) const;
     std::vector<Slot> slotsWithNumber(std::string_view digits) const;
     std::vector<Slot> slotsWithName(std::u16string_view lowerKey) const;
     std::vector<Slot> slotsWithInitials(std::u16string_view initials) const;
@@ -95,13 +99,13 @@ private:
     std::vector<Contact> contacts_;        ///< By slot: the order in which they came.
     std::vector<Identifier> identifiers_;  ///< Live contacts by identifier, once they are sorted.
     bool identifiersSorted_ = true;
-    std::vector<Slot> order_;           ///< Live contacts in name order.
-    bool slotsInOrder_ = true;          ///< Slots ascend along order_.
-    std::u16string names_;              ///< All names, each behind the other, a zero after each.
-    std::u16string lowerNames_;         ///< The same in lower case, at the same places.
-    std::string numbers_;               ///< All numbers, a zero after each.
-    std::string keys_;                  ///< All sort keys.
-    std::vector<WCHAR> firstInitials_;  ///< By slot: the first consonant or other character of the name that counts.
+    std::vector<Slot> order_;                   ///< Live contacts in name order.
+    bool slotsInOrder_ = true;                  ///< Slots ascend along order_.
+    std::u16string names_;                      ///< All names, each behind the other, a zero after each.
+    std::u16string lowerNames_;                 ///< The same in lower case, at the same places.
+    std::string numbers_;                       ///< All numbers, a zero after each.
+    std::string keys_;                          ///< All sort keys.
+    std::vector<FirstInitials> firstInitials_;  ///< By slot.
     std::unordered_map<std::u16string, CategoriesNumber> categories_;  ///< Every text met, numbered from 1.
 };
 

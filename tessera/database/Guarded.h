@@ -20,7 +20,7 @@ Answer guarded(Answer failure, Body&& body) noexcept {
 
 /// Null when memory is short.
 template <class Object, class... Arguments>
-Object* newOrNull(Arguments&&... arguments) noexcept {
+Object* newOrNull(Arguments&&... arguments) {
     return guarded<Object*>(nullptr, [&] { return new Object(std::forward<Arguments>(arguments)...); });
 }
 

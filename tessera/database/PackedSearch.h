@@ -13,10 +13,10 @@ template <class Char>
 std::size_t findInPacked(std::basic_string_view<Char> text, std::basic_string_view<Char> key, std::size_t from = 0) {
     constexpr std::size_t block = 64;
     if (key.empty()) return text.find(key, from);
-    // Its last two, and one that is not as the last: numbers often have the same digit over and over.
+    // Its last two, and one before them that is not as the last: numbers often have the same digit over and over.
     const std::size_t a = key.size() - 1;
     const std::size_t b = a == 0 ? a : a - 1;
-    const std::size_t other = key.find_last_not_of(key[a]);
+    const std::size_t other = b == 0 ? key.npos : key.find_last_not_of(key[a], b - 1);
     const std::size_t c = other == key.npos ? b : other;
     const Char atA = key[a];
     const Char atB = key[b];

@@ -40,7 +40,7 @@ std::vector<std::string> reducedNumbers(std::string_view packed) {
         if (std::string number = reduced(found->bytes); !number.empty()) numbers.push_back(std::move(number));
     }
     std::ranges::sort(numbers);
-    numbers.erase(std::ranges::unique(numbers).begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     return numbers;
 }
 

@@ -66,7 +66,7 @@ struct MemoryShared {
 class MemoryEngine : public RecordEngine {
 public:
     explicit MemoryEngine(std::shared_ptr<MemoryShared> shared);
-    ~MemoryEngine() override { dropUnit(); }
+    ~MemoryEngine() override { MemoryEngine::dropUnit(); }
 
     const SortKeys& sortKeys() const override { return keys_; }
     DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,

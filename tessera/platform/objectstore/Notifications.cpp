@@ -126,7 +126,7 @@ bool Notifications::postChange(const Change& change) {
             sizeof(CENOTIFICATION), request.dwParam, static_cast<UINT>(change.kind), change.record, change.database});
         const auto lParam = reinterpret_cast<LPARAM>(notification.get());
         if (!postOwnedMessage(request.hwnd, WM_DBNOTIFICATION, 0, lParam, release)) continue;
-        notification.release();
+        static_cast<void>(notification.release());  // the message has it now
         posted = true;
     }
     return posted;
