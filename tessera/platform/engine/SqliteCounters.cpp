@@ -1,5 +1,7 @@
 #include "tessera/platform/engine/SqliteCounters.h"
 
+#include <limits>
+
 #include "tessera/platform/engine/ContactNumbers.h"
 #include "tessera/platform/engine/StoreRules.h"
 
@@ -65,7 +67,10 @@ StoreState& SqliteCounters::store() {
     SqliteQuery row(connection_, Sql::readStore);
     if (!row.step()) throw connection_.damage();
     store_ = {row.natural(0), row.natural(1), std::string(row.bytes(2)), std::string(row.bytes(3)), false};
-    if (store_.nextId == 0) throw connection_.damage();
+    // A log of so many changes there cannot be; who follows it would reckon beyond the largest number, and go on for
+    // ever.
+    constexpr std::uint64_t mostChanges = std::numeric_limits<std::int64_t>::max();
+    if (store_.nextId == 0 || store_.lastChange > mostChanges) throw connection_.damage();
     storeKnown_ = true;
     return store_;
 }

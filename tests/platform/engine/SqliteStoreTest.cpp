@@ -506,6 +506,19 @@ TEST(SqliteStore, DamagedRecordIsAnErrorAndNotMore) {
     EXPECT_THAT(walk(*engine, order), ElementsAre(damaged, whole));
 }
 
+TEST(SqliteStore, MoreChangesThanCanBeCountedAreDamage) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "store.db";
+    const auto engine = connect(file);
+    put(*engine, u"a");
+    runSql(file, "UPDATE store SET last_change = -200");
+
+    std::uint64_t last = 0;
+    EXPECT_EQ(engine->lastChange(last), ERROR_FILE_CORRUPT);
+    EXPECT_EQ(open(file), nullptr);
+    EXPECT_EQ(GetLastError(), ERROR_FILE_CORRUPT);
+}
+
 TEST(SqliteStore, IndexEntryWithoutItsRecordIsDamage) {
     const TemporaryFolder folder;
     const fs::path file = folder / "store.db";
