@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
+#include "tests/platform/objectstore/CountingStore.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
@@ -121,6 +122,18 @@ TEST(QueryCallerInfo, TheFirstInNameOrderOfTwoHoldersIsTheCaller) {
     PBRecord record = wanting(nameMask);
     EXPECT_EQ(S_OK, book->queryCallerInfo(u"0101", &record, nullptr));
     EXPECT_EQ(CString(u"Ann"), record.strName);
+}
+
+TEST(QueryCallerInfo, LooksAtEveryHolderWhenTheTableOfNumbersCannotBeRead) {
+    objectstore_test::CountingMount store;
+    OpenPhoneBook book;
+    book.add(contact().name(u"Ann").mobile(u"01012345678"));
+    book.add(contact().name(u"Bob").mobile(u"1234"));
+    book.add(contact().name(u"Zoe").mobile(u"01012345679"));
+    store.log.numberError = ERROR_GEN_FAILURE;
+    PBRecord record = wanting(nameMask);
+    EXPECT_EQ(S_OK, book->queryCallerInfo(u"1234", &record, nullptr));
+    EXPECT_EQ(CString(u"Bob"), record.strName);
 }
 
 TEST(QueryCallerInfo, ComparesWholeNumbers) {

@@ -18,9 +18,10 @@ struct EngineLog {
     std::size_t entries = 0;  ///< Entries asked for by steps.
     int jumps = 0;            ///< Places asked for by their index.
     bool loseNextUnit = false;
-    DWORD findError = ERROR_SUCCESS;  ///< What looking a database up by its name answers, unless it is success.
-    DWORD infoError = ERROR_SUCCESS;  ///< The same for what a database says of itself.
-    DWORD getError = ERROR_SUCCESS;   ///< The same for reading a record by its identifier.
+    DWORD findError = ERROR_SUCCESS;    ///< What looking a database up by its name answers, unless it is success.
+    DWORD infoError = ERROR_SUCCESS;    ///< The same for what a database says of itself.
+    DWORD getError = ERROR_SUCCESS;     ///< The same for reading a record by its identifier.
+    DWORD numberError = ERROR_SUCCESS;  ///< The same for looking a contact up by its number.
     DWORD eraseError = ERROR_SUCCESS;
     int erasures = 0;                      ///< Tried, whatever became of them.
     std::function<void()> beforeNextUnit;  ///< What others do just before a unit begins: by another thread.
@@ -80,7 +81,9 @@ public:
     DWORD findNumber(CEOID database, std::string_view number, const Platform::SortOrder& along,
                      CEOID& record) override {
         ++log_.reads;
-        return inner_->findNumber(database, number, along, record);
+        if (log_.numberError != ERROR_SUCCESS) SetLastError(log_.numberError);
+        return log_.numberError != ERROR_SUCCESS ? log_.numberError
+                                                 : inner_->findNumber(database, number, along, record);
     }
     DWORD placeOf(Platform::OrderId order, CEOID record, Platform::Place& place) override {
         ++log_.reads;
