@@ -83,11 +83,16 @@ DWORD MatchList::listAnew(Session& session, Stamp& stamp) {
     }
     // Taken before the walk: what is written meanwhile is judged once more, which does no harm.
     if (const DWORD error = session.engine().lastChange(stamp.sequence); error != ERROR_SUCCESS) return error;
-    const SortOrder ascending{order_.property, order_.flags & ~DWORD{sortDescending}};
-    const DWORD error = walkContacts(*store_, ascending, [this](const Place& place, std::string_view packed) {
-        if (passes(restrictions_, packed)) members_.push_back({place, keptRecord(packed)});
+    // As they were created they lie behind one another, which is much the quicker walk.
+    const SortOrder asCreated;
+    const SortKeys& keys = session.engine().sortKeys();
+    const DWORD error = walkContacts(*store_, asCreated, [&](const Place& place, std::string_view packed) {
+        if (passes(restrictions_, packed)) {
+            members_.push_back({{keys.keyOfRecord(order_, packed), place.record}, keptRecord(packed)});
+        }
         return true;
     });
+    std::ranges::sort(members_, {}, &Member::place);
     return error != ERROR_SUCCESS ? error : followChanges(session, stamp);
 }
 
