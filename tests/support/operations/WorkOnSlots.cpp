@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "tessera/phonebook/model/TelNo.h"
 #include "tests/support/operations/Kinds.h"
 
@@ -14,7 +16,7 @@ PhoneBookOperation withEntry(Parameters& parameters, std::string_view name, Oper
     const SpeedDialInfo entry = parameters.entry();
     return {described(name, slot, entry), [=](PhoneBookDBMgr& manager) {
                 SpeedDialInfo given = entry;
-                return operation(manager, slot, &given);
+                return std::invoke(operation, manager, slot, &given);
             }};
 }
 
@@ -23,8 +25,9 @@ template <class Operation>
 PhoneBookOperation withEntryOrNone(Parameters& parameters, std::string_view name, Operation operation) {
     if (!parameters.oneIn(3)) return withEntry(parameters, name, operation);
     const DWORD slot = parameters.slot();
-    return {described(name, slot),
-            [=](PhoneBookDBMgr& manager) { return operation(manager, slot, static_cast<SpeedDialInfo*>(nullptr)); }};
+    return {described(name, slot), [=](PhoneBookDBMgr& manager) {
+                return std::invoke(operation, manager, slot, static_cast<SpeedDialInfo*>(nullptr));
+            }};
 }
 
 /// An operation without parameters.
@@ -34,9 +37,7 @@ PhoneBookOperation plain(std::string_view name, Operation operation) {
 }
 
 PhoneBookOperation insert(Parameters& parameters) {
-    return withEntry(parameters, "insertSpeedDialInfo", [](PhoneBookDBMgr& manager, DWORD slot, SpeedDialInfo* info) {
-        return manager.insertSpeedDialInfo(slot, info);
-    });
+    return withEntry(parameters, "insertSpeedDialInfo", &PhoneBookDBMgr::insertSpeedDialInfo);
 }
 
 PhoneBookOperation update(Parameters& parameters) {
@@ -49,16 +50,11 @@ PhoneBookOperation update(Parameters& parameters) {
 }
 
 PhoneBookOperation write(Parameters& parameters) {
-    return withEntry(parameters, "writeSpeedDialInfo", [](PhoneBookDBMgr& manager, DWORD slot, SpeedDialInfo* info) {
-        return manager.writeSpeedDialInfo(slot, info);
-    });
+    return withEntry(parameters, "writeSpeedDialInfo", &PhoneBookDBMgr::writeSpeedDialInfo);
 }
 
 PhoneBookOperation erase(Parameters& parameters) {
-    return withEntryOrNone(parameters, "deleteSpeedDialInfo",
-                           [](PhoneBookDBMgr& manager, DWORD slot, SpeedDialInfo* info) {
-                               return manager.deleteSpeedDialInfo(slot, info);
-                           });
+    return withEntryOrNone(parameters, "deleteSpeedDialInfo", &PhoneBookDBMgr::deleteSpeedDialInfo);
 }
 
 PhoneBookOperation move(Parameters& parameters) {
@@ -105,16 +101,11 @@ PhoneBookOperation clearCache(Parameters&) {
 }
 
 PhoneBookOperation writeCache(Parameters& parameters) {
-    return withEntry(parameters, "writeSDialInfoCache", [](PhoneBookDBMgr& manager, DWORD slot, SpeedDialInfo* info) {
-        return manager.writeSDialInfoCache(slot, info);
-    });
+    return withEntry(parameters, "writeSDialInfoCache", &PhoneBookDBMgr::writeSDialInfoCache);
 }
 
 PhoneBookOperation eraseInCache(Parameters& parameters) {
-    return withEntryOrNone(parameters, "deleteSDialInfoCache",
-                           [](PhoneBookDBMgr& manager, DWORD slot, SpeedDialInfo* info) {
-                               return manager.deleteSDialInfoCache(slot, info);
-                           });
+    return withEntryOrNone(parameters, "deleteSDialInfoCache", &PhoneBookDBMgr::deleteSDialInfoCache);
 }
 
 PhoneBookOperation moveInCache(Parameters& parameters) {
