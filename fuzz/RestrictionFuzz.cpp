@@ -160,7 +160,7 @@ std::string packed(const Fields& contact) {
         const std::string bytes =
             field == ContactField::birthday
                 ? Platform::packedFileTime(fileTimeOf(static_cast<std::uint64_t>(*ticksOfText(value))))
-                : Platform::packedText(value);
+                : std::string(Platform::packedText(value));
         const Platform::Edit edit{Platform::definitionOf(field).property, bytes, false};
         std::string longer;
         if (Platform::applyEdits(record, {&edit, 1}, longer) == ERROR_SUCCESS) record = longer;

@@ -1,25 +1,16 @@
 #include "tessera/database/SharedContactsImage.h"
 
-#include <array>
 #include <mutex>
 #include <shared_mutex>
 #include <vector>
 
-#include "tessera/phonebook/model/TelNo.h"
+#include "tessera/platform/base/TelephoneNumber.h"
 #include "tessera/platform/contacts/ContactProperties.h"
 #include "tessera/platform/objectstore/StoreChanges.h"
 
 namespace Database {
 
 namespace {
-
-/// Adds a number in the form that callers are compared in. Its characters are ASCII.
-void addReduced(const WCHAR* number, std::vector<std::string>& numbers) {
-    std::array<WCHAR, PhoneBook::nCNIPBufferLength_> reduced;
-    PhoneBook::makeCNIP(number, reduced.data());
-    const std::u16string_view characters(reduced.data());
-    numbers.emplace_back(characters.begin(), characters.end());
-}
 
 /// What a scan looks at in a record; `contact` is filled anew, into the buffers that it has.
 const ScannedContact& scanned(const RecordView& record, ScannedContact& contact) {
@@ -43,7 +34,7 @@ const ScannedContact& scanned(const RecordView& record, ScannedContact& contact)
             case ContactProperty::businessTelephoneNumber:
             case ContactProperty::pagerNumber:
             case ContactProperty::businessFaxNumber:
-                if (!property.text.empty()) addReduced(property.text.data(), contact.numbers);
+                if (!property.text.empty()) contact.numbers.push_back(Platform::reducedNumber(property.text.data()));
                 break;
             default:
                 break;

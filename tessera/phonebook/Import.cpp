@@ -115,8 +115,8 @@ HRESULT PhoneBookDBMgr::buildDBFromFile(CString& path, int mode, ImportListener*
         std::u16string_view rest(text->data(), text->size());
         takeLine(rest);  // the header, whatever it holds
         ImportBatches batches(listener);
+        CStringArray values;
         for (int line = 2; !rest.empty(); ++line) {
-            CStringArray values;
             common::CommaSepValList(CString(takeLine(rest))).getList(values);
             if (!batches.beginLine()) return E_FAIL;
             DWORD oid = 0;

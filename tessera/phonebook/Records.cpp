@@ -61,9 +61,11 @@ public:
 
     CObArray& array() { return props_; }
     /// E_OUTOFMEMORY when an element could not be made: without it those behind would be taken for others.
-    HRESULT getRecord(CCeDBRecord& record) const {
+    HRESULT takeRecord(CCeDBRecord& record) {
         if (std::ranges::find(props_, nullptr) != props_.end()) return E_OUTOFMEMORY;
-        record = CCeDBRecord(props_);
+        record.reserve(props_.GetSize());
+        for (CObject* prop : props_)
+            record.addProp(std::move(*static_cast<CCeDBProp*>(prop)));
         return S_OK;
     }
 
@@ -135,7 +137,7 @@ HRESULT PhoneBookDBMgr::insertPBRecord(PBRecord& record, DWORD* oid) {
 HRESULT PhoneBookDBMgr::getContactRow(DWORD oid, PBRecord& record, CCeDBRecord& row) {
     GatheredProps contact(*this);
     const HRESULT result = getTableAttrsFromPBRecord(PBDBTBL_POLCONTACTS, oid, record, contact.array());
-    return SUCCEEDED(result) ? contact.getRecord(row) : result;
+    return SUCCEEDED(result) ? contact.takeRecord(row) : result;
 }
 
 HRESULT PhoneBookDBMgr::insertContact(PBRecord& record, DWORD& oid) {
@@ -154,7 +156,7 @@ HRESULT PhoneBookDBMgr::getExtensionRow(DWORD contactOid, PBRecord& record, CCeD
     overwrite(extension.array(), extTelNo,
               CCeDBProp::ofText(identOfExtension(extTelNo), PhoneBook::makeCNIP(primaryNumber)));
     overwrite(extension.array(), extFlags, CCeDBProp::ofUI2(identOfExtension(extFlags), dwRowFlags_));
-    return extension.getRecord(row);
+    return extension.takeRecord(row);
 }
 
 HRESULT PhoneBookDBMgr::insertExtensionRow(DWORD contactOid, PBRecord& record) {

@@ -70,9 +70,9 @@ protected:
         return database;
     }
     /// 0 when nobody has it.
-    CEOID findNumber(CEOID database, std::string_view number) {
+    CEOID findNumber(std::string_view number) {
         CEOID record = 0;
-        const DWORD error = engine->findNumber(database, number, {name, 0}, record);
+        const DWORD error = engine->findNumber(number, {name, 0}, record);
         EXPECT_EQ(error, record == 0 ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS);
         return record;
     }
@@ -364,12 +364,12 @@ TEST_P(Engine, AContactIsFoundByAnyOfItsFiveNumbersHoweverItIsWritten) {
             put(contacts, Writing().set(property(ident, Platform::kindText), std::u16string_view(number))));
     }
 
-    EXPECT_EQ(findNumber(contacts, "01012345675"), records[0]);
-    EXPECT_EQ(findNumber(contacts, "01012345676"), records[1]);
-    EXPECT_EQ(findNumber(contacts, "01012345677"), records[2]);
-    EXPECT_EQ(findNumber(contacts, "01012345678"), records[3]);
-    EXPECT_EQ(findNumber(contacts, "01012345679"), records[4]);
-    EXPECT_EQ(findNumber(contacts, "0101234567"), 0u) << "a part of a number is none";
+    EXPECT_EQ(findNumber("01012345675"), records[0]);
+    EXPECT_EQ(findNumber("01012345676"), records[1]);
+    EXPECT_EQ(findNumber("01012345677"), records[2]);
+    EXPECT_EQ(findNumber("01012345678"), records[3]);
+    EXPECT_EQ(findNumber("01012345679"), records[4]);
+    EXPECT_EQ(findNumber("0101234567"), 0u) << "a part of a number is none";
 }
 
 TEST_P(Engine, OfTwoHoldersOfANumberTheFirstInTheOrderIsFound) {
@@ -377,25 +377,25 @@ TEST_P(Engine, OfTwoHoldersOfANumberTheFirstInTheOrderIsFound) {
     const CEOID zoe = put(contacts, Writing().set(name, u"Zoe").set(mobile, u"112"));
     const CEOID anna = put(contacts, Writing().set(name, u"Anna").set(mobile, u"1-1-2"));
 
-    EXPECT_EQ(findNumber(contacts, "112"), anna);
+    EXPECT_EQ(findNumber("112"), anna);
     put(contacts, Writing().set(mobile, u"113"), anna);
-    EXPECT_EQ(findNumber(contacts, "112"), zoe);
-    EXPECT_EQ(findNumber(contacts, "113"), anna);
+    EXPECT_EQ(findNumber("112"), zoe);
+    EXPECT_EQ(findNumber("113"), anna);
     EXPECT_EQ(engine->erase(contacts, zoe), ERROR_SUCCESS);
-    EXPECT_EQ(findNumber(contacts, "112"), 0u);
+    EXPECT_EQ(findNumber("112"), 0u);
 }
 
 TEST_P(Engine, OnlyContactsAreFoundByTheirNumbers) {
     const CEOID things = makeDatabase();
     put(things, Writing().set(mobile, u"112"));
-    EXPECT_EQ(findNumber(things, "112"), 0u);
+    EXPECT_EQ(findNumber("112"), 0u);
 
     put(idOfContacts(), Writing().set(mobile, u"112"));
     EXPECT_EQ(engine->dropDatabase(idOfContacts()), ERROR_SUCCESS);
     const CEOID again = makeDatabase(u"CONTACTS DATABASE");
-    EXPECT_EQ(findNumber(again, "112"), 0u) << "its contacts went with the first database";
+    EXPECT_EQ(findNumber("112"), 0u) << "its contacts went with the first database";
     const CEOID holder = put(again, Writing().set(mobile, u"112"));
-    EXPECT_EQ(findNumber(again, "112"), holder);
+    EXPECT_EQ(findNumber("112"), holder);
 }
 
 TEST_P(Engine, NothingThatOthersCommitDuringAGlanceIsMissedAfterIt) {

@@ -18,6 +18,7 @@ public:
     void SetAt(int index, Element element) { elements_[static_cast<std::size_t>(index)] = std::move(element); }
     /// Answers the index of the new element.
     int Add(Element element) {
+        if (elements_.empty()) elements_.reserve(firstRoom);
         elements_.push_back(std::move(element));
         return GetSize() - 1;
     }
@@ -30,6 +31,8 @@ public:
     auto end() const { return elements_.end(); }
 
 private:
+    static constexpr std::size_t firstRoom = 16;  // a row's values or properties mostly
+
     std::vector<Element> elements_;
 };
 

@@ -1,5 +1,8 @@
 #include "tessera/platform/base/TelephoneNumber.h"
 
+#include <array>
+#include <string_view>
+
 namespace Platform {
 namespace {
 
@@ -28,6 +31,13 @@ void reduceNumber(const WCHAR* in, WCHAR* out) {
         if (isKept(*in)) *out++ = *in;
     }
     *out = u'\0';
+}
+
+std::string reducedNumber(const WCHAR* number) {
+    std::array<WCHAR, reducedNumberBuffer> reduced;
+    reduceNumber(number, reduced.data());
+    const std::u16string_view characters(reduced.data());
+    return {characters.begin(), characters.end()};
 }
 
 }  // namespace Platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "tessera/Export.h"
 #include "tessera/platform/base/Types.h"
 
@@ -12,5 +14,8 @@ inline constexpr int reducedNumberBuffer = 33;  ///< 32 characters of a reduced 
 /// dash, become a single 0; without either, the whole text does. `out` holds reducedNumberBuffer characters.
 /// A null `in` is the empty text.
 TESSERA_API void reduceNumber(const WCHAR* in, WCHAR* out);
+
+/// The same as a text of its own, which is ASCII.
+std::string reducedNumber(const WCHAR* number);
 
 }  // namespace Platform

@@ -31,7 +31,7 @@ Contact::Contact(std::shared_ptr<ContactStore> store, CEOID oid, std::string_vie
         if (*field == ContactField::birthday) {
             birthday_ = fileTimeOfPacked(property->bytes);
         } else {
-            heldText(*field) = textOfPacked(property->bytes);
+            heldText(*field) = CString(unpackedText(property->bytes));
         }
     }
 }
@@ -76,15 +76,14 @@ HRESULT Contact::put_Birthday(DATE date) {
 
 HRESULT Contact::Save() {
     return withinBoundary([&] {
-        ContactEdits edits;
-        for (const ContactFieldDef& definition : contactFields) {
-            if (!isChanged(definition.field)) continue;
-            std::string bytes = bytesOf(definition.field);
-            if (!bytes.empty()) {
-                edits.set(definition.property, std::move(bytes));
-            } else if (oid_ != 0) {
-                edits.remove(definition.property);
-            }
+        const std::string birthday = birthday_ ? packedFileTime(*birthday_) : std::string();
+        std::vector<Edit> edits;
+        edits.reserve(changed_.count());
+        for (const auto& [field, name, property] : contactFields) {
+            if (!isChanged(field)) continue;
+            const std::string_view bytes =
+                field == ContactField::birthday ? std::string_view(birthday) : packedText(heldText(field).view());
+            if (!bytes.empty() || oid_ != 0) edits.push_back({property, bytes, bytes.empty()});
         }
         const HRESULT result = store_->write(oid_, edits);
         if (SUCCEEDED(result)) changed_.reset();
@@ -100,11 +99,6 @@ HRESULT Contact::get_Oid(LONG* out) {
     if (out == nullptr) return E_POINTER;
     *out = static_cast<LONG>(oid_);
     return S_OK;
-}
-
-std::string Contact::bytesOf(ContactField field) const {
-    if (field != ContactField::birthday) return packedText(heldText(field).view());
-    return birthday_ ? packedFileTime(*birthday_) : std::string();
 }
 
 }  // namespace Platform

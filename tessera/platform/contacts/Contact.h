@@ -70,8 +70,6 @@ private:
     const CString& heldText(ContactField field) const { return texts_[static_cast<std::size_t>(field)]; }
     void markChanged(ContactField field) { changed_.set(static_cast<std::size_t>(field)); }
     bool isChanged(ContactField field) const { return changed_.test(static_cast<std::size_t>(field)); }
-    /// The property's value; empty when the contact does not have it.
-    std::string bytesOf(ContactField field) const;
 
     ReferenceCount references_;
     std::shared_ptr<ContactStore> store_;

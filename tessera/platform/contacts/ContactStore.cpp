@@ -4,14 +4,6 @@
 
 namespace Platform {
 
-std::vector<Edit> ContactEdits::views() const {
-    std::vector<Edit> views;
-    views.reserve(edits_.size());
-    for (const OwnedEdit& edit : edits_)
-        views.push_back({edit.property, edit.bytes, edit.remove});
-    return views;
-}
-
 std::shared_ptr<ContactStore> ContactStore::open() {
     Session* session = Session::current();
     if (session == nullptr) return nullptr;
@@ -33,14 +25,14 @@ HRESULT ContactStore::read(CEOID oid, std::string& packed) const {
     return resultOf(connection->engine().get(database_, oid, packed));
 }
 
-HRESULT ContactStore::write(CEOID& oid, const ContactEdits& edits) const {
-    if (oid != 0 && edits.isEmpty()) {
+HRESULT ContactStore::write(CEOID& oid, std::span<const Edit> edits) const {
+    if (oid != 0 && edits.empty()) {
         std::string present;
         return read(oid, present);  // nothing to write, but a contact that is gone must not seem saved
     }
     Session* connection = session();
     if (connection == nullptr) return E_FAIL;
-    return resultOf(connection->put(database_, oid, edits.views()));
+    return resultOf(connection->put(database_, oid, edits));
 }
 
 HRESULT ContactStore::erase(CEOID oid) const {

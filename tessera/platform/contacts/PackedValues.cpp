@@ -25,23 +25,6 @@ WCHAR upperOf(WCHAR unit) {
 
 }  // namespace
 
-CString textOfPacked(std::string_view bytes) {
-    std::u16string text(bytes.size() / 2, u'\0');
-    for (std::size_t i = 0; i < text.size(); ++i)
-        text[i] = unitAt(bytes, i);
-    return CString(text);
-}
-
-std::string packedText(std::u16string_view text) {
-    std::string bytes;
-    bytes.reserve(2 * text.size());
-    for (const WCHAR unit : text) {
-        bytes += static_cast<char>(unit & 0xFF);
-        bytes += static_cast<char>(unit >> 8);
-    }
-    return bytes;
-}
-
 FILETIME fileTimeOfPacked(std::string_view bytes) {
     std::uint64_t ticks = 0;
     for (std::size_t i = bytes.size(); i-- > 0;)

@@ -11,9 +11,6 @@ namespace Platform {
 
 // The values of a packed record: bytes, little-endian; texts are UTF-16 code units without a terminator.
 
-CString textOfPacked(std::string_view bytes);
-std::string packedText(std::u16string_view text);
-
 FILETIME fileTimeOfPacked(std::string_view bytes);
 std::string packedFileTime(const FILETIME& time);
 

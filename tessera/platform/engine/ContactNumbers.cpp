@@ -15,16 +15,6 @@ constexpr std::array<CEPROPID, 5> numberProperties{0x3A1C'0000 | kindText, 0x3A0
                                                    0x3A08'0000 | kindText, 0x4009'0000 | kindText,
                                                    0x3A24'0000 | kindText};
 
-std::string reduced(std::string_view text) {
-    std::u16string number;
-    for (; text.size() >= sizeof(WCHAR); text.remove_prefix(sizeof(WCHAR)))
-        number.push_back(static_cast<WCHAR>(static_cast<BYTE>(text[0]) | static_cast<BYTE>(text[1]) << 8));
-    std::array<WCHAR, reducedNumberBuffer> buffer;
-    reduceNumber(number.c_str(), buffer.data());
-    const std::u16string_view characters(buffer.data());
-    return {characters.begin(), characters.end()};
-}
-
 }  // namespace
 
 bool keepsNumbers(std::u16string_view database) {
@@ -37,7 +27,8 @@ std::vector<std::string> reducedNumbers(std::string_view packed) {
     for (const CEPROPID property : numberProperties) {
         const auto found = findProperty(packed, property);
         if (!found) continue;
-        if (std::string number = reduced(found->bytes); !number.empty()) numbers.push_back(std::move(number));
+        if (std::string number = reducedNumber(unpackedText(found->bytes).c_str()); !number.empty())
+            numbers.push_back(std::move(number));
     }
     std::ranges::sort(numbers);
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());

@@ -82,7 +82,7 @@ public:
                std::vector<Entry>& entries) override;
     DWORD stepTo(OrderId order, std::uint64_t index, Direction direction, Entry& entry) override;
     DWORD findEqual(OrderId by, std::string_view key, OrderId along, Direction direction, Place& found) override;
-    DWORD findNumber(CEOID database, std::string_view number, const SortOrder& along, CEOID& record) override;
+    DWORD findNumber(std::string_view number, const SortOrder& along, CEOID& record) override;
     DWORD placeOf(OrderId order, CEOID record, Place& place) override;
     DWORD orderVersion(OrderId order, std::uint64_t& version) override;
     std::uint64_t storeVersion() override;

@@ -109,14 +109,15 @@ DWORD MemoryEngine::findEqual(OrderId by, std::string_view key, OrderId along, D
     return ERROR_SUCCESS;
 }
 
-DWORD MemoryEngine::findNumber(CEOID database, std::string_view number, const SortOrder& along, CEOID& record) {
+DWORD MemoryEngine::findNumber(std::string_view number, const SortOrder& along, CEOID& record) {
     const Lock lock(shared_->mutex);
-    const MemoryDatabase* found = find(database);
-    if (found == nullptr || !keepsNumbers(found->info.name)) return nothingFurther();
     std::set<Place> holders;
-    for (const auto& [id, packed] : found->records) {
-        if (std::ranges::binary_search(reducedNumbers(packed), number))
-            holders.insert({keys_.keyOfRecord(along, packed), id});
+    for (const auto& [database, found] : state().databases) {
+        if (!keepsNumbers(found->info.name)) continue;
+        for (const auto& [id, packed] : found->records) {
+            if (std::ranges::binary_search(reducedNumbers(packed), number))
+                holders.insert({keys_.keyOfRecord(along, packed), id});
+        }
     }
     if (holders.empty()) return nothingFurther();
     record = holders.begin()->record;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "tessera/platform/base/Results.h"
@@ -15,6 +17,10 @@ namespace {
 
 constexpr std::size_t headerBytes = 6;
 static_assert(maxPropertyBytes <= 0xFFFF, "a length is written in two bytes");
+static_assert(std::endian::native == std::endian::little, "numbers and texts are packed as they stand in memory");
+
+/// As many as a contact or another record of the phone book has at most.
+constexpr std::size_t usualProperties = 16;
 
 constexpr std::size_t noSuchKind = 0;
 constexpr std::size_t anyWidth = 100;
@@ -45,23 +51,22 @@ bool validValue(CEPROPID id, std::size_t size) {
     return width == evenWidth ? size % 2 == 0 : size == width;
 }
 
-/// The two bytes at `at`.
-std::uint32_t littleEndian16(const char* at) {
-    return static_cast<std::uint32_t>(static_cast<BYTE>(at[0]) | static_cast<BYTE>(at[1]) << 8);
-}
-
-void appendLittleEndian(std::string& bytes, std::uint32_t value, int width) {
-    for (int i = 0; i < width; ++i, value >>= 8) {
-        bytes.push_back(static_cast<char>(static_cast<BYTE>(value)));
-    }
+template <class Number>
+Number numberAt(const char* at) {
+    Number number;
+    std::memcpy(&number, at, sizeof number);
+    return number;
 }
 
 std::string pack(std::span<const PropertyView> properties, std::size_t valueBytes) {
     std::string packed;
     packed.reserve(valueBytes + properties.size() * headerBytes);
     for (const PropertyView& property : properties) {
-        appendLittleEndian(packed, property.id, 4);
-        appendLittleEndian(packed, static_cast<std::uint32_t>(property.bytes.size()), 2);
+        const auto length = static_cast<std::uint16_t>(property.bytes.size());
+        std::array<char, headerBytes> header;
+        std::memcpy(header.data(), &property.id, sizeof property.id);
+        std::memcpy(header.data() + sizeof property.id, &length, sizeof length);
+        packed.append(header.data(), header.size());
         packed += property.bytes;
     }
     return packed;
@@ -85,12 +90,22 @@ bool validEdit(const Edit& edit) {
 
 }  // namespace
 
+std::string_view packedText(std::u16string_view text) {
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(WCHAR)};
+}
+
+std::u16string unpackedText(std::string_view bytes) {
+    std::u16string text(bytes.size() / sizeof(WCHAR), u'\0');
+    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(WCHAR));
+    return text;
+}
+
 std::optional<PropertyView> RecordReader::next() {
     if (rest_.empty() || damaged_) return std::nullopt;
     damaged_ = true;  // until the property has proved whole
     if (rest_.size() < headerBytes) return std::nullopt;
-    const CEPROPID id = littleEndian16(rest_.data()) | littleEndian16(rest_.data() + 2) << 16;
-    const std::size_t size = littleEndian16(rest_.data() + 4);
+    const auto id = numberAt<CEPROPID>(rest_.data());
+    const std::size_t size = numberAt<std::uint16_t>(rest_.data() + sizeof id);
     if (size > rest_.size() - headerBytes || !validValue(id, size)) return std::nullopt;
     const PropertyView property{id, rest_.substr(headerBytes, size)};
     rest_.remove_prefix(headerBytes + size);
@@ -110,6 +125,7 @@ DWORD applyEdits(std::string_view packed, std::span<const Edit> edits, std::stri
     if (!std::all_of(edits.begin(), edits.end(), validEdit)) return ERROR_INVALID_PARAMETER;
 
     std::vector<PropertyView> properties;
+    properties.reserve(edits.size() + usualProperties);
     RecordReader reader(packed);
     while (const auto property = reader.next()) {
         properties.push_back(*property);

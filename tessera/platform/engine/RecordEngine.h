@@ -102,9 +102,8 @@ public:
     [[nodiscard]] virtual DWORD findEqual(OrderId by, std::string_view key, OrderId along, Direction direction,
                                           Place& found) = 0;
     /// Among the contacts one of whose telephone numbers reduces to exactly `number`, the first in the order
-    /// `along`, ascending. ERROR_NO_MORE_ITEMS when there is none, or the database is not that of contacts.
-    [[nodiscard]] virtual DWORD findNumber(CEOID database, std::string_view number, const SortOrder& along,
-                                           CEOID& record) = 0;
+    /// `along`, ascending. ERROR_NO_MORE_ITEMS when there is none.
+    [[nodiscard]] virtual DWORD findNumber(std::string_view number, const SortOrder& along, CEOID& record) = 0;
     /// Where a record stands in an order. ERROR_KEY_DELETED.
     [[nodiscard]] virtual DWORD placeOf(OrderId order, CEOID record, Place& place) = 0;
     /// Grows whenever an entry of the order comes, goes or moves; other writes leave it.

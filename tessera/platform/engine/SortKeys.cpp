@@ -53,21 +53,10 @@ std::string realKey(std::string_view value) {
     return numberKey((bits & sign) != 0 ? ~bits : bits | sign, 8);
 }
 
-std::u16string textOf(std::string_view bytes) {
-    std::u16string text(bytes.size() / 2, u'\0');
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        text[i] = static_cast<WCHAR>(littleEndian(bytes.substr(2 * i, 2)));
-    }
-    return text;
-}
-
 std::string textKey(const port::Collator& collator, std::string_view value) {
-    const std::u16string text = textOf(value);
-    const std::string collated = collator.sortKey(text);
-    std::string key;
-    key.reserve(2 + collated.size() + value.size());
-    key += present;
-    key += collated;
+    const std::u16string text = unpackedText(value);
+    std::string key(1, present);
+    collator.appendSortKey(text, key);
     key += '\0';
     for (const WCHAR unit : text) {
         key.push_back(static_cast<char>(static_cast<BYTE>(unit >> 8)));

@@ -127,9 +127,9 @@ void StoreCheck::database(CEOID id) {
     if (state == nullptr) throw connection_.damage();
     const DatabaseInfo& info = state->info;
     const std::string name = "database \"" + utf8Of(info.name) + "\": ";
-    const std::string folded = bytesOfText(foldedName(info.name));
+    const std::u16string folded = foldedName(info.name);
     CEOID named = 0;
-    for (SqliteQuery row(connection_, Sql::findDatabase, folded); row.step();)
+    for (SqliteQuery row(connection_, Sql::findDatabase, packedText(folded)); row.step();)
         named = row.dword(0);
     if (named != id || info.name.empty() || keptName(info.name) != info.name)
         find(name + "it is not found by its name");

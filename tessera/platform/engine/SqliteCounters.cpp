@@ -10,30 +10,26 @@ namespace {
 
 constexpr std::size_t packedOrderBytes = 8;
 
-template <typename Number>
-Number littleEndian(std::string_view bytes) {
+std::uint32_t littleEndian(std::string_view bytes) {
     std::uint32_t value = 0;
-    for (std::size_t i = sizeof(Number); i-- > 0;) {
+    for (std::size_t i = sizeof value; i-- > 0;)
         value = value << 8 | static_cast<BYTE>(bytes[i]);
-    }
-    return static_cast<Number>(value);
+    return value;
 }
 
-template <typename Number>
-void append(std::string& bytes, Number number) {
-    for (std::size_t i = 0; i < sizeof(Number); ++i) {
+void append(std::string& bytes, std::uint32_t number) {
+    for (std::size_t i = 0; i < sizeof number; ++i)
         bytes.push_back(static_cast<char>(static_cast<BYTE>(number >> 8 * i)));
-    }
 }
 
 }  // namespace
 
-std::uint64_t* DatabaseState::versionOf(OrderId order) {
-    if (isCreationOrder(order)) return &version;
-    for (KeptOrder& kept : orders) {
-        if (kept.id == order) return &kept.version;
+std::optional<std::uint64_t> DatabaseState::versionOf(OrderId order) const {
+    if (isCreationOrder(order)) return version;
+    for (const KeptOrder& kept : orders) {
+        if (kept.id == order) return version + kept.moves;
     }
-    return nullptr;
+    return std::nullopt;
 }
 
 std::uint64_t SqliteCounters::dataVersion() {
@@ -86,7 +82,7 @@ DatabaseState* SqliteCounters::find(CEOID database) {
 
 void SqliteCounters::load(CEOID database, SqliteQuery& row, DatabaseState& state) {
     state.info.id = database;
-    state.info.name = textOfBytes(row.bytes(0));
+    state.info.name = unpackedText(row.bytes(0));
     state.info.type = row.dword(1);
     state.keepsNumbers = keepsNumbers(state.info.name);
     state.info.declaredOrders = unpackOrders(row.bytes(2));
@@ -98,7 +94,7 @@ void SqliteCounters::load(CEOID database, SqliteQuery& row, DatabaseState& state
     if (row.natural(3) >= store().nextId) throw connection_.damage();
     SqliteQuery orders(connection_, Sql::ordersOfDatabase, database);
     while (orders.step()) {
-        state.orders.push_back({orders.integer(0), {orders.dword(1), orders.dword(2)}, orders.natural(3)});
+        state.orders.push_back({orders.integer(0), {orders.dword(1), orders.dword(2)}, orders.natural(3), false});
     }
 }
 
@@ -115,8 +111,9 @@ bool SqliteCounters::write() {
 void SqliteCounters::writeDatabase(DatabaseState& state) {
     runSql(connection_, Sql::writeDatabase, state.info.records, state.info.bytes, state.info.modified, state.version,
            state.info.id);
-    for (const KeptOrder& order : state.orders) {
-        runSql(connection_, Sql::writeOrder, order.version, order.id);
+    for (KeptOrder& order : state.orders) {
+        if (order.unwritten) runSql(connection_, Sql::writeOrder, order.moves, order.id);
+        order.unwritten = false;
     }
     state.unwritten = false;
 }
@@ -130,26 +127,10 @@ std::string packOrders(std::span<const SortOrder> orders) {
     return packed;
 }
 
-std::string bytesOfText(std::u16string_view text) {
-    std::string bytes;
-    for (const WCHAR unit : text) {
-        append(bytes, static_cast<WORD>(unit));
-    }
-    return bytes;
-}
-
-std::u16string textOfBytes(std::string_view bytes) {
-    std::u16string text;
-    for (; bytes.size() >= sizeof(WCHAR); bytes.remove_prefix(sizeof(WCHAR))) {
-        text.push_back(littleEndian<WCHAR>(bytes));
-    }
-    return text;
-}
-
 std::vector<SortOrder> unpackOrders(std::string_view packed) {
     std::vector<SortOrder> orders;
     for (; packed.size() >= packedOrderBytes; packed.remove_prefix(packedOrderBytes)) {
-        orders.push_back({littleEndian<CEPROPID>(packed), littleEndian<DWORD>(packed.substr(4))});
+        orders.push_back({littleEndian(packed), littleEndian(packed.substr(4))});
     }
     return orders;
 }

@@ -10,23 +10,25 @@
 
 namespace Platform {
 
-/// An order that is kept, and how often its entries have changed.
+/// An order that is kept, and how often an entry of it has moved: that entries come and go is the database's to count,
+/// since they do so in all of its orders at once.
 struct KeptOrder {
     OrderId id = 0;
     SortOrder order;
-    std::uint64_t version = 0;
+    std::uint64_t moves = 0;
+    bool unwritten = false;
 };
 
 /// What a store knows of a database beside its records.
 struct DatabaseState {
     DatabaseInfo info;
-    std::uint64_t version = 0;  ///< Of the order of creation.
+    std::uint64_t version = 0;  ///< Grows when a record comes or goes.
     std::vector<KeptOrder> orders;
     bool keepsNumbers = false;
     bool unwritten = false;
 
-    /// Where the order's version is; null when the database has no such order.
-    std::uint64_t* versionOf(OrderId order);
+    /// What grows when an entry of the order comes, goes or moves; nothing when the database has no such order.
+    std::optional<std::uint64_t> versionOf(OrderId order) const;
 };
 
 struct StoreState {
@@ -73,9 +75,5 @@ private:
 /// Declared orders as a database's row has them: property and flags of each, 4 bytes, little-endian.
 std::string packOrders(std::span<const SortOrder> orders);
 std::vector<SortOrder> unpackOrders(std::string_view packed);
-
-/// UTF-16 text as its bytes, little-endian.
-std::string bytesOfText(std::u16string_view text);
-std::u16string textOfBytes(std::string_view bytes);
 
 }  // namespace Platform

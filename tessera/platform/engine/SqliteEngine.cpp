@@ -137,15 +137,15 @@ DWORD SqliteEngine::createDatabase(std::u16string_view name, DWORD type, std::sp
                                    CEOID& database) {
     if (const DWORD error = checkNewDatabase(name, orders)) return error;
     return writing([&]() -> DWORD {
-        const std::string folded = bytesOfText(foldedName(name));
-        if (SqliteQuery(*connection_, Sql::findDatabase, folded).step()) return nameTaken();
+        const std::u16string folded = foldedName(name);
+        if (SqliteQuery(*connection_, Sql::findDatabase, packedText(folded)).step()) return nameTaken();
         StoreState& store = counters_.store();
         if (store.nextId > lastIdentifier) return identifiersUsedUp();
 
         const auto id = static_cast<CEOID>(store.nextId++);
         store.unwritten = true;
-        runSql(*connection_, Sql::insertDatabase, id, bytesOfText(keptName(name)), folded, type, packOrders(orders),
-               ticksAfter(0));
+        runSql(*connection_, Sql::insertDatabase, id, packedText(keptName(name)), packedText(folded), type,
+               packOrders(orders), ticksAfter(0));
         for (const SortOrder& order : orders) {
             const SortOrder wanted = canonicalOrder(order);
             if (!existingOrder(id, wanted)) addOrder(*counters_.find(id), wanted);
@@ -180,8 +180,8 @@ DWORD SqliteEngine::dropDatabase(CEOID database) {
 
 DWORD SqliteEngine::findDatabase(std::u16string_view name, CEOID& database) {
     return reading([&]() -> DWORD {
-        const std::string folded = bytesOfText(foldedName(name));
-        SqliteQuery query(*connection_, Sql::findDatabase, folded);
+        const std::u16string folded = foldedName(name);
+        SqliteQuery query(*connection_, Sql::findDatabase, packedText(folded));
         if (!query.step()) return noSuchDatabase();
         database = query.dword(0);
         return ERROR_SUCCESS;
@@ -226,10 +226,8 @@ DWORD SqliteEngine::createRecord(DatabaseState& database, CEOID& record, std::sp
 
     const auto id = static_cast<CEOID>(store.nextId++);
     runSql(*connection_, Sql::insertRecord, rowOf(database.info.id, id), packed);
-    for (KeptOrder& order : database.orders) {
+    for (const KeptOrder& order : database.orders)
         runSql(*connection_, Sql::insertKey, order.id, keys_.keyOfRecord(order.order, packed), id);
-        ++order.version;
-    }
     addNumbers(database, id, packed);
     ++database.version;
     ++database.info.records;
@@ -250,7 +248,8 @@ DWORD SqliteEngine::changeRecord(DatabaseState& database, CEOID record, std::spa
         if (samePlace(order.order, before, after)) continue;
         runSql(*connection_, Sql::deleteKey, order.id, keys_.keyOfRecord(order.order, before), record);
         runSql(*connection_, Sql::insertKey, order.id, keys_.keyOfRecord(order.order, after), record);
-        ++order.version;
+        ++order.moves;
+        order.unwritten = true;
     }
     if (!sameNumbers(before, after)) {
         removeNumbers(database, record, before);
@@ -264,10 +263,8 @@ DWORD SqliteEngine::changeRecord(DatabaseState& database, CEOID record, std::spa
 DWORD SqliteEngine::eraseRecord(DatabaseState& database, CEOID record) {
     std::string packed;
     if (const DWORD error = readWhole(database.info.id, record, packed)) return error;
-    for (KeptOrder& order : database.orders) {
+    for (const KeptOrder& order : database.orders)
         runSql(*connection_, Sql::deleteKey, order.id, keys_.keyOfRecord(order.order, packed), record);
-        ++order.version;
-    }
     removeNumbers(database, record, packed);
     runSql(*connection_, Sql::deleteRecord, rowOf(database.info.id, record));
     ++database.version;

@@ -6,13 +6,13 @@
 
 namespace Platform {
 
-DWORD SqliteEngine::findNumber(CEOID database, std::string_view number, const SortOrder& along, CEOID& record) {
+DWORD SqliteEngine::findNumber(std::string_view number, const SortOrder& along, CEOID& record) {
     return reading([&]() -> DWORD {
         const SqliteSnapshot snapshot(*connection_);
+        CEOID database = 0;  // that of contacts: only these have numbers
         std::vector<CEOID> holders;
-        for (SqliteQuery row(*connection_, Sql::recordsOfNumber, number, rowOf(database, noRecordBefore),
-                             rowOf(database, noRecordAfter));
-             row.step();) {
+        for (SqliteQuery row(*connection_, Sql::recordsOfNumber, number); row.step();) {
+            database = static_cast<CEOID>(row.integer(0) >> 32);
             holders.push_back(recordOfRow(row.integer(0)));
         }
         if (holders.empty()) return nothingFurther();

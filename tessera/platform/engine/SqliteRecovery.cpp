@@ -97,7 +97,7 @@ private:
         if (haveShape(values, "0iiii")) takeOrder(values);
         if (haveShape(values, "0iiiii")) takeChange(id, values);
         if (haveShape(values, "bi") && idIn(values, 1) != 0)
-            indexedNames_[idIn(values, 1)] = textOfBytes(valueAt<Blob>(values, 0));
+            indexedNames_[idIn(values, 1)] = unpackedText(valueAt<Blob>(values, 0));
         if (haveShape(values, "0iitt")) {
             nextId_ = static_cast<std::uint64_t>(valueAt<std::int64_t>(values, 1));
             locale = valueAt<SqliteText>(values, 3).bytes;
@@ -116,7 +116,7 @@ private:
     void takeDatabase(std::int64_t id, const Values& values) {
         if (id <= 0 || id > static_cast<std::int64_t>(lastIdentifier)) return;
         FoundDatabase found;
-        found.name = keptName(textOfBytes(valueAt<Blob>(values, 1)));
+        found.name = keptName(unpackedText(valueAt<Blob>(values, 1)));
         found.type = static_cast<DWORD>(valueAt<std::int64_t>(values, 3));
         for (const SortOrder& order : unpackOrders(valueAt<Blob>(values, 4))) {
             if (order.property != 0 && hasOrder(order.property)) found.declared.push_back(order);
@@ -182,7 +182,7 @@ void write(SqliteConnection& connection, const Remains& remains) {
     for (const auto& [id, database] : remains.databases) {
         if (keepsNumbers(database.name)) contacts.insert(id);
         const std::uint64_t modified = ticksAfter(database.modified);
-        runSql(connection, Sql::insertDatabase, id, bytesOfText(database.name), bytesOfText(foldedName(database.name)),
+        runSql(connection, Sql::insertDatabase, id, packedText(database.name), packedText(foldedName(database.name)),
                database.type, packOrders(database.declared), modified);
         runSql(connection, Sql::writeDatabase, database.records, database.bytes, modified, std::uint64_t{1}, id);
     }

@@ -92,7 +92,7 @@ OrderId SqliteEngine::addOrder(DatabaseState& database, const SortOrder& wanted)
         query.step();
     }
     fillOrder(database.info.id, id, wanted);
-    database.orders.push_back({id, wanted, 0});
+    database.orders.push_back({id, wanted, 0, false});
     counters_.store().unwritten = true;
     return id;
 }
@@ -137,12 +137,12 @@ void SqliteEngine::rebuildTextOrders() {
     };
     std::vector<TextOrder> orders;
     for (SqliteQuery row(*connection_, Sql::textOrders, DWORD{kindText}); row.step();) {
-        orders.push_back({row.dword(1), {row.integer(0), {row.dword(2), row.dword(3)}, row.natural(4)}});
+        orders.push_back({row.dword(1), {row.integer(0), {row.dword(2), row.dword(3)}, row.natural(4), false}});
     }
     for (const auto& [database, kept] : orders) {
         runSql(*connection_, Sql::deleteKeys, kept.id);
         fillOrder(database, kept.id, kept.order);
-        runSql(*connection_, Sql::writeOrder, kept.version + 1, kept.id);
+        runSql(*connection_, Sql::writeOrder, kept.moves + 1, kept.id);
     }
 }
 
@@ -242,21 +242,23 @@ DWORD SqliteEngine::findEqual(OrderId by, std::string_view key, OrderId along, D
     return reading([&]() -> DWORD {
         const SqliteSnapshot snapshot(*connection_);
         const CEOID database = databaseOf(by);
-        DatabaseState* state = database == 0 ? nullptr : find(database);
         const CEOID other = databaseOf(along);
-        if (state == nullptr || other == 0) return noSuchOrder();
+        if (database == 0 || other == 0) return noSuchOrder();
         if (other != database) return ordersOfTwoDatabases();
+        // Asked only where there is nothing to be found: what the store knows of a database is read anew after every
+        // change by another.
+        const auto nothing = [&] { return find(database) == nullptr ? noSuchOrder() : nothingFurther(); };
 
         if (isCreationOrder(by)) {  // all records have the one key there
             Entry entry;
-            if (!key.empty()) return nothingFurther();
+            if (!key.empty()) return nothing();
             const DWORD error = stepTo(along, 0, direction, entry);
             if (error == ERROR_SUCCESS) found = entry.place;
             return error;
         }
         if (by == along || isCreationOrder(along)) {
             SqliteQuery row(*connection_, inDirection(direction, Sql::firstEqual, Sql::lastEqual), by, key);
-            if (!row.step()) return nothingFurther();
+            if (!row.step()) return nothing();
             found = {by == along ? std::string(key) : std::string(), row.dword(0)};
             return ERROR_SUCCESS;
         }
@@ -264,14 +266,14 @@ DWORD SqliteEngine::findEqual(OrderId by, std::string_view key, OrderId along, D
         for (SqliteQuery row(*connection_, Sql::equalRecords, by, key); row.step();) {
             equal.push_back(row.dword(0));
         }
-        return firstAlong(along, *state, equal, direction, found);
+        DatabaseState* state = equal.empty() ? nullptr : find(database);
+        return state == nullptr ? nothing() : firstAlong(along, *state, equal, direction, found);
     });
 }
 
-/// Which of the records, ascending by identifier, comes first along an order.
+/// Which of the records, of which there is one at least, ascending by identifier, comes first along an order.
 DWORD SqliteEngine::firstAlong(OrderId along, DatabaseState& database, const std::vector<CEOID>& records,
                                Direction direction, Place& found) {
-    if (records.empty()) return nothingFurther();
     if (records.size() > fewEqualRecords) {
         SqliteQuery row(*connection_, inDirection(direction, Sql::stepForward, Sql::stepBackward), along,
                         startKey(nullptr, direction), startRecord(nullptr, direction), noLimit);
@@ -315,8 +317,8 @@ DWORD SqliteEngine::orderVersion(OrderId order, std::uint64_t& version) {
     return reading([&]() -> DWORD {
         const CEOID database = databaseOf(order);
         DatabaseState* state = database == 0 ? nullptr : find(database);
-        const std::uint64_t* found = state == nullptr ? nullptr : state->versionOf(order);
-        if (found == nullptr) return noSuchOrder();
+        const auto found = state == nullptr ? std::nullopt : state->versionOf(order);
+        if (!found) return noSuchOrder();
         version = *found;
         return ERROR_SUCCESS;
     });

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 CCeDBRecord::CCeDBRecord(const CObArray& props) {
+    reserve(props.GetSize());
     for (const CObject* element : props) {
         const auto* prop = dynamic_cast<const CCeDBProp*>(element);
         if (prop != nullptr) props_.push_back(*prop);

@@ -7,18 +7,12 @@
 namespace Platform {
 namespace {
 
-static_assert(std::endian::native == std::endian::little, "texts are stored as they stand in memory");
-
 std::uint64_t numberOf(std::string_view bytes) {
     std::uint64_t number = 0;
     for (std::size_t i = bytes.size(); i-- > 0;) {
         number = number << 8 | static_cast<BYTE>(bytes[i]);
     }
     return number;
-}
-
-std::string_view bytesOf(const WCHAR* text) {
-    return {reinterpret_cast<const char*>(text), std::char_traits<WCHAR>::length(text) * sizeof(WCHAR)};
 }
 
 /// The room that a value takes behind the CEPROPVALs, kept even so that texts stay aligned.
@@ -108,7 +102,7 @@ DWORD StoredValue::set(const CEPROPVAL& value) {
         case kindText:
             if (value.val.lpwstr == nullptr) return ERROR_INVALID_PARAMETER;
             inPlace_ = false;
-            outside_ = bytesOf(value.val.lpwstr);
+            outside_ = packedText(value.val.lpwstr);
             return ERROR_SUCCESS;
         case kindBlob:
             if (value.val.blob.lpb == nullptr && value.val.blob.dwCount != 0) return ERROR_INVALID_PARAMETER;

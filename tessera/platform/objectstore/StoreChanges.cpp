@@ -168,9 +168,7 @@ bool DatabaseReader::findNumber(std::string_view number, CEOID& oid) const {
     return guarded(false, [&] {
         Session* session = Session::current();
         if (session == nullptr) return false;
-        CEOID database = 0;
-        DWORD error = session->engine().findDatabase(impl_->name, database);
-        if (error == ERROR_SUCCESS) error = session->engine().findNumber(database, number, impl_->order, oid);
+        const DWORD error = session->engine().findNumber(number, impl_->order, oid);
         return error == ERROR_SUCCESS || failWith(error, false);
     });
 }

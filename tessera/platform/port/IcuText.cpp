@@ -59,7 +59,7 @@ Collator::Collator(const std::string& locale, bool ignoreCase)
 
 Collator::~Collator() = default;
 
-std::string Collator::sortKey(std::u16string_view text) const {
+void Collator::appendSortKey(std::u16string_view text, std::string& bytes) const {
     const char16_t* units = text.empty() ? u"" : text.data();
     const auto length = static_cast<int32_t>(text.size());
 
@@ -69,13 +69,14 @@ std::string Collator::sortKey(std::u16string_view text) const {
     const int32_t needed = ucol_getSortKey(impl_->collator.get(), units, length, small.data(), room);
     if (needed <= 0) throw std::bad_alloc();
     // The last byte of a key is its only zero byte.
-    const auto keyLength = static_cast<std::size_t>(needed - 1);
-    if (needed <= room) return {small.begin(), small.begin() + needed - 1};
-
-    std::string key(keyLength + 1, '\0');
-    ucol_getSortKey(impl_->collator.get(), units, length, reinterpret_cast<std::uint8_t*>(key.data()), needed);
-    key.resize(keyLength);
-    return key;
+    if (needed <= room) {
+        bytes.append(small.begin(), small.begin() + needed - 1);
+        return;
+    }
+    const std::size_t before = bytes.size();
+    bytes.resize(before + static_cast<std::size_t>(needed));
+    ucol_getSortKey(impl_->collator.get(), units, length, reinterpret_cast<std::uint8_t*>(&bytes[before]), needed);
+    bytes.pop_back();
 }
 
 std::string Collator::version() const {

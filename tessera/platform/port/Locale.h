@@ -28,7 +28,13 @@ public:
     Collator& operator=(const Collator&) = delete;
 
     /// Bytes that compare, byte by byte, as the texts are ordered; they hold no zero byte.
-    std::string sortKey(std::u16string_view text) const;
+    std::string sortKey(std::u16string_view text) const {
+        std::string key;
+        appendSortKey(text, key);
+        return key;
+    }
+    /// Puts the same behind what is there.
+    void appendSortKey(std::u16string_view text, std::string& bytes) const;
     /// Changes when the same text may give another key.
     std::string version() const;
 

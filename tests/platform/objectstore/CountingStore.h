@@ -78,12 +78,10 @@ public:
         ++log_.reads;
         return inner_->findEqual(by, key, along, direction, found);
     }
-    DWORD findNumber(CEOID database, std::string_view number, const Platform::SortOrder& along,
-                     CEOID& record) override {
+    DWORD findNumber(std::string_view number, const Platform::SortOrder& along, CEOID& record) override {
         ++log_.reads;
         if (log_.numberError != ERROR_SUCCESS) SetLastError(log_.numberError);
-        return log_.numberError != ERROR_SUCCESS ? log_.numberError
-                                                 : inner_->findNumber(database, number, along, record);
+        return log_.numberError != ERROR_SUCCESS ? log_.numberError : inner_->findNumber(number, along, record);
     }
     DWORD placeOf(Platform::OrderId order, CEOID record, Platform::Place& place) override {
         ++log_.reads;
