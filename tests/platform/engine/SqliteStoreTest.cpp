@@ -4,6 +4,7 @@
 #include <fstream>
 #include <functional>
 #include <map>
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -281,6 +282,56 @@ TEST(SqliteStore, IsRefusedWhenANewerProgramWasKilledThatHadChangedItsFormat) {
 
     EXPECT_EQ(GetLastError(), ERROR_REVISION_MISMATCH);
     EXPECT_TRUE(storeAndLog(left.path()) == before);
+}
+
+/// A program killed while it folds the log into the file has written the first page, which says how long the file will
+/// be, before the last ones.
+TEST(SqliteStore, HoldsEverythingAfterADeathWithinACheckpoint) {
+    const TemporaryFolder folder;
+    const TemporaryFolder left;
+    const fs::path file = folder / "store.db";
+    constexpr std::size_t page = 4'096;
+    std::vector<CEOID> written;
+    {
+        const auto engine = connect(file);
+        ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
+        for (int i = 0; i < 100; ++i)
+            written.push_back(put(*engine, std::u16string(500, u'a')));
+        ASSERT_EQ(engine->endUnit(), ERROR_SUCCESS);
+        for (const char* each : {"store.db", "store.db-wal"})
+            fs::copy(folder / each, left / each);
+    }
+    const std::string before = readFile(left / "store.db");
+    const std::string folded = readFile(file);
+    ASSERT_LT(before.size(), folded.size());
+    writeFile(left / "store.db", folded.substr(0, page) + before.substr(page));
+
+    const auto engine = connect(left / "store.db");
+
+    ASSERT_NE(engine, nullptr) << Platform::storeErrorText();
+    EXPECT_EQ(walk(*engine, byName(*engine)), written);
+}
+
+TEST(SqliteStore, UnitThatChangesNothingWakesNobody) {
+    const TemporaryFolder folder;
+    const auto store = open(folder / "store.db");
+    ASSERT_NE(store, nullptr);
+    const auto engine = store->connect();
+    const auto watch = store->watchCommits();
+    const auto isReadable = [&] {
+        pollfd waiting{watch->fd(), POLLIN, 0};
+        return ::poll(&waiting, 1, 0) == 1;
+    };
+    const OrderId order = byName(*engine);
+    put(*engine, u"a");
+    EXPECT_TRUE(isReadable());
+    watch->clear();
+
+    ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
+    EXPECT_EQ(walk(*engine, order).size(), 1u);
+    EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
+
+    EXPECT_FALSE(isReadable());
 }
 
 TEST(SqliteStore, IsItsOwnersAloneWhateverTheUmask) {
