@@ -27,37 +27,6 @@ TEST(Tool, PrintsItsVersion) {
     EXPECT_EQ(outcome.out, "tessera " TESSERA_VERSION "\n");
 }
 
-TEST(Tool, ExplainsItselfAndEachCommandWithAnExample) {
-    const Tool tool;
-    for (const std::string command : {"", "init", "import", "export", "add", "edit", "delete", "show", "list", "search",
-                                      "number", "identify", "watch"}) {
-        const Outcome outcome = command.empty() ? tool("--help") : tool(command, "--help");
-        EXPECT_EQ(outcome.status, 0) << command;
-        EXPECT_THAT(outcome.out, HasSubstr("Example")) << command;
-        EXPECT_THAT(outcome.out, HasSubstr("  tessera ")) << command;
-        EXPECT_EQ(outcome.err, "") << command;
-    }
-    EXPECT_FALSE(exists(tool.store()));
-}
-
-TEST(Tool, ExplainsEachCommandOfAFamilyWithAnExample) {
-    const std::map<std::string, std::vector<std::string>> families = {
-        {"speed-dial", {"list", "set", "move", "clear", "free", "call"}},
-        {"group", {"list", "add", "rename", "delete", "reject", "ring"}},
-        {"category", {"list", "add", "rename", "delete"}},
-        {"call", {"log", "list", "last", "oldest", "delete", "clear"}}};
-    const Tool tool;
-    for (const auto& [family, commands] : families) {
-        EXPECT_THAT(tool(family, "--help").out, HasSubstr("  tessera " + family + " ")) << family;
-        for (const std::string& command : commands) {
-            const Outcome outcome = tool(family, command, "--help");
-            EXPECT_EQ(outcome.status, 0) << family << ' ' << command;
-            EXPECT_THAT(outcome.out, HasSubstr("  tessera " + family + ' ' + command)) << family;
-        }
-    }
-    EXPECT_FALSE(exists(tool.store()));
-}
-
 TEST(Tool, AnswersWrongUsageWithStatusTwoAndTouchesNothing) {
     const Tool tool;
     expectFailure(tool(), 2, "subcommand");

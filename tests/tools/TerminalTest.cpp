@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tessera/platform/base/Unicode.h"
+#include "tests/tools/HelpOf.h"
 #include "tests/tools/HostilePhoneBook.h"
 #include "tests/tools/ToolTest.h"
 
@@ -185,20 +186,6 @@ Outcome withoutReturns(Outcome outcome) {
     return outcome;
 }
 
-/// What of it stands below "Subcommands:" in the help of a command.
-std::set<std::string> subcommands(const Tool& tool, const Arguments& of) {
-    Arguments arguments = of;
-    arguments.emplace_back("--help");
-    std::set<std::string> names;
-    bool below = false;
-    for (const std::string& line : linesOf(run(tool.command(arguments)).out)) {
-        if (below && line.empty()) break;
-        if (below) names.insert(line.substr(2, line.find(' ', 2) - 2));
-        below = below || line == "Subcommands:";
-    }
-    return names;
-}
-
 class Terminal : public ::testing::TestWithParam<Family> {
 protected:
     Outcome runOn(const Line& line, Command (*changed)(Command)) {
@@ -297,11 +284,9 @@ TEST(Terminals, AreTestedWithEveryCommand) {
         }
     }
 
-    const std::set<std::string> commands = subcommands(tool, {});
+    std::set<std::string> commands;
+    for (const auto& [command, help] : helpOfAll(tool))
+        if (!command.empty()) commands.insert(joined(command));
     EXPECT_THAT(commands, IsSubsetOf(tested));
-    EXPECT_THAT(commands, ::testing::Contains("watch"));
-    for (const std::string& command : commands) {
-        for (const std::string& inner : subcommands(tool, {command}))
-            EXPECT_THAT(tested, ::testing::Contains(command + ' ' + inner));
-    }
+    EXPECT_THAT(commands, ::testing::IsSupersetOf({"watch", "call log"}));
 }

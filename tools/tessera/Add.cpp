@@ -4,8 +4,7 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "Command.h"
 #include "Commands.h"
 #include "ContactOptions.h"
 #include "Output.h"
@@ -43,14 +42,17 @@ ExitStatus add(const Settings& settings, const ContactOptions& options) {
 
 }  // namespace
 
-void defineAdd(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("add", "Add a contact; makes the phone book when there is none");
+void defineAdd(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "add",
+         .summary = "Add a contact; makes the phone book when there is none",
+         .details = {"A number stays as typed, but when it begins with a plus sign and a country calling code, "
+                     "and the phone book could not tell the code from the rest, it gets a space behind the code: "
+                     "+821023456789 becomes +82 1023456789."},
+         .examples = {"tessera add --name 김민수 --mobile 010-2345-6789 --group 친구 --birthday 1990-03-05"}});
     const auto options = std::make_shared<ContactOptions>();
-    options->define(*command);
-    command->footer(
-        "A number stays as typed, but for a space behind the country calling code of one such as +821023456789.\n"
-        "Example:\n  tessera add --name 김민수 --mobile 010-2345-6789 --group 친구 --birthday 1990-03-05");
-    command->callback(
+    options->define(command);
+    command.callback(
         [&settings, &chosen, options] { chosen = [&settings, options] { return add(settings, *options); }; });
 }
 

@@ -4,8 +4,7 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "Command.h"
 #include "Commands.h"
 #include "DisplayText.h"
 #include "Output.h"
@@ -30,12 +29,20 @@ ExitStatus backUp(const Settings& settings, const std::string& file) {
 
 }  // namespace
 
-void defineBackup(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("backup", "Copy the store, which may be in use, into a new file");
+void defineBackup(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "backup",
+         .summary = "Copy the store, which may be in use, into a new file",
+         .details = {"The copy is the store as it is at one moment, though others write to it meanwhile, and a "
+                     "store like any other. Only its owner may use it.",
+                     "To go back to it, put it in the place of the store while nobody uses that, and remove the "
+                     "file called as the store with '-wal' behind it if there is one."},
+         .examples = {"tessera backup friday.db"}});
     const auto file = std::make_shared<std::string>();
-    command->add_option("FILE", *file, "Where to; a file that exists is never overwritten")->required();
-    command->footer("Example:\n  tessera backup phonebook-friday.db");
-    command->final_callback(
+    CLI::Option* option =
+        command.add_option("FILE", *file, "Where to; a file that exists is never overwritten")->required();
+    command.completeWithFiles(option);
+    command.final_callback(
         [&settings, &chosen, file] { chosen = [&settings, file] { return backUp(settings, *file); }; });
 }
 

@@ -143,14 +143,25 @@ ExitStatus clearCalls(const Settings& settings, const CallArguments& arguments) 
 
 void defineLog(CommandFamily<CallArguments>& family) {
     CallArguments& arguments = family.arguments();
-    CLI::App& log =
-        family.add("log", "Log a call; the phone book says whose it is", "log 01023456789 --type missed", logCall);
+    Command& log = family.add(
+        {.name = "log",
+         .summary = "Log a call; the phone book says whose it is",
+         .details = {"The number is kept in the form that a contact has it in, else in the likeliest. An empty "
+                     "NUMBER stands for a call without one.",
+                     "The phone book fills in name and kind of number: of the contact called --name, when there "
+                     "is one, else of the first contact with the number. Another name is dropped, but for that "
+                     "of a withheld call."},
+         .examples = {"tessera call log 01023456789 --type missed",
+                      "tessera call log --withheld --at 2026-11-21T10:30"}},
+        logCall);
     CLI::Option* number = log.add_option_function<std::string>(
         "NUMBER", [&arguments](const std::string& value) { arguments.number = value; },
         "The number in any spelling; empty when there was none");
     log.add_flag("--withheld", arguments.withheld, "The number was withheld")->excludes(number);
-    log.add_option("--type", arguments.type, "incoming (as without it), outgoing, missed, or a number of your own")
-        ->type_name("TYPE");
+    CLI::Option* type =
+        log.add_option("--type", arguments.type, "incoming (as without it), outgoing, missed, or a number of your own");
+    type->type_name("TYPE");
+    log.completeWithWords(type, {"incoming", "outgoing", "missed"});
     log.add_option_function<std::string>(
            "--at", [&arguments](const std::string& value) { arguments.at = value; },
            "When it was: 2026-11-21T10:30, local, or with Z or +09:00 behind it; now without it")
@@ -164,18 +175,44 @@ void defineLog(CommandFamily<CallArguments>& family) {
 
 }  // namespace
 
-void defineCall(CLI::App& program, const Settings& settings, Action& chosen) {
-    CommandFamily<CallArguments> family(program, settings, chosen, "call", "Log calls, and tell of the last hundred");
-    family.explain("log 01023456789 --type missed", "list");
+void defineCall(Command& program, const Settings& settings, Action& chosen) {
+    CommandFamily<CallArguments> family(
+        program, settings, chosen,
+        {.name = "call",
+         .summary = "Log calls, and tell of the last hundred",
+         .details = {"The newest hundred calls are kept."},
+         .examples = {"tessera call log 01023456789 --type missed", "tessera call list"}});
     CallArguments& arguments = family.arguments();
 
     defineLog(family);
-    family.add("list", "List the calls, newest first", "list", listCalls);
-    family.add("last", "Show the newest call", "last", lastCall);
-    family.add("oldest", "Show the oldest call", "oldest", oldestCall);
-    CLI::App& erase = family.add("delete", "Delete calls", "delete 12 15", deleteCalls);
+    family.add({.name = "list",
+                .summary = "List the calls, newest first",
+                .details = {"Numbers are written with dashes, and times in the zone of the user."},
+                .examples = {"tessera call list"}},
+               listCalls);
+    family.add({.name = "last",
+                .summary = "Show the newest call",
+                .details = {"When no call is logged the exit status is 1."},
+                .examples = {"tessera call last"}},
+               lastCall);
+    family.add({.name = "oldest",
+                .summary = "Show the oldest call",
+                .details = {"When no call is logged the exit status is 1."},
+                .examples = {"tessera call oldest"}},
+               oldestCall);
+    Command& erase = family.add(
+        {.name = "delete",
+         .summary = "Delete calls",
+         .details = {"Calls that there are not are named on standard error, and the exit status is 1; the others "
+                     "are deleted."},
+         .examples = {"tessera call delete 21 22"}},
+        deleteCalls);
     erase.add_option("OID", arguments.oids, "Identifiers of calls, as list shows them")->required();
-    CLI::App& clear = family.add("clear", "Delete every call; asks first", "clear --yes", clearCalls);
+    Command& clear = family.add({.name = "clear",
+                                 .summary = "Delete every call; asks first",
+                                 .details = {"Asks on a terminal; anywhere else it needs --yes."},
+                                 .examples = {"tessera call clear --yes"}},
+                                clearCalls);
     clear.add_flag("--yes", arguments.yes, "Do not ask");
 }
 

@@ -120,24 +120,42 @@ ExitStatus deleteCategory(const Settings& settings, const CategoryArguments& arg
 
 }  // namespace
 
-void defineCategory(CLI::App& program, const Settings& settings, Action& chosen) {
-    CommandFamily<CategoryArguments> family(program, settings, chosen, "category",
-                                            "List and change the categories that groups follow");
-    family.explain("list", "add 동호회");
+void defineCategory(Command& program, const Settings& settings, Action& chosen) {
+    CommandFamily<CategoryArguments> family(
+        program, settings, chosen,
+        {.name = "category",
+         .summary = "List and change the categories that groups follow",
+         .details = {"Categories change here as another program would change them, and the groups are brought "
+                     "into step with all of them."},
+         .examples = {"tessera category list", "tessera category add 동호회"}});
     CategoryArguments& arguments = family.arguments();
-    const auto addNamed = [&](const char* name, const char* description, const char* example, auto run) -> CLI::App& {
-        CLI::App& command = family.add(name, description, example, run);
+    const auto addNamed = [&](const CommandText& text, auto run) -> Command& {
+        Command& command = family.add(text, run);
         command.add_option("NAME", arguments.name, "The category's name")->required();
         return command;
     };
 
-    family.add("list", "List the categories", "list", listCategories);
-    addNamed("add", "Add a category, and its group", "add 동호회", addCategory);
-    CLI::App& rename = addNamed("rename", "Rename a category in all contacts that carry it, and its group",
-                                "rename 동호회 산악회", renameCategory);
+    family.add({.name = "list",
+                .summary = "List the categories",
+                .details = {"The categories are listed in the order of their names."},
+                .examples = {"tessera category list"}},
+               listCategories);
+    addNamed({.name = "add",
+              .summary = "Add a category, and its group",
+              .details = {"A group of that name that has no category becomes the group of this one."},
+              .examples = {"tessera category add 동호회"}},
+             addCategory);
+    Command& rename = addNamed({.name = "rename",
+                                .summary = "Rename a category in all contacts that carry it, and its group",
+                                .details = {"The other categories of the contacts stay as they are."},
+                                .examples = {"tessera category rename 학교 동창"}},
+                               renameCategory);
     rename.add_option("NEW", arguments.newName, "Its new name")->required();
-    addNamed("delete", "Take a category out of all contacts that carry it, and delete it and its group",
-             "delete 동호회", deleteCategory);
+    addNamed({.name = "delete",
+              .summary = "Take a category out of all contacts that carry it, and delete it and its group",
+              .details = {"The contacts stay, with their other categories."},
+              .examples = {"tessera category delete 회사"}},
+             deleteCategory);
 }
 
 }  // namespace Tool

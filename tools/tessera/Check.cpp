@@ -8,9 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "CheckReport.h"
+#include "Command.h"
 #include "Commands.h"
 #include "Store.h"
 #include "System.h"
@@ -86,15 +85,23 @@ ExitStatus check(const Settings& settings, const CheckArguments& arguments) {
 
 }  // namespace
 
-void defineCheck(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("check", "Look for damage in the store and in the phone book");
+void defineCheck(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "check",
+         .summary = "Look for damage in the store and in the phone book",
+         .details = {"Each thing that is damaged in the file, or does not fit together in the phone book, is "
+                     "named in a line of its own. Nothing is changed without --repair, others may write "
+                     "meanwhile, and a store that is missing is not made.",
+                     "With --repair what can be mended is mended, all of it at once, and looked at again. First "
+                     "the store is copied to a file beside it that has '.backup-' and the time behind its name; "
+                     "without that copy nothing is mended.",
+                     "Exit status: 0 nothing is wrong, or is left, 1 something is wrong, 3 it could not be "
+                     "looked at."},
+         .examples = {"tessera check --full", "tessera check --repair"}});
     const auto arguments = std::make_shared<CheckArguments>();
-    command->add_flag("--full", arguments->full, "Look at every record and at its place in every order");
-    command->add_flag("--repair", arguments->repair, "Mend what can be mended, after a backup beside the store");
-    command->footer(
-        "Exit status: 0 nothing is wrong, or is left, 1 something is wrong, 3 it could not be looked at.\n"
-        "Example:\n  tessera check --full");
-    command->final_callback(
+    command.add_flag("--full", arguments->full, "Look at every record and at its place in every order");
+    command.add_flag("--repair", arguments->repair, "Mend what can be mended, after a backup beside the store");
+    command.final_callback(
         [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return check(settings, *arguments); }; });
 }
 

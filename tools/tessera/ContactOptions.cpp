@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include <CLI/CLI.hpp>
-
 #include "Arguments.h"
+#include "Command.h"
 #include "Failure.h"
 #include "Numbers.h"
 #include "tessera/platform/base/COleDateTime.h"
@@ -87,7 +86,7 @@ void takeOut(PBRecord& record, const Option& option) {
 
 }  // namespace
 
-void ContactOptions::define(CLI::App& command) {
+void ContactOptions::define(Command& command) {
     static_assert(options.size() == count);
     for (std::size_t i = 0; i < count; ++i) {
         command

@@ -7,17 +7,15 @@
 
 #include "Records.h"
 
-namespace CLI {
-class App;
-}
-
 namespace Tool {
+
+class Command;
 
 /// The fields of a contact as the command line gives them.
 class ContactOptions {
 public:
     /// Adds an option for each field to the command; parsing it fills this object, which must live as long.
-    void define(CLI::App& command);
+    void define(Command& command);
 
     /// No field was named.
     bool empty() const;

@@ -4,8 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "Command.h"
 #include "Commands.h"
 #include "Deletion.h"
 #include "Records.h"
@@ -50,14 +49,19 @@ ExitStatus deleteContacts(const Settings& settings, const DeleteArguments& argum
 
 }  // namespace
 
-void defineDelete(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("delete", "Delete contacts");
+void defineDelete(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "delete",
+         .summary = "Delete contacts",
+         .details = {"Contacts that there are not are named on standard error, and the exit status is 1; the "
+                     "others are deleted. --all asks first on a terminal; anywhere else it needs --yes, which "
+                     "also does without the question."},
+         .examples = {"tessera delete 15 17", "tessera delete --all --yes"}});
     const auto arguments = std::make_shared<DeleteArguments>();
-    CLI::Option* oids = command->add_option("OID", arguments->oids, "Identifiers of contacts, as list shows them");
-    CLI::Option* all = command->add_flag("--all", arguments->all, "Delete every contact; asks first")->excludes(oids);
-    command->add_flag("--yes", arguments->yes, "Do not ask")->needs(all);
-    command->footer("Examples:\n  tessera delete 12 15\n  tessera delete --all --yes");
-    command->callback([&settings, &chosen, arguments] {
+    CLI::Option* oids = command.add_option("OID", arguments->oids, "Identifiers of contacts, as list shows them");
+    CLI::Option* all = command.add_flag("--all", arguments->all, "Delete every contact; asks first")->excludes(oids);
+    command.add_flag("--yes", arguments->yes, "Do not ask")->needs(all);
+    command.callback([&settings, &chosen, arguments] {
         chosen = [&settings, arguments] { return deleteContacts(settings, *arguments); };
     });
 }

@@ -4,10 +4,9 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "Arguments.h"
 #include "Categories.h"
+#include "Command.h"
 #include "Commands.h"
 #include "ContactOptions.h"
 #include "Output.h"
@@ -62,13 +61,17 @@ ExitStatus edit(const Settings& settings, const EditArguments& arguments) {
 
 }  // namespace
 
-void defineEdit(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("edit", "Change the named fields of a contact and keep the others");
+void defineEdit(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "edit",
+         .summary = "Change the named fields of a contact and keep the others",
+         .details = {"An empty value empties the field. A contact whose group changes leaves the category of the "
+                     "group that it had; its other categories stay, behind the group."},
+         .examples = {"tessera edit 15 --home \"\" --group family"}});
     const auto arguments = std::make_shared<EditArguments>();
-    command->add_option("OID", arguments->oid, "The contact's identifier, as list shows it")->required();
-    arguments->options.define(*command);
-    command->footer("An empty value empties the field.\nExample:\n  tessera edit 12 --home \"\" --group family");
-    command->callback(
+    command.add_option("OID", arguments->oid, "The contact's identifier, as list shows it")->required();
+    arguments->options.define(command);
+    command.callback(
         [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return edit(settings, *arguments); }; });
 }
 

@@ -6,8 +6,7 @@
 #include <string>
 #include <system_error>
 
-#include <CLI/CLI.hpp>
-
+#include "Command.h"
 #include "Commands.h"
 #include "ExportText.h"
 #include "Output.h"
@@ -45,15 +44,19 @@ ExitStatus exportAll(const Settings& settings, const std::string& path) {
 
 }  // namespace
 
-void defineExport(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("export", "Write all contacts as a file that import reads, or as JSON");
+void defineExport(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "export",
+         .summary = "Write all contacts as a file that import reads, or as JSON",
+         .details = {"The contacts are written in the order of their names. Standard output gets only JSON when "
+                     "it is a terminal. A FILE that exists is replaced at once when all is written; nobody else "
+                     "can read the new one.",
+                     "A contact that the import format cannot hold is an error, and nothing is written. With "
+                     "--json the contacts are written as 'list' writes them, and that holds all of them."},
+         .examples = {"tessera export contacts.csv", "tessera export --json"}});
     const auto path = std::make_shared<std::string>();
-    command->add_option("FILE", *path, "The file to make or replace; else standard output");
-    command->footer(
-        "A contact that the import format cannot hold is an error, and nothing is written.\n"
-        "Examples:\n  tessera export contacts.csv\n  tessera export --json");
-    command->callback(
-        [&settings, &chosen, path] { chosen = [&settings, path] { return exportAll(settings, *path); }; });
+    command.completeWithFiles(command.add_option("FILE", *path, "The file to make or replace; else standard output"));
+    command.callback([&settings, &chosen, path] { chosen = [&settings, path] { return exportAll(settings, *path); }; });
 }
 
 }  // namespace Tool

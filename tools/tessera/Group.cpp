@@ -199,28 +199,54 @@ ExitStatus ringGroup(const Settings& settings, const GroupArguments& arguments) 
 
 }  // namespace
 
-void defineGroup(CLI::App& program, const Settings& settings, Action& chosen) {
-    CommandFamily<GroupArguments> family(program, settings, chosen, "group",
-                                         "List and change groups of contacts, and how they ring");
-    family.explain("list", "ring 가족 --call bells.mp3");
+void defineGroup(Command& program, const Settings& settings, Action& chosen) {
+    CommandFamily<GroupArguments> family(
+        program, settings, chosen,
+        {.name = "group",
+         .summary = "List and change groups of contacts, and how they ring",
+         .details = {"A group follows the contact category of its name."},
+         .examples = {"tessera group list", "tessera group ring 가족 --call bells.mp3"}});
     GroupArguments& arguments = family.arguments();
-    const auto addNamed = [&](const char* name, const char* description, const char* example, auto run) -> CLI::App& {
-        CLI::App& command = family.add(name, description, example, run);
+    const auto addNamed = [&](const CommandText& text, auto run) -> Command& {
+        Command& command = family.add(text, run);
         command.add_option("NAME", arguments.name, "The group's name")->required();
         return command;
     };
 
-    family.add("list", "List the groups and their settings", "list", listGroups);
-    addNamed("add", "Add a group, and its category", "add 동호회", addGroup);
-    CLI::App& rename =
-        addNamed("rename", "Rename a group; its members stay in it", "rename 동호회 산악회", renameGroup);
+    family.add({.name = "list",
+                .summary = "List the groups and their settings",
+                .details = {"The groups are listed in the order of their names."},
+                .examples = {"tessera group list"}},
+               listGroups);
+    addNamed({.name = "add",
+              .summary = "Add a group, and its category",
+              .details = {"A category of that name that has no group becomes the category of this one."},
+              .examples = {"tessera group add 동호회"}},
+             addGroup);
+    Command& rename = addNamed({.name = "rename",
+                                .summary = "Rename a group; its members stay in it",
+                                .details = {"Its category is renamed as well, in every contact that carries it."},
+                                .examples = {"tessera group rename 학교 동창"}},
+                               renameGroup);
     rename.add_option("NEW", arguments.newName, "Its new name")->required();
-    addNamed("delete", "Delete a group; its members stay in the phone book", "delete 동호회", deleteGroup);
-    CLI::App& reject =
-        addNamed("reject", "Say whether calls from members are to be rejected", "reject 회사 on", rejectGroup);
-    reject.add_option("HOW", arguments.reject, "on or off")->required();
-    CLI::App& ring = addNamed("ring", "Set how a group rings; an empty text removes a setting",
-                              "ring 가족 --call bells.mp3 --message \"\"", ringGroup);
+    addNamed({.name = "delete",
+              .summary = "Delete a group; its members stay in the phone book",
+              .details = {"Its category is deleted as well, and taken out of every contact that carries it."},
+              .examples = {"tessera group delete 회사"}},
+             deleteGroup);
+    Command& reject =
+        addNamed({.name = "reject",
+                  .summary = "Say whether calls from members are to be rejected",
+                  .details = {"That is kept with the group; the program that takes the calls has to heed it."},
+                  .examples = {"tessera group reject 회사 on"}},
+                 rejectGroup);
+    CLI::Option* how = reject.add_option("HOW", arguments.reject, "on or off")->required();
+    reject.completeWithWords(how, {"on", "off"});
+    Command& ring = addNamed({.name = "ring",
+                              .summary = "Set how a group rings; an empty text removes a setting",
+                              .details = {"What is not named stays."},
+                              .examples = {"tessera group ring 가족 --call bells.mp3 --message \"\""}},
+                             ringGroup);
     for (std::size_t i = 0; i < groupTones.size(); ++i) {
         const auto keep = [&arguments, i](const std::string& value) { arguments.tones[i] = value; };
         ring.add_option_function<std::string>(std::string("--") + groupTones[i].key, keep, groupTones[i].meaning)

@@ -4,10 +4,9 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "Arguments.h"
 #include "Callers.h"
+#include "Command.h"
 #include "Commands.h"
 #include "Numbers.h"
 #include "Output.h"
@@ -87,13 +86,18 @@ ExitStatus identify(const Settings& settings, const Arguments& arguments) {
 
 }  // namespace
 
-void defineIdentify(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("identify", "Tell who has a number, as it was received or typed");
+void defineIdentify(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "identify",
+         .summary = "Tell who has a number, as it was received or typed",
+         .details = {"A country calling code behind a plus sign or behind 00 is separated from the rest. When "
+                     "nobody has the number so, the other forms that it can have are tried, with the leading "
+                     "zero and without; the form that matched is told."},
+         .examples = {"tessera identify \"+82 10-2345-6789\"", "tessera identify 01023456789 --all"}});
     const auto arguments = std::make_shared<Arguments>();
-    command->add_option("NUMBER", arguments->number, "The number in any spelling")->required();
-    command->add_flag("--all", arguments->all, "List everybody who has the number, not just the first");
-    command->footer("Examples:\n  tessera identify \"+82 10-2345-6789\"\n  tessera identify 01023456789 --all");
-    command->callback([&settings, &chosen, arguments] {
+    command.add_option("NUMBER", arguments->number, "The number in any spelling")->required();
+    command.add_flag("--all", arguments->all, "List everybody who has the number, not just the first");
+    command.callback([&settings, &chosen, arguments] {
         chosen = [&settings, arguments] { return identify(settings, *arguments); };
     });
 }

@@ -3,9 +3,8 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "Arguments.h"
+#include "Command.h"
 #include "Commands.h"
 #include "ImportFile.h"
 #include "ImportReport.h"
@@ -33,19 +32,22 @@ ExitStatus import(const Settings& settings, const std::string& path) {
 
 }  // namespace
 
-void defineImport(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command =
-        program.add_subcommand("import", "Add the contacts of a file; makes the phone book when there is none");
+void defineImport(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "import",
+         .summary = "Add the contacts of a file; makes the phone book when there is none",
+         .details = {"Columns: name, group, categories, mobile, home, business, e-mail, avatar, photo, bell, "
+                     "birthday, calling screen, pager, fax, notes, private, primary. A value in double quotes "
+                     "may hold commas and loses the quotes. Blanks before a value, and blanks, tabs and quotes "
+                     "at its end, are dropped. A number such as +821023456789 gets a space behind its country "
+                     "calling code."},
+         .examples = {"tessera import contacts.csv"}});
     const auto path = std::make_shared<std::string>();
-    command->add_option("FILE", *path, "Comma-separated text in UTF-8 or UTF-16LE, the first line being a header")
-        ->required();
-    command->footer(
-        "Columns: name, group, categories, mobile, home, business, e-mail, avatar, photo, bell, birthday,\n"
-        "calling screen, pager, fax, notes, private, primary. A value in double quotes may hold commas and loses the\n"
-        "quotes. Blanks before a value, and blanks, tabs and quotes at its end, are dropped. A number such as\n"
-        "+821023456789 gets a space behind its country calling code.\n"
-        "Example:\n  tessera import contacts.csv");
-    command->callback([&settings, &chosen, path] { chosen = [&settings, path] { return import(settings, *path); }; });
+    CLI::Option* file =
+        command.add_option("FILE", *path, "Comma-separated text in UTF-8 or UTF-16LE, the first line being a header")
+            ->required();
+    command.completeWithFiles(file);
+    command.callback([&settings, &chosen, path] { chosen = [&settings, path] { return import(settings, *path); }; });
 }
 
 }  // namespace Tool

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include "Command.h"
 #include "Commands.h"
 #include "DisplayText.h"
 #include "Output.h"
@@ -27,10 +28,15 @@ ExitStatus init(const Settings& settings) {
 
 }  // namespace
 
-void defineInit(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("init", "Make the phone book; one that exists stays as it is");
-    command->footer("Example:\n  tessera --store family.db init");
-    command->final_callback([&settings, &chosen] { chosen = [&settings] { return init(settings); }; });
+void defineInit(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "init",
+         .summary = "Make the phone book; one that exists stays as it is",
+         .details = {"A new one has four groups to begin with (family, friends, company and school, in Korean), "
+                     "unless another program has made contact categories in the store already: then those are "
+                     "its groups."},
+         .examples = {"tessera --store family.db init"}});
+    command.final_callback([&settings, &chosen] { chosen = [&settings] { return init(settings); }; });
 }
 
 }  // namespace Tool

@@ -6,42 +6,19 @@
 #include <new>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
-#include "Commands.h"
+#include "Command.h"
 #include "DisplayText.h"
 #include "Failure.h"
-#include "Settings.h"
+#include "Program.h"
 
 namespace {
 
 using Tool::ExitStatus;
 
-constexpr auto define = {Tool::defineInit,   Tool::defineImport,   Tool::defineExport,   Tool::defineAdd,
-                         Tool::defineEdit,   Tool::defineDelete,   Tool::defineShow,     Tool::defineList,
-                         Tool::defineSearch, Tool::defineNumber,   Tool::defineIdentify, Tool::defineSpeedDial,
-                         Tool::defineGroup,  Tool::defineCategory, Tool::defineCall,     Tool::defineWatch,
-                         Tool::defineCheck,  Tool::defineBackup,   Tool::defineRecover};
-
 int report(ExitStatus status, const std::string& why) {
     std::cout.flush();
     std::cerr << "tessera: " << Tool::displayable(why) << '\n';
     return static_cast<int>(status);
-}
-
-void describe(CLI::App& program, Tool::Settings& settings) {
-    program.set_version_flag("--version", "tessera " TESSERA_VERSION, "Print the version and exit");
-    program
-        .add_option("--store", settings.storePath,
-                    "The store's file; else $TESSERA_STORE, else tessera/store.db in the data folder")
-        ->type_name("FILE")
-        ->check([](const std::string& path) { return std::string(path.empty() ? "wants the name of a file" : ""); });
-    program.add_flag("--json", settings.json, "Write JSON instead of text");
-    program.footer(
-        "Exit status: 0 done or found, 1 nothing found or not all right, 2 wrong usage, 3 failure.\n"
-        "Example:\n  tessera import contacts.csv && tessera identify \"+82 10-2345-6789\"");
-    program.require_subcommand(1);
-    program.fallthrough();  // the options above may also stand behind the command
 }
 
 /// What the user took for a command, where there is none, behind the commands that there are; empty when the line
@@ -77,10 +54,8 @@ bool parse(CLI::App& program, int argc, char** argv) {
 ExitStatus run(int argc, char** argv) {
     Tool::Settings settings;
     Tool::Action chosen;
-    CLI::App program("Keeps a phone book and tells who is calling.", "tessera");
-    describe(program, settings);
-    for (const auto& defineCommand : define)
-        defineCommand(program, settings, chosen);
+    Tool::Command program(Tool::programText());
+    Tool::defineProgram(program, settings, chosen);
     const ExitStatus status = parse(program, argc, argv) ? chosen() : ExitStatus::done;
     if (!std::cout.flush()) throw Tool::Failure("cannot write to standard output");
     return status;

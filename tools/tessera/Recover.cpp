@@ -4,8 +4,7 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "Command.h"
 #include "Commands.h"
 #include "DisplayText.h"
 #include "Output.h"
@@ -53,15 +52,23 @@ ExitStatus recover(const Settings& settings, const RecoverArguments& arguments) 
 
 }  // namespace
 
-void defineRecover(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("recover", "Make a new store of all that a damaged one still holds");
+void defineRecover(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "recover",
+         .summary = "Make a new store of all that a damaged one still holds",
+         .details = {"Every record that can still be read is saved, and what is lost is told. Both stores are "
+                     "named here, without --store. What that leaves in the phone book shows 'check' on the new "
+                     "one.",
+                     "Exit status: 0 all was saved, 1 something is lost, 3 nothing was saved."},
+         .examples = {"tessera recover damaged.db saved.db; tessera --store saved.db check --repair"}});
     const auto arguments = std::make_shared<RecoverArguments>();
-    command->add_option("DAMAGED", arguments->damaged, "The damaged store, which stays as it is")->required();
-    command->add_option("NEW", arguments->fresh, "The new one; a file that exists is never overwritten")->required();
-    command->footer(
-        "Exit status: 0 all was saved, 1 something is lost, 3 nothing was saved.\n"
-        "Example:\n  tessera recover broken.db saved.db && tessera --store saved.db check --repair");
-    command->final_callback(
+    const auto addFile = [&](const char* name, std::string& value, const char* description) {
+        CLI::Option* file = command.add_option(name, value, description)->required();
+        command.completeWithFiles(file);
+    };
+    addFile("DAMAGED", arguments->damaged, "The damaged store, which stays as it is");
+    addFile("NEW", arguments->fresh, "The new one; a file that exists is never overwritten");
+    command.final_callback(
         [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return recover(settings, *arguments); }; });
 }
 

@@ -5,10 +5,9 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "Arguments.h"
 #include "Categories.h"
+#include "Command.h"
 #include "Commands.h"
 #include "Output.h"
 #include "Records.h"
@@ -109,42 +108,53 @@ ExitStatus number(const Settings& settings, const std::string& argument) {
 
 }  // namespace
 
-void defineList(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("list", "List contacts: all of them, or those of a group or a prefix");
+void defineList(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "list",
+         .summary = "List contacts: all of them, or those of a group or a prefix",
+         .details = {"The contacts are listed in the order of their names. The name of a group counts with its "
+                     "case, a prefix without."},
+         .examples = {"tessera list --json", "tessera list --group 친구", "tessera list --prefix min"}});
     const auto arguments = std::make_shared<ListArguments>();
-    CLI::Option* group = command->add_option("--group", arguments->group, "Only whose one category is this group");
-    CLI::Option* noGroup = command->add_flag("--no-group", arguments->noGroup, "Only who has no category");
-    CLI::Option* prefix = command->add_option("--prefix", arguments->prefix, "Only whose name begins so, in any case");
+    CLI::Option* group = command.add_option("--group", arguments->group, "Only whose one category is this group");
+    CLI::Option* noGroup = command.add_flag("--no-group", arguments->noGroup, "Only who has no category");
+    CLI::Option* prefix = command.add_option("--prefix", arguments->prefix, "Only whose name begins so, in any case");
     group->type_name("NAME")->excludes(noGroup)->excludes(prefix);
     prefix->type_name("TEXT")->excludes(noGroup);
     arguments->groupGiven = group;
     arguments->prefixGiven = prefix;
-    command->footer("Examples:\n  tessera list --json\n  tessera list --group friends");
-    command->callback(
+    command.callback(
         [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return list(settings, *arguments); }; });
 }
 
-void defineSearch(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("search", "Find contacts by a part of the name, or by its initials");
+void defineSearch(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "search",
+         .summary = "Find contacts by a part of the name, or by its initials",
+         .details = {"A text of Korean initial consonants finds the names whose syllables begin with them, from "
+                     "the first one on. Each --and narrows the result to those contacts that its text finds as "
+                     "well."},
+         .examples = {"tessera search kim", "tessera search ㄱㅁ", "tessera search kim --and min"}});
     const auto arguments = std::make_shared<SearchArguments>();
     command
-        ->add_option("TEXT", arguments->text,
-                     "A part of the name in any case, or initial consonants from its beginning")
+        .add_option("TEXT", arguments->text, "A part of the name in any case, or initial consonants from its beginning")
         ->required();
-    command->add_option("--and", arguments->narrowing, "Only those that this text finds as well; may stand repeatedly")
+    command.add_option("--and", arguments->narrowing, "Only those that this text finds as well; may stand repeatedly")
         ->type_name("TEXT")
         ->allow_extra_args(false);
-    command->footer("Examples:\n  tessera search kim\n  tessera search ㄱㅁ\n  tessera search kim --and anna");
-    command->callback(
+    command.callback(
         [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return search(settings, *arguments); }; });
 }
 
-void defineNumber(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("number", "Find contacts by a part of one of their numbers");
-    command->footer("Example:\n  tessera number 5678");
+void defineNumber(Command& program, const Settings& settings, Action& chosen) {
+    Command& command =
+        program.add({.name = "number",
+                     .summary = "Find contacts by a part of one of their numbers",
+                     .details = {"Blanks and dashes do not count, neither in DIGITS nor in the numbers."},
+                     .examples = {"tessera number 2345"}});
     const auto digits = std::make_shared<std::string>();
-    command->add_option("DIGITS", *digits, "Digits that follow one another in the number")->required();
-    command->callback(
+    command.add_option("DIGITS", *digits, "Digits that follow one another in the number")->required();
+    command.callback(
         [&settings, &chosen, digits] { chosen = [&settings, digits] { return number(settings, *digits); }; });
 }
 

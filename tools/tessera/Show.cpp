@@ -3,9 +3,8 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "Arguments.h"
+#include "Command.h"
 #include "Commands.h"
 #include "Output.h"
 #include "Records.h"
@@ -26,12 +25,14 @@ ExitStatus show(const Settings& settings, const std::string& argument) {
 
 }  // namespace
 
-void defineShow(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand("show", "Show one contact with all its fields");
+void defineShow(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add({.name = "show",
+                                    .summary = "Show one contact with all its fields",
+                                    .details = {"What the contact lacks is left out."},
+                                    .examples = {"tessera show 15"}});
     const auto oid = std::make_shared<std::string>();
-    command->add_option("OID", *oid, "The contact's identifier, as list shows it")->required();
-    command->footer("Example:\n  tessera show 12");
-    command->callback([&settings, &chosen, oid] { chosen = [&settings, oid] { return show(settings, *oid); }; });
+    command.add_option("OID", *oid, "The contact's identifier, as list shows it")->required();
+    command.callback([&settings, &chosen, oid] { chosen = [&settings, oid] { return show(settings, *oid); }; });
 }
 
 }  // namespace Tool

@@ -205,25 +205,55 @@ ExitStatus callSlot(const Settings& settings, const SlotArguments& arguments) {
 
 }  // namespace
 
-void defineSpeedDial(CLI::App& program, const Settings& settings, Action& chosen) {
-    CommandFamily<SlotArguments> family(program, settings, chosen, "speed-dial", "Dial numbers by slots from 1 to 99");
-    family.explain("set 5 12 mobile", "call 5");
+void defineSpeedDial(Command& program, const Settings& settings, Action& chosen) {
+    CommandFamily<SlotArguments> family(
+        program, settings, chosen,
+        {.name = "speed-dial",
+         .summary = "Dial numbers by slots from 1 to 99",
+         .details = {"A slot stands for the mobile, home or business number of a contact."},
+         .examples = {"tessera speed-dial set 5 15 mobile", "tessera speed-dial call 5"}});
     SlotArguments& arguments = family.arguments();
 
-    family.add("list", "Show the slots: all of them on a terminal, else those that are taken", "list", listSlots);
-    CLI::App& set = family.add("set", "Give a slot to a contact's number", "set 5 12 mobile", setSlot);
+    family.add({.name = "list",
+                .summary = "Show the slots: all of them on a terminal, else those that are taken",
+                .details = {"On a terminal the slots stand in as many columns as it has room for."},
+                .examples = {"tessera speed-dial list"}},
+               listSlots);
+    Command& set = family.add({.name = "set",
+                               .summary = "Give a slot to a contact's number",
+                               .details = {"A number that has another slot moves out of that."},
+                               .examples = {"tessera speed-dial set 5 15 mobile"}},
+                              setSlot);
     set.add_option("SLOT", arguments.slot, "The slot; who has it loses it")->required();
     set.add_option("OID", arguments.oid, "The contact's identifier, as list shows it")->required();
-    set.add_option("NUMBER", arguments.type, "Which number: mobile, home or business")->required();
-    CLI::App& move = family.add("move", "Move what is in a slot to a free one", "move 5 7", moveSlot);
+    CLI::Option* number =
+        set.add_option("NUMBER", arguments.type, "Which number: mobile, home or business")->required();
+    set.completeWithWords(number, {"mobile", "home", "business"});
+    Command& move = family.add({.name = "move",
+                                .summary = "Move what is in a slot to a free one",
+                                .details = {"A slot that is taken has to be cleared first."},
+                                .examples = {"tessera speed-dial move 5 7"}},
+                               moveSlot);
     move.add_option("FROM", arguments.slot, "The slot that it is in")->required();
     move.add_option("TO", arguments.to, "The slot that it is to be in")->required();
-    CLI::App& clear = family.add("clear", "Empty a slot, or all of them", "clear 5", clearSlots);
+    Command& clear = family.add({.name = "clear",
+                                 .summary = "Empty a slot, or all of them",
+                                 .details = {"--all asks first on a terminal; anywhere else it needs --yes."},
+                                 .examples = {"tessera speed-dial clear 5", "tessera speed-dial clear --all --yes"}},
+                                clearSlots);
     CLI::Option* slot = clear.add_option("SLOT", arguments.slot, "The slot");
     CLI::Option* all = clear.add_flag("--all", arguments.all, "Empty every slot; asks first")->excludes(slot);
     clear.add_flag("--yes", arguments.yes, "Do not ask")->needs(all);
-    family.add("free", "Tell the lowest free slot", "free", freeSlot);
-    CLI::App& call = family.add("call", "Print the number to dial for a slot", "call 5", callSlot);
+    family.add({.name = "free",
+                .summary = "Tell the lowest free slot",
+                .details = {"When all are taken the exit status is 1."},
+                .examples = {"tessera speed-dial free"}},
+               freeSlot);
+    Command& call = family.add({.name = "call",
+                                .summary = "Print the number to dial for a slot",
+                                .details = {"It prints nothing else."},
+                                .examples = {"tessera speed-dial call 5"}},
+                               callSlot);
     call.add_option("SLOT", arguments.slot, "The slot")->required();
 }
 

@@ -6,9 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "CallTimes.h"
+#include "Command.h"
 #include "Commands.h"
 #include "DisplayText.h"
 #include "EndlessOutput.h"
@@ -149,13 +148,25 @@ ExitStatus watch(const Settings& settings) {
 
 }  // namespace
 
-void defineWatch(CLI::App& program, const Settings& settings, Action& chosen) {
-    CLI::App* command = program.add_subcommand(
-        "watch", "Tell of each change to contacts and categories as it comes, and keep groups and slots in step");
-    command->footer(
-        "Goes on until it is interrupted, or nobody reads its output any more.\n"
-        "Examples:\n  tessera watch\n  tessera --json watch | jq --unbuffered .name");
-    command->final_callback([&settings, &chosen] { chosen = [&settings] { return watch(settings); }; });
+void defineWatch(Command& program, const Settings& settings, Action& chosen) {
+    Command& command = program.add(
+        {.name = "watch",
+         .summary = "Tell of each change to contacts and categories as it comes, and keep groups and slots in "
+                    "step",
+         .details = {"Each change that is made from now on, by this program or another, is told in a line of its "
+                     "own: the number that the change has among all changes to the store, the time, what was "
+                     "done, the identifier, and the name that the contact or the category has by then. Goes on "
+                     "until it is interrupted or terminated, or until nobody reads its output any more; the exit "
+                     "status is then 0. It takes no processor time while nothing changes.",
+                     "Meanwhile the phone book is kept in step with programs that know nothing of it. A contact "
+                     "that comes with categories gets the first of them as its group, and loses the group with "
+                     "that category; the speed-dial slots of a contact that is deleted are emptied; groups come "
+                     "and go with their categories. When the line of a change is written, all this has been done "
+                     "for it. At the start groups are made for categories that have none.",
+                     "The store remembers the last hundred thousand changes. If more were made before they could "
+                     "be told, a line on standard error says so."},
+         .examples = {"tessera watch", "tessera --json watch | grep --line-buffered contact-created"}});
+    command.final_callback([&settings, &chosen] { chosen = [&settings] { return watch(settings); }; });
 }
 
 }  // namespace Tool

@@ -1,0 +1,41 @@
+#include "Program.h"
+
+#include <string>
+
+#include "Command.h"
+
+namespace Tool {
+
+namespace {
+
+constexpr auto define = {defineInit,     defineImport,    defineExport, defineAdd,      defineEdit,
+                         defineDelete,   defineShow,      defineList,   defineSearch,   defineNumber,
+                         defineIdentify, defineSpeedDial, defineGroup,  defineCategory, defineCall,
+                         defineWatch,    defineCheck,     defineBackup, defineRecover};
+
+}  // namespace
+
+CommandText programText() {
+    return {.name = "tessera",
+            .summary = "Keeps a phone book and tells who is calling.",
+            .details = {"Exit status: 0 done or found, 1 nothing found or not all right, 2 wrong usage, 3 failure.",
+                        "The manual, 'man tessera', has all of this, and what is in files and in JSON."},
+            .examples = {"tessera import contacts.csv && tessera identify \"+82 10-2345-6789\""}};
+}
+
+void defineProgram(Command& program, Settings& settings, Action& chosen) {
+    program.set_version_flag("--version", "tessera " TESSERA_VERSION, "Print the version");
+    CLI::Option* store =
+        program.add_option("--store", settings.storePath,
+                           "The store's file; else $TESSERA_STORE, else tessera/store.db in the user's data folder");
+    store->type_name("FILE")->check(
+        [](const std::string& path) { return std::string(path.empty() ? "wants the name of a file" : ""); });
+    program.completeWithFiles(store);
+    program.add_flag("--json", settings.json, "Write JSON instead of text");
+    program.require_subcommand(1);
+    program.fallthrough();  // the options above may also stand behind the command
+    for (const auto& defineCommand : define)
+        defineCommand(program, settings, chosen);
+}
+
+}  // namespace Tool
