@@ -11,10 +11,9 @@ function(tessera_describe_library target)
   get_property(publicHeaders GLOBAL PROPERTY TESSERA_PUBLIC_HEADERS)
   get_target_property(type ${target} TYPE)
 
-  # While the first number of the version is 0, every second number is an interface of its own.
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME tessera EXPORT_NAME tessera LINKER_LANGUAGE CXX
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    VERSION ${TESSERA_INTERFACE} SOVERSION ${TESSERA_INTERFACE})
   target_compile_features(${target} PUBLIC cxx_std_20)
   if(type STREQUAL STATIC_LIBRARY)
     target_compile_definitions(${target} PUBLIC TESSERA_STATIC_DEFINE)
