@@ -4,6 +4,7 @@
 #include "tessera/platform/base/CString.h"
 #include "tessera/platform/base/Collections.h"
 
+/// What the parts of the library share.
 namespace common {
 
 /// A list of short texts kept as one text, its values joined by commas: the form in which a contact's
@@ -13,10 +14,15 @@ public:
     CommaSepValList() = default;
     /// Takes the list text as it is.
     explicit CommaSepValList(const CString& text) : str(text) {}
+    /// Joins the values, as setList does.
     explicit CommaSepValList(const CStringArray& values) { setList(values); }
 
+    /// @{
+    /// The whole list as one text, for whoever stores it.
     CString& getString() { return str; }
     const CString& getString() const { return str; }
+    /// @}
+    /// Takes the list text as it is.
     void setString(const CString& text) { str = text; }
 
     /// Appends a value, unless one that is followed by a comma equals it.

@@ -14,11 +14,13 @@ namespace Database {
 /// a time. What is called its index is a count of moves. Records added later are not counted. One thread.
 class TESSERA_API CeDBIterator : public Iterator {
 public:
+    /// @{
     /// The table is a CeDBTable. Visits every record when `minValue` is null, else those whose sort
     /// property equals it. The properties are borrowed and must outlive the iterator. `maxValue` is not
     /// consulted.
     CeDBIterator(Table* owner, CCeDBProp* minValue, CCeDBProp* maxValue);
     CeDBIterator(Table* owner, int sortAttr, CCeDBProp* minValue, CCeDBProp* maxValue);
+    /// @}
 
     DWORD getCur() override;
     /// @return S_OK, with `rec` untouched when the current record is gone; E_POINTER; E_ACCESSDENIED when
@@ -26,6 +28,7 @@ public:
     [[nodiscard]] HRESULT getRecord(CCeDBRecord* rec) override;
     /// Empty when the table is not open, the record has no more properties than `attrIdx`, or not this one.
     CCeDBProp getProp(int attrIdx) override;
+    /// The same as text (renderText).
     CString getString(int attrIdx) override;
 
     /// Moves to the last record.
@@ -42,6 +45,7 @@ public:
     /// @return S_OK; E_POINTER; E_ACCESSDENIED when there is nothing to walk or the table is not open;
     ///         E_FAIL when there is no such record or it cannot be read.
     [[nodiscard]] HRESULT getRecordAt(int idx, CCeDBRecord* rec) override;
+    /// The value at an index; empty when there is no such record or attribute.
     CCeDBProp getPropAt(int idx, int attrIdx) override;
     /// Unlike the others takes `idx` for an object identifier.
     CString getStringAt(int idx, int attrIdx) override;
@@ -49,6 +53,7 @@ public:
     bool isOpened() override;
 
 protected:
+    /// Counts what is to be walked. E_ACCESSDENIED when the table is not open.
     [[nodiscard]] HRESULT init() override;
 
 private:

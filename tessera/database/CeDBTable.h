@@ -16,6 +16,7 @@ namespace Database {
 /// operations of a table that is not open answer E_FAIL. One thread.
 class TESSERA_API CeDBTable : public Table {
 public:
+    /// The table in the database of that name; nothing is opened. The schema is borrowed.
     CeDBTable(const WCHAR* tableName, const RecordDef* def);
     CeDBTable(const CeDBTable&) = delete;
     CeDBTable& operator=(const CeDBTable&) = delete;
@@ -33,9 +34,11 @@ public:
     /// Opens anew, in the order of one attribute and without a notification window, whether it was open or not. On
     /// failure it stays as it was, unless the database is gone.
     BOOL reopen(WORD attrIdx);
+    /// FALSE when it was not open.
     BOOL close() override;
     /// Removes the database from the store, opening it first if need be. FALSE when there is none.
     BOOL drop() override;
+    /// True between a successful open and close.
     bool isOpen() override;
 
     DWORD getSize() override;
@@ -45,9 +48,11 @@ public:
     /// The database object, which the table owns; null before `create` or `open` and after `drop`.
     CCeDBDatabase* getDB() { return db_.get(); }
 
+    /// @{
     /// A new CeDBIterator with these arguments.
     Iterator* getIterator(int sortIdx, CCeDBProp* p1, CCeDBProp* p2) override;
     Iterator* getIterator(CCeDBProp* p1, CCeDBProp* p2) override;
+    /// @}
 
     /// @return S_OK; E_FAIL when not open, `rec` is null, or the store takes no such record.
     using Table::insertRecord;
@@ -76,12 +81,14 @@ public:
     ///         E_FAIL when not open or `rec` is null.
     [[nodiscard]] HRESULT getRecord(DWORD& oid, CCeDBRecord* rec);
 
+    /// @{
     /// Finds the first record, in the order the table was opened in, whose property equals `key`, and
     /// reads it unless `rec` is null.
     /// @return S_OK; S_FALSE, with `*oid` 0, when there is none; E_FAIL when not open or the store cannot be
     ///         searched; E_POINTER when `oid` is null.
     [[nodiscard]] HRESULT queryRecord(CCeDBProp& key, DWORD* oid, CCeDBRecord* rec) override;
     [[nodiscard]] HRESULT queryRecord(CCeDBProp& key, CCeDBRecord* rec) override;
+    /// @}
 
 private:
     BOOL openSortedBy(const CCeDBProp* sort, CWnd* notifyWnd);

@@ -19,10 +19,15 @@ public:
     bool isOpened() override;
 
 protected:
+    /// @{
+    /// Finds the members of the group; without a name, nothing. E_FAIL without a table, or when contacts are not
+    /// open.
     HRESULT init() override;
     HRESULT init(const CString& group);
+    /// @}
     /// E_POINTER for a null collection; E_FAIL when the contacts cannot be read.
     HRESULT scan(IPOutlookItemCollection* items, const CString& group) override;
+    /// Finds the contacts without categories. Results as for `scan`.
     HRESULT scanNoCategories(IPOutlookItemCollection* items, const CString& group);
     /// E_NOTIMPL: a group has no numbers.
     HRESULT scanTelNo(IPOutlookItemCollection* items, const CString& key);

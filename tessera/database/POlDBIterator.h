@@ -18,11 +18,13 @@ namespace Database {
 /// collection is live: what others write shows. One thread.
 class TESSERA_API POlDBIterator : public Iterator {
 public:
+    /// @{
     /// Takes over the caller's reference to `items`. The bounds are borrowed and are not used after
     /// construction.
     POlDBIterator(Table* owner, IPOutlookItemCollection* items, CCeDBProp* from, CCeDBProp* to);
     POlDBIterator(Table* owner, IPOutlookItemCollection* items, int attr, CCeDBProp* from, CCeDBProp* to);
     POlDBIterator(Table* owner, IPOutlookItemCollection* items, const CString& restriction);
+    /// @}
     /// Copies the collection pointer as it is. Both destructors give a reference back: whoever copies
     /// calls getItemCol()->AddRef() for the copy first.
     POlDBIterator(const POlDBIterator& other) = default;
@@ -33,6 +35,7 @@ public:
     DWORD getCur() override;
     /// An empty property: contacts are read as text only.
     CCeDBProp getProp(int attrIdx) override;
+    /// A field of the contact at the position as text; empty when it lacks it, or there is no contact.
     CString getString(int attrIdx) override;
     /// @return S_OK; E_ACCESSDENIED when not opened
     HRESULT last() override;
@@ -46,8 +49,11 @@ public:
     HRESULT deleteCur() override;
     /// By index from 0. The count itself is accepted, and answers 0.
     DWORD getAt(int idx) override;
+    /// @{
+    /// As getProp and getString at that index, to which the cursor moves.
     CCeDBProp getPropAt(int idx, int attrIdx) override;
     CString getStringAt(int idx, int attrIdx) override;
+    /// @}
     /// The base's, after which the collection is restricted anew and the position is `idx`.
     HRESULT deleteAt(int idx, bool positionOnly) override;
     /// True with at least one contact.
@@ -60,8 +66,12 @@ public:
     IPOutlookItemCollection* getItemCol() { return items_; }
 
 protected:
+    /// @{
+    /// Restricts the collection to what lies between the bounds, or to what the restriction lets through.
+    /// @return S_OK; E_INVALIDARG for a bound with a quote in it; else what the collection answered
     HRESULT init() override;
     HRESULT init(const CString& restriction);
+    /// @}
 
 private:
     /// Looks at nothing yet. The others delegate to it: if one of them then throws, the destructor runs all

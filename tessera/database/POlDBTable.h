@@ -23,6 +23,7 @@ class TESSERA_API POlDBTable : public Table {
 public:
     /// The contacts folder under the name "POlContacts", without a record definition.
     POlDBTable();
+    /// The folder of that kind (olFolderContacts) under another name, with a schema, which is borrowed.
     POlDBTable(const WCHAR* tableName, const RecordDef* def, int folderId);
     /// Copies the pointers as they are. Its destructor gives back a reference that a copy never took:
     /// whoever copies calls getApp()->AddRef() for it first, and leaves one of the two closed.
@@ -39,18 +40,22 @@ public:
     BOOL close() override;
     /// Closes; the contacts store is never deleted.
     BOOL drop() override;
+    /// True between a successful open and close.
     bool isOpen() override;
     /// Bytes in the contacts database; 0 when it cannot be opened.
     DWORD getSize() override;
+    /// How many contacts there are; 0 when the table is not open.
     DWORD getNumRecords() override;
     /// Answers 0: the contacts store is no database of the phone book's.
     DWORD getCEOID() override;
 
+    /// @{
     /// Contacts between two bounds of an attribute (0: the file-as name), in name order. The caller deletes
     /// the iterator. Null when the table is not open, nothing lies between the bounds, or the table has no
     /// record definition that would name the attribute.
     Iterator* getIterator(int sortAttr, CCeDBProp* from, CCeDBProp* to) override;
     Iterator* getIterator(CCeDBProp* from, CCeDBProp* to) override;
+    /// @}
     /// The same within an earlier result; null without one.
     Iterator* getIterator(POlDBIterator* within, int sortAttr, CCeDBProp* from, CCeDBProp* to);
     /// Contacts that a restriction lets through, within an earlier result or among all when it is null.
@@ -59,7 +64,9 @@ public:
     /// scan reads all contacts, whatever `within` holds. Null when it finds none.
     Iterator* getScanIterator(POlDBIterator* within, int attr, const CString& key);
 
+    /// Also the forms that do not tell the identifier.
     using Table::insertRecord;
+    /// Adds and saves a contact of the values in a record, by their places.
     /// @return S_OK and the new contact's identifier; E_FAIL when not open, `record` is null or empty, or the
     ///         table has no record definition; else what the contacts store answered
     [[nodiscard]] HRESULT insertRecord(CCeDBRecord* record, DWORD& newOid) override;

@@ -19,7 +19,7 @@ inline constexpr int SCANATTR_TELNO = 100;
 
 /// One contact that a scan found.
 struct ScanMatch {
-    DWORD oid = 0;
+    DWORD oid = 0;       ///< The contact.
     DWORD reserved = 0;  ///< Always 0.
     CString name;        ///< The display name as stored.
 };
@@ -56,13 +56,17 @@ public:
     HRESULT deleteCur() override;
     /// The count itself is accepted, and answers 0.
     DWORD getAt(int idx) override;
+    /// @{
+    /// As getProp and getString at that index, to which the cursor moves.
     CCeDBProp getPropAt(int idx, int attrIdx) override;
     CString getStringAt(int idx, int attrIdx) override;
+    /// @}
     /// Takes the match out of the result and, unless `positionOnly`, deletes its contact first. There is no
     /// current contact then until the next move.
     /// @return the deletion's result; S_OK when `positionOnly`; E_ACCESSDENIED when not opened; E_FAIL for
     ///         an index outside 0 to the count
     HRESULT deleteAt(int idx, bool positionOnly) override;
+    /// How many matches there are.
     int getNumItems() override;
     /// True with at least one match.
     bool isOpened() override;
@@ -73,14 +77,20 @@ public:
     IPOutlookItemCollection* getItemCol() { return items_.get(); }
 
 protected:
+    /// @{
+    /// Finds the matches for the key; without one, nothing. S_OK, or why the collection could not be used.
     HRESULT init() override;
     HRESULT init(const CString& key);
+    /// @}
     /// Finds the matches; a derived cursor finds its own.
     virtual HRESULT scan(IPOutlookItemCollection* items, const CString& key);
+    /// Finds the contacts one of whose reduced numbers holds the key.
     HRESULT scanTelNo(IPOutlookItemCollection* items, const CString& key);
 
     // What a derived cursor builds its result with.
+    /// The collection that the cursor hands out; it takes the reference.
     void setItems(ComPtr<IPOutlookItemCollection> items) { items_ = std::move(items); }
+    /// The key that was searched for.
     void setKey(const CString& key) { key_ = key; }
     /// E_FAIL when the contacts cannot be read.
     HRESULT takeMatches(const std::function<std::vector<ScanMatch>(const ContactsImage&)>& search);

@@ -7,7 +7,7 @@ namespace PhoneBook {
 
 /// A phone book group: a named set of contacts with ring settings of its own.
 struct PBGroupInfo {
-    DWORD dwID = 0;
+    DWORD dwID = 0;           ///< The ID of the category that the group follows.
     CString strName;          ///< The name of the platform's category that the group follows.
     BOOL bReject = FALSE;     ///< Calls from members are to be rejected.
     CString strBellCategory;  ///< Ring-tone category.

@@ -11,6 +11,7 @@ namespace PhoneBook {
 
 /// One thing that is wrong between the tables of a phone book, and what it is about.
 struct PhoneBookFinding {
+    /// What is wrong.
     enum class Kind {
         contactWithoutRow,     ///< A contact has categories, but no extension row.
         repeatedRow,           ///< A contact has several extension rows.
@@ -27,14 +28,14 @@ struct PhoneBookFinding {
         tooManyCalls,          ///< The call history is longer than it ever gets by itself.
     };
 
-    Kind kind = Kind::contactWithoutRow;
-    std::optional<DWORD> contact = {};   ///< The contact's identifier; of a row, the one that it names.
-    std::optional<DWORD> row = {};       ///< The identifier of an extension row.
-    std::optional<int> slot = {};        ///< A speed-dial slot.
-    std::optional<DWORD> group = {};     ///< A group's ID.
-    std::optional<DWORD> category = {};  ///< The identifier of a category's record.
-    std::optional<CString> name = {};    ///< The name that several groups have.
-    bool canBeMended = false;            ///< PhoneBookCheck::mend can.
+    Kind kind = Kind::contactWithoutRow;  ///< What is wrong.
+    std::optional<DWORD> contact = {};    ///< The contact's identifier; of a row, the one that it names.
+    std::optional<DWORD> row = {};        ///< The identifier of an extension row.
+    std::optional<int> slot = {};         ///< A speed-dial slot.
+    std::optional<DWORD> group = {};      ///< A group's ID.
+    std::optional<DWORD> category = {};   ///< The identifier of a category's record.
+    std::optional<CString> name = {};     ///< The name that several groups have.
+    bool canBeMended = false;             ///< PhoneBookCheck::mend can.
     /// A sentence for people, UTF-8 without a full stop; where it cannot be mended, with what they can do.
     std::string text = {};
 };
@@ -50,6 +51,7 @@ struct PhoneBookFinding {
 /// The manager is borrowed, and open. One thread, the manager's.
 class TESSERA_API PhoneBookCheck {
 public:
+    /// The manager outlives the check.
     explicit PhoneBookCheck(PhoneBookDBMgr& manager) : manager_(manager) {}
 
     /// Reads every table once and changes nothing, nor where the manager's tables stand. What is found was all so at

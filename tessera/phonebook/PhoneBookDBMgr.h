@@ -25,6 +25,7 @@
 #include "tessera/platform/objectstore/CeDB.h"
 #include "tessera/platform/windows/CWnd.h"
 
+/// The phone book: its manager, and the records that it takes and gives.
 namespace PhoneBook {
 
 /// The phone book: every operation on contacts, their extension rows, groups and callers.
@@ -41,7 +42,9 @@ namespace PhoneBook {
 /// E_OUTOFMEMORY when memory is short.
 class TESSERA_API PhoneBookDBMgr : public CWnd {
 public:
+    /// Holds nothing yet: no table is made, no store mounted.
     PhoneBookDBMgr();
+    /// Ends the window, if there is one, and frees the tables.
     ~PhoneBookDBMgr() override;
 
     // --- Lifecycle -------------------------------------------------------------------------------------
@@ -68,7 +71,9 @@ public:
 
     /// The table object of an ID, null when it was not made yet. No range test. Borrowed.
     Database::Table* getTable(UINT tableId) { return tables_[tableId]; }
+    /// How many tables are managed: five.
     int getNumTables() const { return nNumTables_; }
+    /// The name of the phone book.
     static const WCHAR* getDBName() { return PhoneBook::szPBDBName_; }
 
     /// An iterator over a table in the order of one of its attributes, between two bounds that the caller
@@ -83,11 +88,14 @@ public:
     // --- Attributes and schemas ------------------------------------------------------------------------
     // None of the lookups tests its argument for range.
 
+    /// @{
+    /// The tables of the model by the names that a client knows: see there.
     static constexpr const auto& aszTableName_ = PhoneBook::aszTableName_;
     static constexpr const auto& atmDBAttrMap_ = PhoneBook::atmDBAttrMap_;
     static constexpr const auto& adwCITypeMaskMap_ = PhoneBook::adwCITypeMaskMap_;
     static constexpr const auto& adwTelNoAttrFlagMap_ = PhoneBook::adwTelNoAttrFlagMap_;
     static constexpr const auto& aszDefPBGroupName_ = PhoneBook::aszDefPBGroupName_;
+    /// @}
     /// The schema of each table, by table ID.
     static const Database::RecordDef (&aRecDef_)[nNumTableSchemas_];
     /// What the contacts database calls the contacts table's attributes, index for index.
@@ -95,14 +103,20 @@ public:
     /// The empty speed-dial entry.
     static const SpeedDialInfo nullSDialInfo;
 
+    /// How many attributes there are, PBDBATTR_NONE included.
     static int getNumPBAttrs() { return nNumPBAttrs_; }
+    /// @{
+    /// Where an attribute is stored: the table, and its index there.
     static int getTableID(int pbAttrId) { return PhoneBook::getTableID(pbAttrId); }
     static int getAttrIDInTable(int pbAttrId) { return PhoneBook::getAttrIDInTable(pbAttrId); }
+    /// @}
     /// 18 when no phone book attribute is (tableId, attrIdx).
     static int getPBDBAttrID(int tableId, int attrIdx) { return PhoneBook::getPBDBAttrID(tableId, attrIdx); }
+    /// The bit of an attribute in PBRecord::dwCITypeMask.
     static DWORD getCITypeMaskFromPBDBAttrID(int pbAttrId) { return PhoneBook::getCITypeMaskFromPBDBAttrID(pbAttrId); }
     /// The first attribute whose mask is exactly `flag`; 18 when none is.
     static int getPBDBAttrIDFromCITypeFlag(DWORD flag) { return PhoneBook::getPBDBAttrIDFromCITypeFlag(flag); }
+    /// The mask bit of the telephone number at that place, 0 to 4, in the order in which they are preferred.
     static DWORD getTelNoAttrFlag(int index) { return PhoneBook::getTelNoAttrFlag(index); }
     /// 5 when `flag` is none of the five telephone-number flags.
     static int getTelNoAttrIdx(DWORD flag) { return PhoneBook::getTelNoAttrIdx(flag); }
@@ -110,10 +124,14 @@ public:
     static DWORD getPrimaryTelNoFlag(const PBRecord& record) { return PhoneBook::getPrimaryTelNoFlag(record); }
     /// The attribute's name, asked of its table. Not for PBDBATTR_NONE, nor before the table was made.
     CString& getDBAttrName(int pbAttrId);
+    /// @{
+    /// Whether an attribute is hidden from people, can have a speed-dial slot, is a telephone number, or can be
+    /// sent messages to. What is no attribute is none of these.
     static bool isHiddenAttr(int pbAttrId) { return PhoneBook::isHiddenAttr(pbAttrId); }
     static bool isSDialNoAttr(int pbAttrId) { return PhoneBook::isSDialNoAttr(pbAttrId); }
     static bool isTelNoAttr(int pbAttrId) { return PhoneBook::isTelNoAttr(pbAttrId); }
     static bool isSMSReceiverAttr(int pbAttrId) { return PhoneBook::isSMSReceiverAttr(pbAttrId); }
+    /// @}
 
     // --- Records ---------------------------------------------------------------------------------------
 
@@ -187,6 +205,7 @@ public:
     /// cannot be told.
     /// @param out receives at most 32 characters and a terminator
     static void makeCNIP(const WCHAR* in, WCHAR* out);
+    /// The same as a text of its own.
     static CString makeCNIP(const WCHAR* in);
     /// A reduced number with dashes, by the domestic numbering plan: 010-1234-5678.
     static CString makeTelNoStrFromCID(const WCHAR* cid);
@@ -230,31 +249,41 @@ public:
     [[nodiscard]] HRESULT deleteAllSpeedDialInfos();
     /// Proposes a slot: `startId` when it is free, else 1, free or not.
     [[nodiscard]] HRESULT findFirstEmptySDialID(DWORD startId, DWORD* id);
+    /// @{
     /// Writes one byte of a contact's slot word, the one of that telephone type; 0 clears it. The contact is found
     /// by its reduced number or by its identifier.
     /// @return the lookup's failure, else the result of updating the contact
     [[nodiscard]] HRESULT setSDialIDInPBExt(DWORD id, const CString& telNo, DWORD telType);
     [[nodiscard]] HRESULT setSDialIDInPBExt(DWORD id, DWORD& contactOid, DWORD telType);
+    /// @}
     /// Copies a row's slot, type and number into `info`; its flags are never brought along.
     void RecordToSDialInfo(Database::Table* table, const CCeDBRecord& record, SpeedDialInfo* info, DWORD mask);
 
     /// How many entries the cache has, 0 included, which is no slot.
     static constexpr DWORD nSDialCacheSize_ = 100;
 
+    /// @{
     /// Loads the table into the manager's cache, or into an array of 100 entries, and completes the manager's
     /// (always the manager's) from the extension table.
     /// @return the completion's result; E_ACCESSDENIED when a table is not open
     HRESULT fillSDialInfoCache();
     HRESULT fillSDialInfoCache(SpeedDialInfo* cache);
+    /// @}
     /// The name of each slot's contact, by the contacts' slot words alone.
     HRESULT fillSDialInfoCache(CMap<DWORD, DWORD&, CString, CString&>& names);
     /// Gives loaded entries the contact, the name and the type that the contacts' slot words say.
     HRESULT fillSDialInfoCacheInPBExt(SpeedDialInfo* cache);
+    /// @{
+    /// Empties the manager's cache, or an array of 100 entries. Marks are lost.
+    /// @return S_OK; E_POINTER for a null array
     HRESULT clearSDialInfoCache();
     HRESULT clearSDialInfoCache(SpeedDialInfo* cache);
+    /// @}
+    /// @{
     /// Changes the cache alone and marks the entry, for flushSDialInfoCache to write. E_FAIL outside 1 to 99.
     [[nodiscard]] HRESULT writeSDialInfoCache(DWORD id, SpeedDialInfo* info);
     [[nodiscard]] HRESULT deleteSDialInfoCache(DWORD id, SpeedDialInfo* info);
+    /// @}
     /// Neither tests the slots nor marks anything.
     HRESULT moveSDialInfoCache(DWORD fromId, DWORD toId);
     /// The lowest slot whose number is spelt just so. E_FAIL when there is none. `info` may be null.
@@ -277,15 +306,19 @@ public:
     [[nodiscard]] HRESULT getAvailablePBGroups(CStringArray& names);
     /// Makes a group of each category, or renames the one with its ID. E_FAIL when the categories are not open.
     [[nodiscard]] HRESULT initAvailablePBGroup();
+    /// @{
     /// The group with that ID, or of that name. E_FAIL when there is none.
     [[nodiscard]] HRESULT getAvailablePBGroup(DWORD id, PBGroupInfo* info);
     [[nodiscard]] HRESULT queryAvailablePBGroup(const CString& name, PBGroupInfo* info);
+    /// @}
     /// Adds a group under its own ID, or under the next one when `newId`. Its flags become 7.
     [[nodiscard]] HRESULT insertAvailablePBGroup(PBGroupInfo* info, bool newId);
+    /// @{
     /// Deletes a group; its members then have none.
     /// @return S_OK; E_FAIL for an ID that no group has, S_FALSE for a name that none has
     [[nodiscard]] HRESULT deleteAvailablePBGroup(DWORD id);
     [[nodiscard]] HRESULT deleteAvailablePBGroup(const CString& name);
+    /// @}
     /// Adds the group or writes over the one with that ID. With bit 1 of `flags` a group that exists keeps
     /// all but its name, and `info` receives what it kept.
     [[nodiscard]] HRESULT writeAvailablePBGroup(DWORD id, PBGroupInfo* info, DWORD flags);
@@ -312,9 +345,11 @@ public:
     /// they were: set them to 0 before, and 7 tells that there is one.
     /// @return S_OK; E_FAIL when the row cannot be read
     [[nodiscard]] HRESULT queryCallEntry(DWORD oid, CallEntry* entry);
+    /// @{
     /// E_NOTIMPL.
     [[nodiscard]] HRESULT queryCallEntry(const FILETIME& time, CallEntry* entry);
     [[nodiscard]] HRESULT queryCallEntry(const CString& telNo, CallEntry* entry);
+    /// @}
     /// The newest call. S_FALSE when there is none.
     [[nodiscard]] HRESULT getMRUCallEntry(CallEntry* entry);
     /// The oldest call's row and, unless `entry` is null, what it holds. S_FALSE when there is none.
@@ -323,6 +358,7 @@ public:
     [[nodiscard]] HRESULT deleteCallEntry(DWORD oid);
     /// E_NOTIMPL.
     [[nodiscard]] HRESULT deleteCallEntry(const FILETIME& time);
+    /// Empties the history. S_OK when there was nothing to delete.
     [[nodiscard]] HRESULT deleteAllCallEntries();
 
     // --- Changes made by others ------------------------------------------------------------------------
@@ -360,26 +396,48 @@ public:
     [[nodiscard]] HRESULT buildDBFromFile(CString& path, int mode, ImportListener* listener = nullptr);
 
 protected:
+    /// The handlers of the manager's window.
     const MessageEntry* findHandler(UINT message) const override;
+    /// Asks for the notifications of contacts and categories. 0.
     int OnCreate(LPCREATESTRUCT create);
+    /// Closes the tables, and ends the notifications.
     void OnDestroy();
     /// Follows the change that `lParam`, a CENOTIFICATION, tells of, and frees it. 0; -1 for a null one.
     LRESULT onDBNotification(WPARAM wParam, LPARAM lParam);
 
+    /// Makes the object of a table, unless it is made; FALSE when memory is short.
     BOOL initTableObj(UINT tableId);
+    /// Frees the tables; the last thing that a manager does.
     void finishTableObj();
+    /// @{
+    /// One table, made first if need be: what createDB, openDB, closeDB and destroyDB do to each. Contacts are
+    /// neither made nor dropped.
     BOOL createTable(UINT tableId);
     BOOL openTable(UINT tableId, CWnd* notifyWnd);
     BOOL closeTable(UINT tableId);
     BOOL dropTable(UINT tableId);
+    /// @}
+    /// Makes the request that the window's notifications are asked for with.
     void initCeNotifyRequest();
+    /// Does nothing. S_OK.
     HRESULT addSHNotification();
 
+    /// The group, and behind it the categories that contact `oid` has; the group alone for a contact that there
+    /// is not.
     CString makeCategories(Database::POlDBTable* contacts, DWORD oid, const CString& group);
+    /// The group when it is among the categories; else the empty text.
     CString getPBGroupName(const CString& categories, const CString& group);
+    /// Fills a record from the values of a line, in the order of the attributes; an empty value is a field that
+    /// it lacks.
     HRESULT getPBRecord(CStringArray& values, PBRecord& record);
+    /// Fills the wanted fields of a contact. `found` receives the bits of those that it has, `oid` its identifier
+    /// when an extension field was wanted, else 0; both may be null.
+    /// @return as queryCallerInfo
     HRESULT getCallerInfo(IContact* contact, PBRecord* record, DWORD* found, DWORD* oid);
+    /// The wanted extension fields of contact `oid`; the text is not used.
+    /// @return S_OK; S_FALSE when only some were found, or none was wanted; E_FAIL when none was found
     HRESULT getCallerInfo(DWORD& oid, CString& text, PBRecord* record, DWORD* found);
+    /// Fills in what the phone book knows of a call: the name and the kind of number. S_FALSE when it knows nothing.
     HRESULT getCallEntryData(CallEntry* entry);
 
 private:

@@ -10,15 +10,19 @@ namespace Database {
 /// It borrows the array, which outlives it; copies share the array. Indexes are not checked.
 class TESSERA_API RecordDef {
 public:
+    /// The schema of that many attributes, which are borrowed.
     constexpr RecordDef(int numAttrs, AttrDef* attrs) : numAttrs_(numAttrs), attrs_(attrs) {}
     RecordDef(const RecordDef&) = default;
     RecordDef& operator=(const RecordDef&) = default;
     virtual ~RecordDef();
 
-    int getNumAttrs() const { return numAttrs_; }
+    int getNumAttrs() const { return numAttrs_; }  ///< How many columns there are.
+    /// @{
+    /// The column at an index, its name, and the ident of its property.
     AttrDef* getAttrDef(int i) const { return attrs_ + i; }
     CString& getAttrName(int i) const { return attrs_[i].getName(); }
     WORD getAttrIdent(int i) const { return attrs_[i].getIdent(); }
+    /// @}
 
 private:
     int numAttrs_;

@@ -13,9 +13,9 @@ struct CallEntry {
     CString strCNAP;          ///< The network's name for the caller.
     CString strCDNIP;         ///< A second number of the caller's choosing.
     DWORD dwCallingTime = 0;  ///< Its unit is the caller's choice, as is the meaning of the type.
-    DWORD dwCallType = 0;
-    DWORD dwTelType = 0;  ///< Which of the contact's numbers: 0x4, 0x8, 0x10, 0x400 or 0x800.
-    DWORD dwFlags = 0;    ///< The low 16 bits are the row's "Flags": 7 once it is logged.
+    DWORD dwCallType = 0;     ///< The caller says what it means.
+    DWORD dwTelType = 0;      ///< Which of the contact's numbers: 0x4, 0x8, 0x10, 0x400 or 0x800.
+    DWORD dwFlags = 0;        ///< The low 16 bits are the row's "Flags": 7 once it is logged.
 };
 
 /// The most calls that the history keeps.

@@ -10,48 +10,48 @@ namespace PhoneBook {
 
 /// The tables. The first five are managed; the last is the platform's.
 enum PBDBTableID : int {
-    PBDBTBL_POLCONTACTS = 0,
-    PBDBTBL_PHONEBOOKEXT = 1,
-    PBDBTBL_SPEEDDIALNO = 2,
-    PBDBTBL_AVAILABLEPBGROUP = 3,
-    PBDBTBL_CALLHISTORY = 4,
-    PBDBTBL_CATEGORIES = 5,
+    PBDBTBL_POLCONTACTS = 0,       ///< The platform's contacts.
+    PBDBTBL_PHONEBOOKEXT = 1,      ///< What the phone book adds to a contact: a row each.
+    PBDBTBL_SPEEDDIALNO = 2,       ///< The speed-dial slots.
+    PBDBTBL_AVAILABLEPBGROUP = 3,  ///< The groups.
+    PBDBTBL_CALLHISTORY = 4,       ///< The calls.
+    PBDBTBL_CATEGORIES = 5,        ///< The platform's contact categories.
 };
 inline constexpr int nNumTables_ = 5;        ///< How many tables are managed.
 inline constexpr int nNumTableSchemas_ = 6;  ///< How many tables are known.
 
 /// The phone book attributes: the fields of a PBRecord, numbered flat over the tables they are stored in.
 enum PBDBAttrID : int {
-    PBDBATTR_NONE = 0,
-    PBDBATTR_NAME = 1,
-    PBDBATTR_GROUP = 2,
-    PBDBATTR_CATEGORIES = 3,
-    PBDBATTR_MOBILETEL = 4,
-    PBDBATTR_HOMETEL = 5,
-    PBDBATTR_BUSINESSTEL = 6,
-    PBDBATTR_EMAIL = 7,
-    PBDBATTR_AVATAR = 8,
-    PBDBATTR_PHOTO = 9,
-    PBDBATTR_BELL = 10,
-    PBDBATTR_BIRTHDAY = 11,
-    PBDBATTR_CALLINGSCREEN = 12,
-    PBDBATTR_PAGER = 13,
-    PBDBATTR_BUSINESSFAX = 14,
-    PBDBATTR_BODY = 15,
-    PBDBATTR_PRIVATE = 16,
-    PBDBATTR_PRIMARYTELNO = 17,
+    PBDBATTR_NONE = 0,            ///< No attribute.
+    PBDBATTR_NAME = 1,            ///< The display name.
+    PBDBATTR_GROUP = 2,           ///< The group.
+    PBDBATTR_CATEGORIES = 3,      ///< The contact's categories.
+    PBDBATTR_MOBILETEL = 4,       ///< The mobile number.
+    PBDBATTR_HOMETEL = 5,         ///< The number at home.
+    PBDBATTR_BUSINESSTEL = 6,     ///< The number at work.
+    PBDBATTR_EMAIL = 7,           ///< The e-mail address.
+    PBDBATTR_AVATAR = 8,          ///< The name of an avatar.
+    PBDBATTR_PHOTO = 9,           ///< The name of a photo.
+    PBDBATTR_BELL = 10,           ///< The name of a ring tone.
+    PBDBATTR_BIRTHDAY = 11,       ///< The birthday.
+    PBDBATTR_CALLINGSCREEN = 12,  ///< The number of a calling screen.
+    PBDBATTR_PAGER = 13,          ///< The pager number.
+    PBDBATTR_BUSINESSFAX = 14,    ///< The fax number at work.
+    PBDBATTR_BODY = 15,           ///< The notes.
+    PBDBATTR_PRIVATE = 16,        ///< The speed-dial slots of the numbers.
+    PBDBATTR_PRIMARYTELNO = 17,   ///< Which number is the primary one.
 };
-inline constexpr int nNumPBAttrs_ = 18;
+inline constexpr int nNumPBAttrs_ = 18;  ///< How many attributes there are, PBDBATTR_NONE included.
 
 /// A row of the attribute map: where an attribute is stored.
 struct TupleMapEntry {
-    LONG nTableID;
-    LONG nAttrIdx;
+    LONG nTableID;  ///< A PBDBTableID; -1 for PBDBATTR_NONE.
+    LONG nAttrIdx;  ///< The attribute's index in that table.
 };
 
 /// The sets that an attribute belongs to.
 enum PBAttributeClass : unsigned {
-    attrPlain = 0,
+    attrPlain = 0,      ///< None of the sets.
     attrHidden = 1,     ///< Not offered to people.
     attrTelNo = 2,      ///< A telephone number, and so one that messages can be sent to.
     attrSpeedDial = 4,  ///< A number that can have a speed-dial slot.
@@ -59,13 +59,13 @@ enum PBAttributeClass : unsigned {
 
 /// Everything there is to know of one attribute. Of the three members one is set: the field of the record.
 struct PBAttribute {
-    PBDBAttrID id;
-    TupleMapEntry place;
-    DWORD mask;  ///< Its bit in PBRecord::dwCITypeMask.
-    unsigned classes;
-    CString PBRecord::*text = nullptr;
-    DWORD PBRecord::*number = nullptr;
-    DATE PBRecord::*date = nullptr;
+    PBDBAttrID id;                      ///< Its place in the list.
+    TupleMapEntry place;                ///< Where it is stored.
+    DWORD mask;                         ///< Its bit in PBRecord::dwCITypeMask.
+    unsigned classes;                   ///< A sum of PBAttributeClass.
+    CString PBRecord::*text = nullptr;  ///< The field of a text.
+    DWORD PBRecord::*number = nullptr;  ///< The field of a number.
+    DATE PBRecord::*date = nullptr;     ///< The field of a date.
 };
 
 /// The attributes by ID: the one list from which the map, the masks, the sets and the field texts come.
@@ -195,10 +195,10 @@ constexpr DWORD ciTypeMaskOfTable(int tableID) {
 /// The mask bits of the five telephone numbers, in the order in which they are preferred.
 inline constexpr std::array<DWORD, 5> adwTelNoAttrFlagMap_ = {0x4, 0x8, 0x10, 0x400, 0x800};
 
-inline constexpr DWORD dwExtensionMask_ = 0x007F0000;  ///< The bits of what the phone adds to a contact.
-inline constexpr DWORD dwTelNoMask_ = 0x00000C1C;      ///< The bits of the telephone numbers.
-inline constexpr DWORD dwPrivateFlag_ = 0x00200000;
-inline constexpr DWORD dwPrimaryTelNoFlag_ = 0x00400000;
+inline constexpr DWORD dwExtensionMask_ = 0x007F0000;     ///< The bits of what the phone adds to a contact.
+inline constexpr DWORD dwTelNoMask_ = 0x00000C1C;         ///< The bits of the telephone numbers.
+inline constexpr DWORD dwPrivateFlag_ = 0x00200000;       ///< The bit of the speed-dial slots.
+inline constexpr DWORD dwPrimaryTelNoFlag_ = 0x00400000;  ///< The bit of the primary number.
 static_assert(ciTypeMaskOfTable(PBDBTBL_PHONEBOOKEXT) == dwExtensionMask_);
 
 /// The groups that a phone book starts with: family, friends, company, school.
@@ -206,13 +206,18 @@ inline constexpr std::array<const WCHAR*, 4> aszDefPBGroupName_ = {u"가족", u"
 
 // The lookups by attribute ID or index do not test it for range.
 
+/// @{
+/// Where an attribute is stored: the table, and its index there.
 [[nodiscard]] TESSERA_API int getTableID(int pbAttrID);
 [[nodiscard]] TESSERA_API int getAttrIDInTable(int pbAttrID);
+/// @}
 /// The attribute stored at that place; 18 when there is none, PBDBATTR_NONE for (-1, -1).
 [[nodiscard]] TESSERA_API int getPBDBAttrID(int tableID, int attrIdx);
+/// The bit of an attribute in PBRecord::dwCITypeMask.
 [[nodiscard]] TESSERA_API DWORD getCITypeMaskFromPBDBAttrID(int pbAttrID);
 /// The attribute whose mask is exactly `flag`; 18 when there is none, PBDBATTR_NONE for 0.
 [[nodiscard]] TESSERA_API int getPBDBAttrIDFromCITypeFlag(DWORD flag);
+/// The mask bit of the telephone number at that place, 0 to 4, in the order in which they are preferred.
 [[nodiscard]] TESSERA_API DWORD getTelNoAttrFlag(int idx);
 /// The place of exactly `flag` among the five telephone-number flags; 5 when it is none of them.
 [[nodiscard]] TESSERA_API int getTelNoAttrIdx(DWORD flag);
@@ -222,8 +227,11 @@ inline constexpr std::array<const WCHAR*, 4> aszDefPBGroupName_ = {u"가족", u"
 
 // The sets; what is no attribute belongs to none.
 
+/// Not offered to people.
 [[nodiscard]] TESSERA_API bool isHiddenAttr(int pbAttrID);
+/// A number that can have a speed-dial slot.
 [[nodiscard]] TESSERA_API bool isSDialNoAttr(int pbAttrID);
+/// A telephone number.
 [[nodiscard]] TESSERA_API bool isTelNoAttr(int pbAttrID);
 /// The same attributes as isTelNoAttr: meant so.
 [[nodiscard]] TESSERA_API bool isSMSReceiverAttr(int pbAttrID);

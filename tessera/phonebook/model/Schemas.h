@@ -7,6 +7,7 @@
 
 namespace PhoneBook {
 
+/// The name of the phone book.
 inline constexpr const WCHAR* szPBDBName_ = u"PhoneBookDB";
 
 /// The name of each table's database, by table ID.

@@ -6,6 +6,7 @@
 /// A file of bytes. Closes itself when destroyed.
 class TESSERA_API CFile {
 public:
+    /// What Open accepts; it reads bytes, and others may write meanwhile, whatever of these is said.
     enum OpenFlags : UINT { modeRead = 0x0000, shareDenyWrite = 0x0020, typeBinary = 0x8000 };
 
     CFile() = default;
@@ -20,6 +21,7 @@ public:
     std::uint64_t GetLength() const;
     /// Reads up to `count` bytes; answers how many were read, fewer at the end of the file or on an error.
     std::size_t Read(void* buffer, std::size_t count);
+    /// Does nothing when no file is open.
     void Close();
 
 private:

@@ -17,6 +17,7 @@ inline constexpr DWORD VAR_DATEVALUEONLY = 2;
 /// -1.25 is 29 December 1899, 06:00.
 class TESSERA_API COleDateTime {
 public:
+    /// Whether there is a date; `null` is never answered.
     enum DateTimeStatus { valid = 0, invalid = 1, null = 2 };
 
     COleDateTime() = default;
@@ -25,13 +26,16 @@ public:
     /// A civil date; invalid when there is no such day in the years 100 to 9999.
     COleDateTime(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
 
+    /// `valid` with a date, `invalid` without one.
     DateTimeStatus GetStatus() const { return status_; }
     /// 0.0 when invalid.
     DATE date() const { return date_; }
+    /// @{
     /// The civil date; -1 when invalid.
     int GetYear() const;
     int GetMonth() const;
     int GetDay() const;
+    /// @}
 
     /// The date, and the time of day (HH:MM:SS) too when it is not midnight; VAR_DATEVALUEONLY leaves it
     /// out. Empty when invalid.

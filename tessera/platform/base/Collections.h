@@ -12,23 +12,32 @@
 template <class Element>
 class CArray {
 public:
-    int GetSize() const { return static_cast<int>(elements_.size()); }
-    bool IsEmpty() const { return elements_.empty(); }
+    int GetSize() const { return static_cast<int>(elements_.size()); }  ///< How many elements there are.
+    bool IsEmpty() const { return elements_.empty(); }                  ///< True without elements.
+    /// @{
+    /// An element by its index.
     const Element& GetAt(int index) const { return elements_[static_cast<std::size_t>(index)]; }
     void SetAt(int index, Element element) { elements_[static_cast<std::size_t>(index)] = std::move(element); }
+    /// @}
     /// Answers the index of the new element.
     int Add(Element element) {
         if (elements_.empty()) elements_.reserve(firstRoom);
         elements_.push_back(std::move(element));
         return GetSize() - 1;
     }
-    void RemoveAt(int index) { elements_.erase(elements_.begin() + index); }
-    void RemoveAll() { elements_.clear(); }
+    void RemoveAt(int index) { elements_.erase(elements_.begin() + index); }  ///< Those behind it move up.
+    void RemoveAll() { elements_.clear(); }                                   ///< Takes all elements away.
+    /// @{
+    /// An element by its index.
     const Element& operator[](int index) const { return GetAt(index); }
     Element& operator[](int index) { return elements_[static_cast<std::size_t>(index)]; }
+    /// @}
 
+    /// @{
+    /// For loops over all elements.
     auto begin() const { return elements_.begin(); }
     auto end() const { return elements_.end(); }
+    /// @}
 
 private:
     static constexpr std::size_t firstRoom = 16;  // a row's values or properties mostly
@@ -36,6 +45,7 @@ private:
     std::vector<Element> elements_;
 };
 
+/// An array of texts.
 using CStringArray = CArray<CString>;
 
 /// What an object array can hold.
@@ -59,9 +69,12 @@ public:
     /// The block size is how many entries to allocate at a time; allocation here needs no such advice.
     explicit CMap(int /*blockSize*/ = 10) {}
 
+    /// Makes room for that many buckets.
     void InitHashTable(UINT buckets) { entries_.rehash(buckets); }
-    int GetCount() const { return static_cast<int>(entries_.size()); }
+    int GetCount() const { return static_cast<int>(entries_.size()); }  ///< How many entries there are.
+    /// Adds the entry, or changes its value.
     void SetAt(KeyArg key, ValueArg value) { entries_.insert_or_assign(key, value); }
+    /// The value of a key, which is added when there is none.
     Value& operator[](KeyArg key) { return entries_[key]; }
     /// Copies the value of `key` into `value`; FALSE, and nothing copied, when there is none.
     BOOL Lookup(KeyArg key, Value& value) const {
@@ -70,8 +83,9 @@ public:
         value = found->second;
         return TRUE;
     }
+    /// FALSE when there is no such key.
     BOOL RemoveKey(KeyArg key) { return entries_.erase(key) != 0 ? TRUE : FALSE; }
-    void RemoveAll() { entries_.clear(); }
+    void RemoveAll() { entries_.clear(); }  ///< Takes all entries away.
 
 private:
     std::unordered_map<Key, Value> entries_;

@@ -3,8 +3,11 @@
 #include "tessera/Export.h"
 #include "tessera/platform/base/Types.h"
 
-// Result codes: negative is failure, 0 success, 1 "nothing found" or "only in part".
+/// @file
+/// What operations answer, and why calls of the platform have failed.
 
+/// A result code: negative is failure, 0 success, 1 "nothing found" or "only in part".
+/// @{
 inline constexpr HRESULT S_OK = 0;
 inline constexpr HRESULT S_FALSE = 1;
 inline constexpr HRESULT E_NOTIMPL = static_cast<HRESULT>(0x80004001);
@@ -14,17 +17,20 @@ inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
 inline constexpr HRESULT E_ACCESSDENIED = static_cast<HRESULT>(0x80070005);
 inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
+/// @}
 
+/// Whether a result is a failure.
 constexpr bool FAILED(HRESULT result) {
     return result < 0;
 }
 
+/// Whether a result is none.
 constexpr bool SUCCEEDED(HRESULT result) {
     return result >= 0;
 }
 
-// Platform errors, as GetLastError reports them.
-
+/// An error of the platform, as GetLastError reports it.
+/// @{
 inline constexpr DWORD ERROR_SUCCESS = 0;
 inline constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
 inline constexpr DWORD ERROR_ACCESS_DENIED = 5;
@@ -44,7 +50,9 @@ inline constexpr DWORD ERROR_SEEK = 25;
 inline constexpr DWORD ERROR_KEY_DELETED = 1018;
 inline constexpr DWORD ERROR_REVISION_MISMATCH = 1306;
 inline constexpr DWORD ERROR_FILE_CORRUPT = 1392;
+/// @}
 
 /// The calling thread's last platform error.
 TESSERA_API DWORD GetLastError();
+/// Sets it, as a failing call does.
 TESSERA_API void SetLastError(DWORD error);

@@ -7,7 +7,8 @@
 #include "tessera/Export.h"
 #include "tessera/platform/base/CString.h"
 
-// UTF-8 is spoken at the edges only: the command line, JSON, file names.
+/// @file
+/// UTF-8 is spoken at the edges only: the command line, JSON, file names.
 
 /// UTF-16 to UTF-8; a lone surrogate becomes U+FFFD.
 TESSERA_API std::string utf8Of(std::u16string_view text);

@@ -6,15 +6,18 @@
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/base/Types.h"
 
-// The contacts object model: an application gives folders, a folder gives its items, an item is a contact.
-//
-// An object belongs to the thread that obtained it. It lives while somebody holds a reference to it, on its
-// own: a collection does not need its folder, nor a contact its collection, nor any of them the application.
-// What is handed out through a pointer is a new reference, or a new text, that the caller releases or frees;
-// when an operation does not succeed the pointer is set to null. A null `out` is E_POINTER everywhere.
-// E_FAIL stands for every failure of the store; GetLastError then says which. A text parameter is borrowed;
-// null is the empty text, and a text ends at its first zero character.
+/// @file
+/// The contacts object model: an application gives folders, a folder gives its items, an item is a contact.
+///
+/// An object belongs to the thread that obtained it. It lives while somebody holds a reference to it, on its
+/// own: a collection does not need its folder, nor a contact its collection, nor any of them the application.
+/// What is handed out through a pointer is a new reference, or a new text, that the caller releases or frees;
+/// when an operation does not succeed the pointer is set to null. A null `out` is E_POINTER everywhere.
+/// E_FAIL stands for every failure of the store; GetLastError then says which. A text parameter is borrowed;
+/// null is the empty text, and a text ends at its first zero character.
 
+/// @{
+/// The name of the interface.
 inline constexpr IID IID_IDispatch = {0x00020400, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 inline constexpr IID IID_IPOutlookApp = {0x05058F22, 0x20BE, 0x11D2, {0x8F, 0x18, 0x00, 0x00, 0xF8, 0x7A, 0x43, 0x35}};
 inline constexpr IID IID_IFolder = {0xC1B6F3A4, 0x5D0E, 0x4B7C, {0x9A, 0x21, 0x7E, 0x44, 0x0B, 0x93, 0xD6, 0x01}};
@@ -23,6 +26,7 @@ inline constexpr IID IID_IPOutlookItemCollection = {
 inline constexpr IID IID_IPOutlookItemCollection2 = {
     0x6E3DBE90, 0x5411, 0x11D3, {0x8F, 0x39, 0x00, 0x00, 0xF8, 0x7A, 0x43, 0x35}};
 inline constexpr IID IID_IContact = {0xC1B6F3A4, 0x5D0E, 0x4B7C, {0x9A, 0x21, 0x7E, 0x44, 0x0B, 0x93, 0xD6, 0x03}};
+/// @}
 
 /// The class whose objects are applications.
 inline constexpr CLSID CLSID_Application = {
@@ -38,15 +42,22 @@ inline constexpr DATE noBirthday = 949998.0;
 /// and, like one never put, reads as an empty text.
 class IContact : public IDispatch {
 public:
+    /// @{
+    /// The display name, and what it is made of.
     virtual HRESULT get_FileAs(BSTR* out) = 0;
     virtual HRESULT put_FileAs(BSTR text) = 0;
     virtual HRESULT get_FirstName(BSTR* out) = 0;
     virtual HRESULT put_FirstName(BSTR text) = 0;
     virtual HRESULT get_LastName(BSTR* out) = 0;
     virtual HRESULT put_LastName(BSTR text) = 0;
+    /// @}
+    /// @{
     /// Kept exactly as put; by custom separated by commas.
     virtual HRESULT get_Categories(BSTR* out) = 0;
     virtual HRESULT put_Categories(BSTR text) = 0;
+    /// @}
+    /// @{
+    /// A text of the contact, as it was put.
     virtual HRESULT get_MobileTelephoneNumber(BSTR* out) = 0;
     virtual HRESULT put_MobileTelephoneNumber(BSTR text) = 0;
     virtual HRESULT get_HomeTelephoneNumber(BSTR* out) = 0;
@@ -59,9 +70,12 @@ public:
     virtual HRESULT put_PagerNumber(BSTR text) = 0;
     virtual HRESULT get_BusinessFaxNumber(BSTR* out) = 0;
     virtual HRESULT put_BusinessFaxNumber(BSTR text) = 0;
+    /// @}
+    /// @{
     /// The notes.
     virtual HRESULT get_Body(BSTR* out) = 0;
     virtual HRESULT put_Body(BSTR text) = 0;
+    /// @}
 
     /// `noBirthday` when the contact has none.
     virtual HRESULT get_Birthday(DATE* out) = 0;
@@ -103,6 +117,7 @@ class IPOutlookItemCollection : public IUnknown {
 public:
     /// A new contact, in memory until it is saved.
     [[nodiscard]] virtual HRESULT Add(IDispatch** out) = 0;
+    /// How many items there are now.
     [[nodiscard]] virtual HRESULT get_Count(int* out) = 0;
     /// @return S_OK; E_INVALIDARG outside 1 to the count; E_FAIL.
     [[nodiscard]] virtual HRESULT Item(int index, IDispatch** out) = 0;
@@ -168,6 +183,7 @@ protected:
     ~IPOutlookApp() = default;
 };
 
+/// The one context in which an object can be made: this process.
 inline constexpr DWORD CLSCTX_INPROC_SERVER = 1;
 
 /// Makes an object of a class; the one class there is is CLSID_Application.

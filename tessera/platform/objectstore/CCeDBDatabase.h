@@ -33,20 +33,31 @@ public:
     /// Removes the database from the store; it must have been opened or created.
     BOOL remove();
 
+    /// True between a successful open and close.
     bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE getHandle() const { return handle_; }
-    CEOID getOid() const { return oid_; }
+    HANDLE getHandle() const { return handle_; }  ///< INVALID_HANDLE_VALUE when it is not open.
+    CEOID getOid() const { return oid_; }  ///< The database's identifier; 0 when it was neither opened nor created.
     /// Bytes of all records; 0 when the database cannot be asked.
     DWORD getSize() const;
+    /// How many records there are; 0 when the database cannot be asked.
     DWORD getNumRecords() const;
 
+    /// To the record at an index of the order, from 0.
     CEOID seekToIndex(int index);
+    /// To the last record.
     CEOID seekToEnd();
+    /// To the record with that identifier.
     CEOID seekToRecord(CEOID oid);
+    /// @{
+    /// One step along the order.
     CEOID seekNext();
     CEOID seekPrev();
+    /// @}
+    /// To the first record with that property.
     CEOID seekFirstEqual(const CCeDBProp& value);
+    /// One step, which fails when the record there has not that property.
     CEOID seekNextEqual(const CCeDBProp& value);
+    /// Whether the last seek ran off an end, or found nothing.
     bool isEof() const { return eof_; }
     /// The record last reached; 0 when none was yet, or the last seek ran off an end.
     CEOID getCurrent() const { return current_; }

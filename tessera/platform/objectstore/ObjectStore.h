@@ -15,6 +15,7 @@
 /// "\Categories Database". Every thread works through a connection of its own, made when it first needs it.
 class TESSERA_API ObjectStore {
 public:
+    /// How a store is used.
     struct Options {
         /// How long a writer waits for another one before its call fails with ERROR_LOCK_VIOLATION.
         std::chrono::milliseconds writerWait{10'000};

@@ -16,6 +16,7 @@
 /// used.
 class TESSERA_API ObjectStoreFile {
 public:
+    /// How much is looked at.
     enum class Depth {
         quick,  ///< The file's structure, and what the store's tables count.
         full,   ///< Also every index, every record, and its place in every sort order.
@@ -33,8 +34,8 @@ public:
 
     /// What was saved from a damaged store, and what was not.
     struct Recovery {
-        std::uint64_t databases = 0;
-        std::uint64_t records = 0;
+        std::uint64_t databases = 0;      ///< How many databases were saved.
+        std::uint64_t records = 0;        ///< How many records were saved, of all databases.
         std::vector<std::string> losses;  ///< What is lost, a sentence's end each; empty: all is saved.
     };
 

@@ -15,7 +15,7 @@
 
 /// One text of a record.
 struct TextProperty {
-    CEPROPID id = 0;
+    CEPROPID id = 0;           ///< The property.
     std::u16string_view text;  ///< A zero stands behind it.
 };
 
@@ -23,12 +23,14 @@ struct TextProperty {
 /// shows is valid during the call that it is passed to.
 class RecordView {
 public:
+    /// Shows what it is given, all borrowed.
     RecordView(CEOID oid, std::string_view sortKey, std::span<const TextProperty> texts)
         : oid_(oid), sortKey_(sortKey), texts_(texts) {}
 
-    CEOID oid() const { return oid_; }
+    CEOID oid() const { return oid_; }  ///< The record's identifier.
     /// Records are in the order of (sort key, identifier), keys compared as bytes.
     std::string_view sortKey() const { return sortKey_; }
+    /// All texts that the record has.
     std::span<const TextProperty> texts() const { return texts_; }
     /// Nothing when the record lacks the property: an empty text is something.
     std::optional<std::u16string_view> text(CEPROPID id) const {
@@ -47,27 +49,31 @@ private:
 /// A moment in the life of the store. Two equal ones: nothing was written in between, by anybody, and
 /// nothing that was written has been undone.
 struct StoreStamp {
-    std::uint64_t session = 0;  ///< Each thread has its own, and another one for another store.
-    std::uint64_t commits = 0;
-    std::uint64_t writes = 0;
-    std::uint64_t givenUpBatches = 0;
+    std::uint64_t session = 0;         ///< Each thread has its own, and another one for another store.
+    std::uint64_t commits = 0;         ///< How often anybody has written to the store.
+    std::uint64_t writes = 0;          ///< How often the thread has written since.
+    std::uint64_t givenUpBatches = 0;  ///< How often what was written has been given up.
 
+    /// The same moment.
     friend bool operator==(const StoreStamp&, const StoreStamp&) = default;
 };
 
+/// One change to a record, as the store's log has it.
 struct StoreChange {
+    /// What was done.
     enum class Kind { created, deleted, changed };
 
-    CEOID oid = 0;
-    Kind kind = Kind::created;
+    CEOID oid = 0;               ///< The record.
+    Kind kind = Kind::created;   ///< What was done to it.
     std::uint64_t sequence = 0;  ///< Counts all changes to the store, in the order in which they were committed.
     FILETIME time = {};          ///< When it was written; later with every change to the database.
 };
 
+/// What became of the question for changes.
 enum class ChangesResult {
-    complete,
-    tooOld,  ///< What was read cannot be brought up to date: read all of it anew.
-    failed,  ///< The store could not be asked; the last error says why.
+    complete,  ///< All changes were told.
+    tooOld,    ///< What was read cannot be brought up to date: read all of it anew.
+    failed,    ///< The store could not be asked; the last error says why.
 };
 
 /// Reads a whole database, and then follows it.
@@ -76,6 +82,7 @@ enum class ChangesResult {
 /// includes what the batch wrote so far.
 class TESSERA_API DatabaseReader {
 public:
+    /// What is called with each record.
     using Visitor = std::function<void(const RecordView&)>;
 
     /// The database in the order of one of its texts or numbers, ascending.

@@ -6,29 +6,34 @@
 #include "tessera/platform/base/CString.h"
 #include "tessera/platform/base/Types.h"
 
+/// @file
+/// Windows: what messages are sent to.
+
 class CWnd;
 
-inline constexpr UINT WM_CREATE = 0x0001;
-inline constexpr UINT WM_DESTROY = 0x0002;
-inline constexpr UINT WM_DBNOTIFICATION = 0x03FD;
-inline constexpr UINT WM_APP = 0x8000;
+inline constexpr UINT WM_CREATE = 0x0001;          ///< A window is made; lParam is its CREATESTRUCT.
+inline constexpr UINT WM_DESTROY = 0x0002;         ///< A window is about to end.
+inline constexpr UINT WM_DBNOTIFICATION = 0x03FD;  ///< A record has changed; lParam is a CENOTIFICATION.
+inline constexpr UINT WM_APP = 0x8000;             ///< The first message that a program may give a meaning of its own.
 
-inline constexpr DWORD WS_EX_NOACTIVATE = 0x08000000;
-inline constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);
+inline constexpr DWORD WS_EX_NOACTIVATE = 0x08000000;               ///< For CreateEx; means nothing here.
+inline constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);  ///< For CreateEx; means nothing here.
 
+/// What a window was made with, during WM_CREATE.
 struct CREATESTRUCT {
-    void* lpCreateParams;
-    DWORD style;
-    DWORD dwExStyle;
-    const WCHAR* lpszName;
-    const WCHAR* lpszClass;
+    void* lpCreateParams;    ///< The last argument of CreateEx.
+    DWORD style;             ///< As given.
+    DWORD dwExStyle;         ///< As given.
+    const WCHAR* lpszName;   ///< The window's name, lent.
+    const WCHAR* lpszClass;  ///< The name of its class, lent.
 };
+/// As WM_CREATE passes it on.
 using LPCREATESTRUCT = CREATESTRUCT*;
 
 /// One row of a message map: which member answers which message.
 struct MessageEntry {
-    UINT message;
-    LRESULT (*handler)(CWnd&, WPARAM, LPARAM);
+    UINT message;                               ///< The message.
+    LRESULT (*handler)(CWnd&, WPARAM, LPARAM);  ///< Answers it.
 };
 
 /// A window: a handle that messages are sent and posted to, answered by the object that owns it.
@@ -53,6 +58,7 @@ public:
     /// none of this thread, or its WM_DESTROY is being answered.
     BOOL DestroyWindow();
 
+    /// The window's handle; 0 when there is none.
     HWND GetSafeHwnd() const { return hwnd_; }
     /// The object of a window of this thread; null when there is none.
     static CWnd* FromHandle(HWND hwnd);
@@ -64,7 +70,9 @@ protected:
     /// The handlers of this class, and of its base when it finds none.
     virtual const MessageEntry* findHandler(UINT message) const;
 
+    /// Does nothing: what a derived class's handler of WM_CREATE calls first. 0; -1 would refuse the window.
     int OnCreate(LPCREATESTRUCT create);
+    /// The same for WM_DESTROY.
     void OnDestroy();
 
 private:

@@ -3,20 +3,25 @@
 #include "tessera/Export.h"
 #include "tessera/platform/base/Types.h"
 
-// Messages between windows. Each thread that has windows, or waits for messages, has a queue. Messages of
-// one sender arrive in the order in which they were sent or posted; a sent one overtakes all posted ones.
-//
-// A window's procedure runs on the window's own thread only, and only while that thread is in one of these
-// calls: nothing interrupts it, and no thread is started.
-//
-// A failing call sets the thread's last error: ERROR_INVALID_HANDLE for a window that does not exist (any
-// more), ERROR_NOT_ENOUGH_MEMORY when the system has no room for a queue or a message.
+/// @file
+/// Messages between windows. Each thread that has windows, or waits for messages, has a queue. Messages of
+/// one sender arrive in the order in which they were sent or posted; a sent one overtakes all posted ones.
+///
+/// A window's procedure runs on the window's own thread only, and only while that thread is in one of these
+/// calls: nothing interrupts it, and no thread is started.
+///
+/// A failing call sets the thread's last error: ERROR_INVALID_HANDLE for a window that does not exist (any
+/// more), ERROR_NOT_ENOUGH_MEMORY when the system has no room for a queue or a message.
 
+/// A posted message, taken from the queue.
 struct MSG {
-    HWND hwnd = 0;
-    UINT message = 0;
+    HWND hwnd = 0;     ///< The window that it is for.
+    UINT message = 0;  ///< What it is: WM_...
+    /// @{
+    /// What it means, the message says.
     WPARAM wParam = 0;
     LPARAM lParam = 0;
+    /// @}
 };
 
 /// Has the window's procedure answer a message. At once when the window is this thread's; else when the
