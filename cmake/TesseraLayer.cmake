@@ -11,6 +11,10 @@ function(tessera_layer name)
   target_compile_definitions(tessera_${name} PUBLIC $<$<NOT:$<BOOL:${BUILD_SHARED_LIBS}>>:TESSERA_STATIC_DEFINE>
                              PRIVATE tessera_EXPORTS)
   target_link_libraries(tessera_${name} PUBLIC ${ARG_LIBRARIES})
+  if(isForSystem AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # The order of an interface's virtual operations is in the debug information only so.
+    target_compile_options(tessera_${name} PRIVATE -femit-class-debug-always)
+  endif()
 
   # What a program needs to link this layer alone: itself and everything below it.
   set(closure ${name})
