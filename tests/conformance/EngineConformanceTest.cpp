@@ -54,9 +54,9 @@ protected:
         std::vector<Entry> entries;
         EXPECT_EQ(of.step(order, nullptr, direction, 1'000'000, Fetch::placesOnly, entries), ERROR_SUCCESS);
         std::vector<CEOID> records;
-        for (const Entry& entry : entries) {
+        records.reserve(entries.size());
+        for (const Entry& entry : entries)
             records.push_back(entry.place.record);
-        }
         return records;
     }
     DatabaseInfo infoOf(CEOID database) {
