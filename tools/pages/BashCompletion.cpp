@@ -80,13 +80,17 @@ std::string grammarOf(const Command& command) {
            joined(flags) + "\" valued=\"" + joined(valued) + "\" arguments=(" + arguments + ") ;;\n";
 }
 
+std::string valueOf(const Command& command, const CLI::Option& option) {
+    const std::string offer = offerOf(command, &option);
+    if (offer.empty()) return {};
+    const std::string pattern = command.path().empty() ? "*\" " : "\"" + command.path() + ' ';
+    return "        " + pattern + nameOf(option) + "\") echo \"" + offer + "\" ;;\n";
+}
+
 std::string valuesOf(const Command& command) {
     std::string cases;
-    for (const CLI::Option* option : optionsOf(command)) {
-        const std::string offer = offerOf(command, option);
-        const std::string pattern = command.path().empty() ? "*\" " : "\"" + command.path() + ' ';
-        if (!offer.empty()) cases += "        " + pattern + nameOf(*option) + "\") echo \"" + offer + "\" ;;\n";
-    }
+    for (const CLI::Option* option : optionsOf(command))
+        cases += valueOf(command, *option);
     return cases;
 }
 
