@@ -53,6 +53,8 @@ struct Foreign {
 constexpr Foreign foreignHeaders[] = {
     {"sqlite3.h", platformFolder, true},
     {"unicode/", platformFolder, true},
+    {"unicode/", "tools/tessera/exchange", false},
+    {"csv.h", "tools/tessera/exchange", false},
     {"CLI/", "tools", false},
     {"nlohmann/", "tools", false},
     {"", portFolder, true},  // the operating system's

@@ -135,6 +135,13 @@ TEST(IncludeRules, StorageAndTextLibrariesStayInPrivateFilesOfThePlatform) {
     EXPECT_NE(objectionTo(foreign("tools/tessera/Main.cpp", "sqlite3.h")), "");
 }
 
+TEST(IncludeRules, OfTheToolOnlyTheExchangeKnowsTextLibraries) {
+    EXPECT_EQ(objectionTo(foreign("tools/tessera/exchange/Encoding.cpp", "unicode/ucnv.h")), "");
+    EXPECT_EQ(objectionTo(foreign("tools/tessera/exchange/CsvReader.cpp", "csv.h")), "");
+    EXPECT_NE(objectionTo(foreign("tools/tessera/Main.cpp", "unicode/ucnv.h")), "");
+    EXPECT_NE(objectionTo(foreign("tools/tessera/Main.cpp", "csv.h")), "");
+}
+
 TEST(IncludeRules, TheOperatingSystemIsCalledInThePortOnly) {
     EXPECT_EQ(objectionTo(foreign("tessera/platform/port/Paths.cpp", "sys/stat.h")), "");
     EXPECT_EQ(objectionTo(foreign("tools/tessera/Terminal.cpp", "unistd.h")), "");

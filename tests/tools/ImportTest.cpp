@@ -31,6 +31,13 @@ std::string utf8(std::u16string_view text) {
     return bytes;
 }
 
+/// The bytes of UTF-16 in the other order.
+std::string swapped(std::string bytes) {
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+        std::swap(bytes[i], bytes[i + 1]);
+    return bytes;
+}
+
 std::vector<std::string> importedNames(const std::string& bytes) {
     const Tool tool;
     const Outcome outcome = tool("import", tool.file("people.csv", bytes));
@@ -60,9 +67,11 @@ void expectRefusedBytes(const std::string& bytes, const std::string& why) {
 
 }  // namespace
 
-TEST(ToolImport, ReadsUtf16AndUtf8WithAMarkAndWithout) {
+TEST(ToolImport, ReadsUtf16OfEitherByteOrderAndUtf8WithAMarkAndWithout) {
     const auto names = ElementsAre("Anna", "고민정", "김민수");
     EXPECT_THAT(importedNames(utf16Bytes(threePeople)), names);
+    EXPECT_THAT(importedNames(swapped("\xFF\xFE" + utf16Bytes(threePeople))), names);
+    EXPECT_THAT(importedNames(swapped(utf16Bytes(threePeople))), names);
     EXPECT_THAT(importedNames("\xFF\xFE" + utf16Bytes(threePeople)), names);
     EXPECT_THAT(importedNames(utf8(threePeople)), names);
     EXPECT_THAT(importedNames("\xEF\xBB\xBF" + utf8(threePeople)), names);
@@ -288,9 +297,8 @@ TEST(ToolImport, RefusesFilesThatAreNoText) {
     expectRefusedBytes("\xEF\xBB\xBF", "is empty");
     expectRefusedBytes(utf16Bytes(threePeople) + "x", "even number of bytes");
     expectRefusedBytes("\xFF\xFE" + utf16Bytes(threePeople) + "x", "even number of bytes");
-    expectRefusedBytes("\xFE\xFF" + utf16Bytes(threePeople), "big-endian");
-    expectRefusedBytes("Name\nAnna\nP\xE9ter\n", "line 3 is neither UTF-8 nor UTF-16LE");
-    expectRefusedBytes(utf16Bytes(u"Name\nAnna\n") + std::string("\x3D\xD8 \0", 4), "line 3 is neither");
+    expectRefusedBytes("Name\nAnna\nP\xE9ter\n", "line 3 is neither UTF-8, UTF-16 nor CP949 text");
+    expectRefusedBytes(utf16Bytes(u"Name\nAnna\n") + std::string("\x3D\xD8 \0", 4), "line 3 is no UTF-16LE text");
     expectRefusedBytes(std::string(4096, '\0'), "zero character");
 }
 

@@ -43,6 +43,9 @@ const std::string contactOid = "{contact}";
 const std::string callOid = "{call}";
 const std::string peopleFile = "{people}";
 const std::string brokenFile = "{broken}";
+const std::string cardsFile = "{cards}";
+const std::string tableFile = "{table}";
+const std::string strangeFile = "{strange}";
 
 const std::string text = utf8Of(hostileText);
 const std::string name = utf8Of(hostileName);
@@ -83,6 +86,17 @@ const Family families[] = {
          {{"import", word}, 3},
          {{"import", peopleFile}, 0, false},
          {{"import", brokenFile}, 3},
+         {{"import", cardsFile}},
+         {{"import", cardsFile, "--dry-run"}},
+         {{"import", tableFile}},
+         {{"import", tableFile, "--dry-run", "--keep-duplicates"}},
+         {{"import", tableFile, "--map", word + "=name"}, 0},
+         {{"import", tableFile, "--map", "no " + word + "=name"}, 2},
+         {{"import", tableFile, "--map", "Name=" + word}, 2},
+         {{"import", strangeFile}, 3},
+         {{"import", peopleFile, "--encoding", word}, 2},
+         {{"import", peopleFile, "--format", word}, 2},
+         {{"export", "--format", word}, 2},
          {{"export", "--json"}, 0, false},
          {{"--json", "export", "/no/" + word}, 3},
      }},
@@ -196,6 +210,14 @@ protected:
             if (argument == callOid) argument = tool.call();
             if (argument == peopleFile)
                 argument = tool.file(word + ".csv", "Name\n" + word + ",,,,,,,,,," + word + "\n");
+            if (argument == cardsFile)
+                argument = tool.file(word + ".vcf", word + "\nBEGIN:VCARD\nFN:" + word + "\nBDAY:" + word +
+                                                        "\nX-A;CHARSET=" + word + ":1\nNOTE;CHARSET=" + word +
+                                                        ":1\nEND:VCARD\n");
+            if (argument == tableFile)
+                argument =
+                    tool.file(word + ".table", "Name,Birthday," + word + "\n" + word + "," + word + "," + word + "\n");
+            if (argument == strangeFile) argument = tool.file(word + ".strange", word + "," + word + "\n");
             if (argument == brokenFile) argument = tool.file(word + ".txt", "Name\n\xFF\x1B[2J\n");
         }
         arguments.insert(arguments.begin(), {"--store", tool.path()});

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Records.h"
+#include "exchange/CategoryTexts.h"
 #include "tessera/platform/base/Bstr.h"
 #include "tessera/platform/base/ComPtr.h"
 #include "tessera/platform/contacts/OutlookInterfaces.h"
@@ -76,12 +77,6 @@ std::u16string_view withoutQuotes(std::u16string_view category) {
 
 }  // namespace
 
-CString asCategory(const CString& group) {
-    CString category = group;
-    category.Replace(u';', u',');
-    return category;
-}
-
 CString shortestCategories(std::u16string_view categories, const CString& oldGroup, const CString& newGroup) {
     const CString before = asCategory(oldGroup);
     const CString after = asCategory(newGroup);
@@ -113,7 +108,7 @@ std::optional<CString> renamedCategory(std::u16string_view categories, const CSt
     return carried ? std::optional(list.text()) : std::nullopt;
 }
 
-bool writeCategories(DWORD oid, const CString& categories) {
+bool writeCategories(DWORD oid, const CString& categories, const CString* notes) {
     void* made = nullptr;
     if (FAILED(CoCreateInstance(CLSID_Application, nullptr, CLSCTX_INPROC_SERVER, IID_IPOutlookApp, &made)))
         return false;
@@ -122,8 +117,9 @@ bool writeCategories(DWORD oid, const CString& categories) {
     if (FAILED(application->Logon(0)) || FAILED(application->GetItemFromOid(static_cast<LONG>(oid), item.out())))
         return false;
     IContact* contact = static_cast<IContact*>(item.get());
-    const Bstr text(categories);
-    return SUCCEEDED(contact->put_Categories(text.get())) && SUCCEEDED(contact->Save());
+    if (FAILED(contact->put_Categories(Bstr(categories).get()))) return false;
+    if (notes != nullptr && FAILED(contact->put_Body(Bstr(*notes).get()))) return false;
+    return SUCCEEDED(contact->Save());
 }
 
 bool hasRoomForUpdate(const PhoneBook::PBRecord& before, const CString& newGroup) {

@@ -9,9 +9,6 @@
 
 namespace Tool {
 
-/// A group as the phone book writes it into the categories.
-CString asCategory(const CString& group);
-
 /// A contact's categories once its group has changed from one to another (the same, or an empty one, as may
 /// be): the group first, then its other categories in their order, none of them twice.
 CString shortestCategories(std::u16string_view categories, const CString& oldGroup, const CString& newGroup);
@@ -20,8 +17,9 @@ CString shortestCategories(std::u16string_view categories, const CString& oldGro
 /// form; nothing when the contact does not carry it.
 std::optional<CString> renamedCategory(std::u16string_view categories, const CString& oldName, const CString& newName);
 
-/// Writes a contact's categories through the contacts model. False when the store failed.
-[[nodiscard]] bool writeCategories(DWORD oid, const CString& categories);
+/// Writes a contact's categories through the contacts model, and its notes unless they are null. False when the store
+/// failed.
+[[nodiscard]] bool writeCategories(DWORD oid, const CString& categories, const CString* notes = nullptr);
 
 /// An update by the phone book puts the group in front of the categories that there are: whether that fits.
 bool hasRoomForUpdate(const PhoneBook::PBRecord& before, const CString& newGroup);

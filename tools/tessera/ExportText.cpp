@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "Categories.h"
 #include "Failure.h"
+#include "exchange/CategoryTexts.h"
 #include "tessera/platform/base/COleDateTime.h"
 #include "tessera/platform/base/Unicode.h"
 
@@ -18,6 +18,11 @@ constexpr std::u16string_view header =
     u"\uFEFFName,Group,Categories,Mobile,Home,Business,E-mail,Avatar,Photo,Bell,Birthday,Calling screen,Pager,Fax,"
     u"Notes,Private,Primary\n";
 
+bool isWellFormed(std::u16string_view text) {
+    const auto same = textOfUtf8(utf8Of(text));
+    return same && same->view() == text && text.find(u'\0') == std::u16string_view::npos;
+}
+
 /// Why import would read another value than this text from a line; null when it would not.
 const char* whyNotHeld(std::u16string_view text) {
     constexpr std::u16string_view split(u",\n\0", 3);
@@ -27,13 +32,12 @@ const char* whyNotHeld(std::u16string_view text) {
     if (text.empty()) return nullptr;
     if (trimmedBefore.find(text.front()) != std::u16string_view::npos) return "begins with a blank or a quote";
     if (trimmedBehind.find(text.back()) != std::u16string_view::npos) return "ends with a blank, a tab or a quote";
-    const auto same = textOfUtf8(utf8Of(text));
-    return same && same->view() == text ? nullptr : "is no well-formed text";
+    return isWellFormed(text) ? nullptr : "is no well-formed text";
 }
 
 Failure cannotHold(const Contact& contact, const std::string& what) {
     return Failure("contact " + std::to_string(contact.oid) + " cannot be exported: " + what +
-                   ", which the import format cannot hold (export --json can)");
+                   ", which the import format cannot hold (try --format vcard, or --json)");
 }
 
 std::u16string widened(std::string_view ascii) {
@@ -98,6 +102,15 @@ std::string exportText(std::span<const Contact> contacts) {
     for (const Contact& contact : contacts)
         append(bytes, lineOf(contact));
     return bytes;
+}
+
+void requireWellFormed(const Contact& contact) {
+    for (const Field& field : fields) {
+        const PBAttribute& model = field.model();
+        if (model.text == nullptr || isWellFormed((contact.record.*model.text).view())) continue;
+        throw Failure("contact " + std::to_string(contact.oid) + " cannot be exported: its field \"" + field.key +
+                      "\" is no well-formed text (export --json can)");
+    }
 }
 
 }  // namespace Tool

@@ -11,4 +11,7 @@ namespace Tool {
 /// Failure that names the contact and the field when import would not make the same contact of its line.
 std::string exportText(std::span<const Contact> contacts);
 
+/// Throws a Failure that names the contact and the field when a text of it is none that UTF-8 can hold.
+void requireWellFormed(const Contact& contact);
+
 }  // namespace Tool

@@ -28,6 +28,10 @@ bool holdsZero(std::u16string_view line) {
     return line.find(u'\0') != std::u16string_view::npos;
 }
 
+CString textOf(std::string_view line) {
+    return textOfUtf8(line).value_or(CString());
+}
+
 /// The values of a line as the phone book splits it: where they stand in it.
 std::vector<std::u16string_view> valuesOf(const CString& line) {
     CStringArray texts;
@@ -116,15 +120,16 @@ std::string noteOn(const std::vector<std::u16string_view>& values) {
 
 }  // namespace
 
-ImportFile::ImportFile(const std::string& path) {
-    TextLines source(path);
-    CString line;
+ImportFile::ImportFile(const std::string& path, std::string_view text) {
+    TextLines source(text);
+    std::string_view line;
     source.next(line);
-    if (holdsZero(line.view())) throw Failure(path + ": is no text: its first line holds a zero character");
-    const bool holdsReturns = line.Find(u'\r') >= 0;
-    write(line);
+    if (line.find('\0') != std::string_view::npos)
+        throw Failure(path + ": is no text: its first line holds a zero character");
+    const bool holdsReturns = line.find('\r') != std::string_view::npos;
+    write(textOf(line));
     for (int number = 2; source.next(line); ++number)
-        take(line, number);
+        take(textOf(line), number);
     if (lines_ == 0 && holdsReturns) throw Failure(path + ": its lines end with carriage returns alone");
     flush();
 }

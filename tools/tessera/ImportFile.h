@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "System.h"
@@ -26,8 +27,8 @@ struct LineNote {
 /// separated from the rest of their numbers.
 class ImportFile {
 public:
-    /// Throws a Failure when the file is none of contacts; see TextLines.
-    explicit ImportFile(const std::string& path);
+    /// `text` is the file's, in well-formed UTF-8. Throws a Failure that names the file when it is none of contacts.
+    ImportFile(const std::string& path, std::string_view text);
 
     /// The file for the phone book, there while this lives.
     const std::string& cleanPath() const { return clean_.path(); }

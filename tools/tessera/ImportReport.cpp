@@ -3,17 +3,11 @@
 #include <cstdio>
 #include <iostream>
 
-#include "System.h"
 #include "tessera/platform/base/Results.h"
 
 namespace Tool {
 
 namespace {
-
-/// Where JSON runs over the terminal a bar would only be in its way.
-bool progressIsWanted(const Settings& settings) {
-    return errorIsTerminal() && !(settings.json && outputIsTerminal());
-}
 
 std::string refusal(const char* what, HRESULT result) {
     char text[64];
@@ -23,8 +17,11 @@ std::string refusal(const char* what, HRESULT result) {
 
 }  // namespace
 
-ImportReport::ImportReport(const Settings& settings, const ImportFile& file)
-    : settings_(settings), file_(file), progress_(file.lines(), progressIsWanted(settings)) {}
+ImportReport::ImportReport(const Settings& settings, const ImportFile& file, bool isDryRun)
+    : settings_(settings),
+      file_(file),
+      isDryRun_(isDryRun),
+      progress_(file.lines(), "lines", progressIsWanted(settings) && !isDryRun) {}
 
 void ImportReport::lineTried(int line, HRESULT result, CEOID oid) {
     pending_.push_back({line, result, oid});
@@ -59,7 +56,8 @@ void ImportReport::moveToNextLine() {
 void ImportReport::tellImported(CEOID oid) {
     const std::string note = takeNote();
     if (settings_.json) {
-        Json object{{"line", told_}, {"oid", oid}};
+        Json object{{"line", told_}};
+        if (!isDryRun_) object["oid"] = oid;
         if (!note.empty()) object["note"] = note;
         return writeJson(object);
     }
@@ -82,12 +80,27 @@ void ImportReport::tellSkipped(const std::string& why) {
     std::cout << "line " << told_ << " skipped: " << why << '\n';
 }
 
+void ImportReport::tellAll() {
+    int handedOver = file_.lines();
+    for (const SkippedLines& skipped : file_.skipped())
+        handedOver -= skipped.count;
+    for (; imported_ < handedOver; ++imported_) {
+        moveToNextLine();
+        tellImported(0);
+    }
+}
+
 void ImportReport::finish() {
     moveToNextLine();
     progress_.clear();
     const int lines = file_.lines();
-    if (settings_.json) return writeJson({{"imported", imported_}, {"lines", lines}, {"skipped", lines - imported_}});
-    std::cout << "imported " << imported_ << " of " << lines << (lines == 1 ? " line" : " lines") << '\n';
+    if (settings_.json) {
+        Json sums{{"imported", imported_}, {"lines", lines}, {"skipped", lines - imported_}};
+        if (isDryRun_) sums["dryRun"] = true;
+        return writeJson(sums);
+    }
+    std::cout << (isDryRun_ ? "would import " : "imported ") << imported_ << " of " << lines
+              << (lines == 1 ? " line" : " lines") << '\n';
 }
 
 }  // namespace Tool

@@ -15,11 +15,14 @@ namespace Tool {
 /// before that is durable. Lines for people name only what was skipped.
 class ImportReport : public PhoneBook::ImportListener {
 public:
-    ImportReport(const Settings& settings, const ImportFile& file);
+    /// `isDryRun`: nothing is written, and what would be is told.
+    ImportReport(const Settings& settings, const ImportFile& file, bool isDryRun);
 
     void lineTried(int line, HRESULT result, CEOID oid) override;
     void linesCommitted(int line) override;
 
+    /// In a dry run: tells of all lines up to the last that would be imported.
+    void tellAll();
     /// Tells of the lines behind the last durable one that were skipped, and sums up.
     void finish();
     int imported() const { return imported_; }
@@ -39,6 +42,7 @@ private:
 
     const Settings& settings_;
     const ImportFile& file_;
+    bool isDryRun_;
     std::deque<Tried> pending_;
     std::size_t nextSkipped_ = 0;  ///< Among the file's skipped lines.
     std::size_t nextNote_ = 0;     ///< Among the file's notes.

@@ -2,12 +2,15 @@
 
 #include <cstddef>
 
+#include "Settings.h"
+
 namespace Tool {
 
 /// A bar on standard error, drawn over itself, that says how far long work has come.
 class Progress {
 public:
-    Progress(int total, bool wanted) : total_(total), wanted_(wanted) {}
+    /// `units` are what is counted, such as "lines".
+    Progress(int total, const char* units, bool wanted) : total_(total), units_(units), wanted_(wanted) {}
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -18,8 +21,12 @@ public:
 
 private:
     int total_;
+    const char* units_;
     bool wanted_;
     std::size_t drawn_ = 0;  ///< Columns on the screen.
 };
+
+/// Where JSON runs over the terminal a bar would only be in its way.
+bool progressIsWanted(const Settings& settings);
 
 }  // namespace Tool

@@ -43,10 +43,10 @@ TextLengths lengthsOf(const PBRecord& record) {
     return lengths;
 }
 
-bool canBeStored(const TextLengths& lengths) {
+bool canBeStored(const TextLengths& lengths, std::size_t more) {
     const bool each = std::all_of(lengths.begin(), lengths.end(),
                                   [](std::size_t length) { return length <= static_cast<std::size_t>(longestText); });
-    return each && bytesInTable(lengths, PhoneBook::PBDBTBL_POLCONTACTS) <= recordBytes &&
+    return each && bytesInTable(lengths, PhoneBook::PBDBTBL_POLCONTACTS) + more * sizeof(WCHAR) <= recordBytes &&
            bytesInTable(lengths, PhoneBook::PBDBTBL_PHONEBOOKEXT) <= recordBytes;
 }
 

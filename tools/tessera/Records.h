@@ -19,8 +19,9 @@ using TextLengths = std::array<std::size_t, PhoneBook::nNumPBAttrs_>;
 
 TextLengths lengthsOf(const PhoneBook::PBRecord& record);
 
-/// Whether a contact with texts of these lengths can be stored whole: each and all of them together fit.
-bool canBeStored(const TextLengths& lengths);
+/// Whether a contact with texts of these lengths can be stored whole: each and all of them together fit. `more` are
+/// units that stand in its row besides those that the phone book puts there by itself.
+bool canBeStored(const TextLengths& lengths, std::size_t more = 0);
 
 /// Whether one row can hold these texts, beside some numbers.
 bool fitARow(const std::vector<CString>& texts);

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "Arguments.h"
-#include "Categories.h"
 #include "Command.h"
 #include "Commands.h"
 #include "Output.h"
 #include "Records.h"
 #include "Store.h"
+#include "exchange/CategoryTexts.h"
 #include "tessera/platform/base/Results.h"
 
 namespace Tool {

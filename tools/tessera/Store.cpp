@@ -17,9 +17,9 @@ bool isMissing(const std::string& path) {
     return std::filesystem::status(pathOf(path), error).type() == std::filesystem::file_type::not_found;
 }
 
-Failure noPhoneBook(const std::string& path) {
-    return Failure("there is no phone book in " + path +
-                   R"(; make one with "tessera init", or with "tessera import FILE" from a file of contacts)");
+NoPhoneBook noPhoneBook(const std::string& path) {
+    return NoPhoneBook("there is no phone book in " + path +
+                       R"(; make one with "tessera init", or with "tessera import FILE" from a file of contacts)");
 }
 
 }  // namespace

@@ -3,11 +3,18 @@
 #include <memory>
 #include <string>
 
+#include "Failure.h"
 #include "Settings.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/platform/objectstore/ObjectStore.h"
 
 namespace Tool {
+
+/// There is no phone book where one is wanted.
+class NoPhoneBook : public Failure {
+public:
+    using Failure::Failure;
+};
 
 /// The phone book, open while this lives.
 class Store {

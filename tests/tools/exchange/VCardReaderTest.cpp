@@ -1,0 +1,188 @@
+// Cards taken apart: broken lines put together, properties with their parameters, values decoded.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tessera/platform/base/Unicode.h"
+#include "tools/tessera/exchange/VCardReader.h"
+#include "tools/tessera/exchange/VCardValue.h"
+
+using namespace Tool;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+std::vector<std::string> linesOf(std::string_view bytes, VCardVersion version = VCardVersion::v30) {
+    VCardLines lines(bytes);
+    std::vector<std::string> all;
+    for (std::string line; lines.next(line, version);)
+        all.push_back(std::to_string(lines.number()) + " " + line);
+    return all;
+}
+
+std::vector<VCard> cardsOf(std::string_view bytes) {
+    VCardReader reader(bytes);
+    std::vector<VCard> all;
+    for (VCard card; reader.next(card);)
+        all.push_back(card);
+    return all;
+}
+
+std::string valueOf(std::string_view line, const FileEncoding& encoding = {}) {
+    const auto property = propertyOf(line);
+    if (!property) return "no property";
+    const VCardText text = textOf(*property, encoding);
+    return text.problem.empty() ? utf8Of(text.text) : "! " + text.problem;
+}
+
+using Parts = std::vector<std::u16string>;
+
+}  // namespace
+
+TEST(VCardLines, EndInAnyWay) {
+    EXPECT_THAT(linesOf("A:1\nB:2\r\nC:3\rD:4\r\r\nE:5"), ElementsAre("1 A:1", "2 B:2", "3 C:3", "4 D:4", "5 E:5"));
+    EXPECT_THAT(linesOf("\r\n \nA:1\n\n"), ElementsAre("3 A:1"));
+    EXPECT_THAT(linesOf(""), IsEmpty());
+}
+
+TEST(VCardLines, AreUnfoldedAlsoWithinACharacter) {
+    EXPECT_THAT(linesOf("A:one\r\n  two\n\tthree\nB:2"), ElementsAre("1 A:one twothree", "4 B:2"));
+    EXPECT_THAT(linesOf("A:\xEA\xB9\r\n \x80\n"), ElementsAre("1 A:김"));
+}
+
+TEST(VCardLines, OfTheOldVersionKeepTheBlankOfAFold) {
+    EXPECT_THAT(linesOf("A:one\r\n two\n", VCardVersion::v21), ElementsAre("1 A:one two"));
+}
+
+TEST(VCardLines, AreJoinedAtSoftBreaks) {
+    EXPECT_THAT(linesOf("N;ENCODING=QUOTED-PRINTABLE:=B1=\r\n=E8;x=\n\nA:1="),
+                ElementsAre("1 N;ENCODING=QUOTED-PRINTABLE:=B1=E8;x", "4 A:1="));
+}
+
+TEST(VCardLines, ASoftBreakAtTheEndOfACardDoesNotSwallowTheEnd) {
+    EXPECT_THAT(linesOf("N;QUOTED-PRINTABLE:=B1=\r\nEND:VCARD\r\n"),
+                ElementsAre("1 N;QUOTED-PRINTABLE:=B1=", "2 END:VCARD"));
+}
+
+TEST(VCardLines, OfBase64NeedNoBlankInFront) {
+    EXPECT_THAT(linesOf("PHOTO;BASE64:AAAA\nBBBB\nCC==\n\nEND:VCARD", VCardVersion::v21),
+                ElementsAre("1 PHOTO;BASE64:AAAABBBBCC==", "5 END:VCARD"));
+}
+
+TEST(VCardProperty, HasGroupNameParametersAndValue) {
+    const auto property = propertyOf("item1.tel;TYPE=\"voice,cell\";type=Pref;X-A=\"a:b;c\";VALUE=uri:tel:+82-10");
+    ASSERT_TRUE(property);
+    EXPECT_EQ(property->group, "ITEM1");
+    EXPECT_EQ(property->name, "TEL");
+    EXPECT_THAT(property->types(), ElementsAre("CELL", "PREF", "VOICE"));
+    EXPECT_EQ(property->parameter("X-A"), "a:b;c");
+    EXPECT_EQ(property->value, "tel:+82-10");
+}
+
+TEST(VCardProperty, OfOldCardsHasTypesWithoutAName) {
+    const auto property = propertyOf("TEL;CELL;VOICE;QUOTED-PRINTABLE:=30");
+    ASSERT_TRUE(property);
+    EXPECT_THAT(property->types(), ElementsAre("CELL", "VOICE"));
+    EXPECT_TRUE(property->isQuotedPrintable());
+}
+
+TEST(VCardProperty, NeedsANameAndAColon) {
+    EXPECT_FALSE(propertyOf("no colon"));
+    EXPECT_FALSE(propertyOf(":value"));
+    EXPECT_FALSE(propertyOf("two words:value"));
+    EXPECT_FALSE(propertyOf("group.:value"));
+    EXPECT_TRUE(propertyOf("X;A=\"never closed:value"));
+}
+
+TEST(VCardValue, IsDecodedAsThePropertySays) {
+    EXPECT_EQ(valueOf("N;CHARSET=EUC-KR;ENCODING=QUOTED-PRINTABLE:=B1=E8;=B9=CE"), "김;민");
+    EXPECT_EQ(valueOf("N;CHARSET=CP949:\x8C\x63"), "똠");
+    EXPECT_EQ(valueOf("N;CHARSET=UTF-8;QUOTED-PRINTABLE:=ea=b9=80"), "김");
+    EXPECT_EQ(valueOf("N;CHARSET=Shift_JIS;ENCODING=Quoted-Printable:=8E=52=93=63"), "山田");
+    EXPECT_EQ(valueOf("N:plain=3D"), "plain=3D");
+}
+
+TEST(VCardValue, IsInTheEncodingOfTheFileWhenItNamesNone) {
+    EXPECT_EQ(valueOf("N:김"), "김");
+    EXPECT_EQ(valueOf("N:\xB1\xE8"), "김");
+    EXPECT_EQ(valueOf("N:M\xFCller", {"ISO-8859-1", true}), "Müller");
+    EXPECT_EQ(valueOf("N:\xC2\xAA"), "ª");                    // good UTF-8, which is what it mostly is
+    EXPECT_EQ(valueOf("N:\xC2\xAA", {"CP949", true}), "짧");  // but not when the user knows better
+    EXPECT_EQ(valueOf("N;QUOTED-PRINTABLE:=B1=E8", {"UTF-8", false}), "김");
+}
+
+TEST(VCardValue, SaysWhyItCannotBeRead) {
+    EXPECT_EQ(valueOf("N;QUOTED-PRINTABLE:=B1=E"), "! is broken quoted-printable");
+    EXPECT_EQ(valueOf("N;QUOTED-PRINTABLE:=XY"), "! is broken quoted-printable");
+    EXPECT_EQ(valueOf("N;CHARSET=UTF-8;QUOTED-PRINTABLE:=EA=B9"), "! is no UTF-8 text");
+    EXPECT_EQ(valueOf("N;CHARSET=X-MOON:a"), "! is in the unknown encoding X-MOON");
+    EXPECT_EQ(valueOf("N:M\xFCller"), "! is in an encoding that --encoding can name");
+    EXPECT_EQ(valueOf("N;ENCODING=b:QUJD"), "! is base64, not text");
+    EXPECT_EQ(valueOf("N;QUOTED-PRINTABLE:a=00b"), "! holds a zero character");
+}
+
+TEST(VCardValue, LosesItsEscapes) {
+    EXPECT_EQ(unescaped(u"a\\, b\\; c\\nd\\Ne\\\\n", VCardVersion::v30), u"a, b; c\nd\ne\\n");
+    EXPECT_EQ(unescaped(u"c:\\new\\", VCardVersion::v21), u"c:\\new\\");
+    EXPECT_EQ(unescaped(u"a\\;b", VCardVersion::v21), u"a;b");
+}
+
+TEST(VCardValue, HasPartsBetweenSeparatorsThatAreNotEscaped) {
+    EXPECT_EQ(partsOf(u"Kim\\; Lee;Anna;;", u';', VCardVersion::v30), (Parts{u"Kim; Lee", u"Anna", u"", u""}));
+    EXPECT_EQ(partsOf(u"a\\\\;b", u';', VCardVersion::v30), (Parts{u"a\\", u"b"}));
+    EXPECT_EQ(partsOf(u"a\\", u';', VCardVersion::v40), (Parts{u"a\\"}));
+    EXPECT_EQ(partsOf(u"", u';', VCardVersion::v30), (Parts{u""}));
+}
+
+TEST(VCardReader, GivesEachCardWithItsPlace) {
+    const auto cards = cardsOf("BEGIN:VCARD\nVERSION:2.1\nN:A\nEND:VCARD\nbegin : vcard\nVERSION:4.0\nEND:vcard\n");
+    ASSERT_EQ(cards.size(), 2u);
+    EXPECT_EQ(cards[0].number, 1);
+    EXPECT_EQ(cards[0].line, 1);
+    EXPECT_EQ(cards[0].version, VCardVersion::v21);
+    EXPECT_EQ(cards[0].properties.at(1).line, 3);
+    EXPECT_EQ(cards[1].number, 2);
+    EXPECT_EQ(cards[1].line, 5);
+    EXPECT_EQ(cards[1].version, VCardVersion::v40);
+}
+
+TEST(VCardReader, TellsACardThatIsCutOff) {
+    const auto cards = cardsOf("BEGIN:VCARD\nN:A\nBEGIN:VCARD\nN:B\nEND:VCARD\nBEGIN:VCARD\nN:C");
+    ASSERT_EQ(cards.size(), 3u);
+    EXPECT_NE(cards[0].problem, "");
+    EXPECT_EQ(cards[1].problem, "");
+    EXPECT_EQ(cards[1].line, 3);
+    EXPECT_NE(cards[2].problem, "");
+}
+
+TEST(VCardReader, PassesOverACardWithinACard) {
+    const auto cards = cardsOf(
+        "BEGIN:VCARD\nN:A\nAGENT:\nBEGIN:VCARD\nN:B\nEND:VCARD\nTEL:1\nEND:VCARD\nBEGIN:VCARD\nN:C\nEND:VCARD\n");
+    ASSERT_EQ(cards.size(), 2u);
+    EXPECT_THAT(cards[0].nested, ElementsAre("AGENT"));
+    EXPECT_EQ(cards[0].properties.back().name, "TEL");
+    EXPECT_EQ(cards[0].problem, "");
+}
+
+TEST(VCardReader, RemembersLinesThatBelongToNoCard) {
+    VCardReader reader("one\ntwo\nBEGIN:VCARD\nN:A\nno line of a card\nEND:VCARD\nthree\n");
+    VCard card;
+    ASSERT_TRUE(reader.next(card));
+    EXPECT_THAT(card.unreadableLines, ElementsAre(5));
+    EXPECT_FALSE(reader.next(card));
+    ASSERT_EQ(reader.stray().size(), 2u);
+    EXPECT_EQ(reader.stray()[0].first, 1);
+    EXPECT_EQ(reader.stray()[0].last, 2);
+    EXPECT_EQ(reader.stray()[1].first, 7);
+}
+
+TEST(VCardReader, KnowsAFileOfCardsByItsFirstLines) {
+    EXPECT_TRUE(beginWithVCard("BEGIN:VCARD\n", 1));
+    EXPECT_TRUE(beginWithVCard("\r\n\r\nbegin:vcard", 1));
+    EXPECT_FALSE(beginWithVCard("From: somebody\n\nBEGIN:VCARD\n", 1));
+    EXPECT_TRUE(beginWithVCard("From: somebody\n\nBEGIN:VCARD\n", 2));
+    EXPECT_FALSE(beginWithVCard("BEGIN:VCALENDAR\n", 1));
+    EXPECT_FALSE(beginWithVCard("", 1));
+    EXPECT_FALSE(beginWithVCard(std::string(1'000'000, 'B'), 1));
+}

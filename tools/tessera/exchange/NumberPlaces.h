@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ContactDraft.h"
+
+namespace Tool {
+
+/// What a file calls a number.
+enum class NumberKind { mobile, home, business, pager, fax, other };
+
+/// The kind that a word for a number means: of a card's types, of a label, of the heading of a column; in any case
+/// and any spelling. Nothing for a word that says nothing of the kind.
+std::optional<NumberKind> numberKindOf(std::u16string_view word);
+
+struct FoundNumber {
+    NumberKind kind = NumberKind::other;
+    std::u16string text;
+    int preference = notPreferred;  ///< 1 is the most preferred.
+
+    static constexpr int notPreferred = 101;
+};
+
+/// Gives a contact's numbers their places among the five that it can have, the most preferred first. A number whose
+/// place is taken goes to another free one for voice, so that its caller is recognised; a remark says so, or that there
+/// is no place left. A number that is preferred becomes the primary one.
+void placeNumbers(ContactDraft& draft, std::vector<FoundNumber> numbers);
+
+/// Letters and digits alone, in lower case: how words of files are compared.
+std::u16string spelledPlainly(std::u16string_view word);
+
+}  // namespace Tool

@@ -1,0 +1,30 @@
+#include "OwnProperties.h"
+
+#include <algorithm>
+
+#include "../Arguments.h"
+#include "tessera/platform/base/Unicode.h"
+
+namespace Tool {
+
+bool isOwnProperty(std::string_view name) {
+    return name.starts_with("X-TESSERA-");
+}
+
+void takeOwnProperty(std::string_view name, const std::u16string& text, ContactDraft& draft, OwnFields& fields) {
+    if (name == ownGroup) fields.group = text;
+    if (name == ownCategories) fields.categories = text;
+    const auto* known = std::find_if(ownProperties.begin(), ownProperties.end(),
+                                     [name](const OwnProperty& each) { return each.name == name; });
+    if (known != ownProperties.end()) putText(draft, known->field, text);
+}
+
+void putText(ContactDraft& draft, PhoneBook::PBDBAttrID field, std::u16string_view text) {
+    const PhoneBook::PBAttribute& attribute = PhoneBook::aPBAttribute_[static_cast<std::size_t>(field)];
+    if (attribute.number == nullptr || isBlank(text)) return draft.put(field, text);
+    const auto number = numberOf(utf8Of(text));
+    if (number) return draft.put(field, *number);
+    draft.remark(quoted(text) + " is no whole number of 32 bits and is left out");
+}
+
+}  // namespace Tool

@@ -1,0 +1,64 @@
+#include "PersonName.h"
+
+#include <unicode/uscript.h>
+#include <unicode/utf16.h>
+
+#include "ContactDraft.h"
+
+namespace Tool {
+
+namespace {
+
+bool isEastAsian(std::u16string_view text) {
+    if (isBlank(text)) return true;
+    const std::u16string first(text.substr(text.find_first_not_of(u' '), 2));
+    UChar32 character = 0;
+    U16_GET(first, 0, 0, static_cast<int>(first.size()), character);
+    UErrorCode error = U_ZERO_ERROR;
+    const UScriptCode script = uscript_getScript(character, &error);
+    return script == USCRIPT_HANGUL || script == USCRIPT_HAN || script == USCRIPT_HIRAGANA ||
+           script == USCRIPT_KATAKANA;
+}
+
+std::u16string joined(std::initializer_list<std::u16string_view> parts, std::u16string_view between) {
+    std::u16string text;
+    for (const std::u16string_view part : parts) {
+        if (isBlank(part)) continue;
+        if (!text.empty()) text += between;
+        text += part;
+    }
+    return text;
+}
+
+}  // namespace
+
+std::u16string PersonName::whole() const {
+    const bool familyFirst = isEastAsian(family) && isEastAsian(given);
+    const std::u16string core =
+        familyFirst ? joined({family, given, middle}, u"") : joined({given, middle, family}, u" ");
+    return joined({prefix, core, suffix}, u" ");
+}
+
+PersonName partsOfName(std::u16string_view name) {
+    constexpr auto npos = std::u16string_view::npos;
+    PersonName parts;
+    if (const std::size_t comma = name.find(u','); comma != npos) {
+        const std::u16string_view behind = name.substr(comma + 1);
+        parts.family = name.substr(0, comma);
+        parts.given = behind.starts_with(u' ') ? behind.substr(1) : behind;
+        return parts;
+    }
+    const std::size_t blank = name.find(u' ');
+    if (blank == npos) {
+        parts.given = name;
+        return parts;
+    }
+    const std::u16string_view front = name.substr(0, blank);
+    const std::u16string_view behind = name.substr(blank + 1);
+    const bool isLatin = name.front() < 0x100;
+    parts.given = isLatin ? front : behind;
+    parts.family = isLatin ? behind : front;
+    return parts;
+}
+
+}  // namespace Tool

@@ -1,0 +1,69 @@
+#include "SourceText.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "../Failure.h"
+#include "Encoding.h"
+#include "tessera/platform/base/Unicode.h"
+
+namespace Tool {
+
+namespace {
+
+constexpr char16_t byteOrderMark = u'\uFEFF';
+
+/// Whether the characters that cards and tables are built of are written as themselves.
+bool keepsAscii(const std::string& encoding) {
+    const auto decoded = decodeWhole("BEGIN:VCARD;\"=,\\\r\n", encoding);
+    return decoded && *decoded == u"BEGIN:VCARD;\"=,\\\r\n";
+}
+
+std::string lineBehind(std::u16string_view text) {
+    return "line " + std::to_string(1 + std::count(text.begin(), text.end(), u'\n'));
+}
+
+std::string withoutMark(std::u16string_view text) {
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(1);
+    return utf8Of(text);
+}
+
+}  // namespace
+
+SourceText::SourceText(std::string path, std::string bytes, const std::string& encoding)
+    : path_(std::move(path)), bytes_(std::move(bytes)), encoding_(encoding), wasSaid_(!encoding.empty()) {
+    if (!wasSaid_) {
+        if (const auto recognised = recogniseEncoding(bytes_)) {
+            encoding_ = recognised->name;
+            start_ = recognised->markLength;
+            isUtf8_ = start_ == 0 && encoding_ == "UTF-8";  // what has a mark was believed to be without a look
+        }
+    }
+    if (bytes_.size() == start_) throw Failure(path_ + ": is empty");
+    if (!encoding_.empty() && !keepsAscii(encoding_)) recode();
+}
+
+void SourceText::recode() {
+    if (encoding_.starts_with("UTF-16") && bytes_.size() % 2 != 0)
+        throw Failure(path_ + ": is cut off: UTF-16 text has an even number of bytes, not " +
+                      std::to_string(bytes_.size()));
+    const Decoded decoded = decode(bytes(), encoding_);
+    if (!decoded.whole) throw Failure(path_ + ": " + lineBehind(decoded.text) + " is no " + encoding_ + " text");
+    bytes_ = withoutMark(decoded.text);
+    start_ = 0;
+    encoding_ = "UTF-8";
+    isUtf8_ = true;
+}
+
+std::string SourceText::utf8() const {
+    if (isUtf8_) return std::string(bytes());
+    const Decoded decoded = decode(bytes(), encoding_.empty() ? "UTF-8" : encoding_);
+    if (decoded.whole) return withoutMark(decoded.text);
+    const std::string place = path_ + ": " + lineBehind(decoded.text);
+    if (wasSaid_) throw Failure(place + " is no " + encoding_ + " text");
+    const std::string guess = guessEncoding(bytes());
+    throw Failure(place + " is neither UTF-8, UTF-16 nor CP949 text; name its encoding with --encoding" +
+                  (guess.empty() ? std::string() : ", maybe " + guess));
+}
+
+}  // namespace Tool
