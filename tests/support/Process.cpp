@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -37,11 +38,12 @@ Ends makePipe(bool weRead) {
     return weRead ? Ends{ends[0], ends[1]} : Ends{ends[1], ends[0]};
 }
 
-Ends makeTerminal() {
+Ends makeTerminal(unsigned short columns) {
     const int ours = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     check(ours >= 0 && grantpt(ours) == 0 && unlockpt(ours) == 0, "terminal");
     const int theirs = open(ptsname(ours), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    check(theirs >= 0, "terminal");
+    const winsize size{.ws_row = 0, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
+    check(theirs >= 0 && ioctl(theirs, TIOCSWINSZ, &size) == 0, "terminal");
     return {ours, theirs};
 }
 
@@ -99,8 +101,8 @@ void feed(int& end, std::string& input) {
 
 Process::Process(const Command& command) {
     Ends in = makePipe(false);
-    Ends out = command.outputToTerminal ? makeTerminal() : makePipe(true);
-    Ends err = command.errorToTerminal ? makeTerminal() : makePipe(true);
+    Ends out = command.outputToTerminal ? makeTerminal(command.terminalColumns) : makePipe(true);
+    Ends err = command.errorToTerminal ? makeTerminal(command.terminalColumns) : makePipe(true);
     check(command.typed.empty() || ::write(err.ours, command.typed.data(), command.typed.size()) > 0, "terminal");
     std::vector<std::string> arguments{command.program};
     arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());

@@ -15,9 +15,10 @@ struct Command {
     std::vector<std::string> arguments;
     std::map<std::string, std::string> environment = {};
     std::string input = {};
-    bool errorToTerminal = false;   ///< Standard error is a terminal, read back as `err`.
-    std::string typed = {};         ///< Standard input is that terminal, and this is typed there.
-    bool outputToTerminal = false;  ///< Standard output is a terminal of its own, read back as `out`.
+    bool errorToTerminal = false;        ///< Standard error is a terminal, read back as `err`.
+    std::string typed = {};              ///< Standard input is that terminal, and this is typed there.
+    bool outputToTerminal = false;       ///< Standard output is a terminal of its own, read back as `out`.
+    unsigned short terminalColumns = 0;  ///< How wide the terminals say that they are; 0 when they do not say.
 };
 
 struct Outcome {

@@ -60,7 +60,8 @@ CallEntry entryOf(const CallArguments& arguments) {
 std::vector<CString> formsArgument(const CallArguments& arguments) {
     if (arguments.withheld || arguments.number->empty()) return {};
     std::vector<CString> forms = formsOf(textArgument("NUMBER", *arguments.number));
-    if (forms.empty()) throw wrongUsage("\"" + *arguments.number + "\" holds no digits of a number");
+    if (forms.empty())
+        throw wrongUsage("\"" + *arguments.number + "\" holds no digits of a number, as 010-2345-6789 does");
     return forms;
 }
 
@@ -80,7 +81,7 @@ LoggedCall logged(Store& store, CallEntry entry) {
     for (const DWORD oid : callOids(store.manager())) {
         if (std::find(before.begin(), before.end(), oid) == before.end()) return {oid, entry};
     }
-    throw Failure(storeErrorText(store.path()));
+    throw storeFailure(store.path());
 }
 
 ExitStatus logCall(const Settings& settings, const CallArguments& arguments) {
@@ -125,7 +126,15 @@ bool eraseCall(Store& store, DWORD oid) {
     return true;
 }
 
-constexpr Deletable deletableCalls{"call", "calls", eraseCall};
+std::optional<Named> callToDelete(Store& /*none*/, const std::string& argument) {
+    return Named{numberArgument("OID", argument), {}};
+}
+
+std::string noCallText(const std::string& argument) {
+    return "there is no call " + argument;
+}
+
+constexpr Deletable deletableCalls{"call", "calls", callToDelete, noCallText, eraseCall};
 
 ExitStatus deleteCalls(const Settings& settings, const CallArguments& arguments) {
     return deleteThose(settings, arguments.oids, deletableCalls);
@@ -137,7 +146,7 @@ ExitStatus clearCalls(const Settings& settings, const CallArguments& arguments) 
     const std::size_t count = callOids(store.manager()).size();
     confirmation.ask("Delete all " + counted(count, deletableCalls) + " of " + store.path() + "?");
     store.require(SUCCEEDED(store.manager().deleteAllCallEntries()));
-    reportDeleted(settings, deletableCalls, count);
+    reportDeleted(settings, deletableCalls, {.count = count});
     return ExitStatus::done;
 }
 

@@ -5,6 +5,7 @@
 
 #include "Arguments.h"
 #include "CallTimes.h"
+#include "DisplayText.h"
 #include "TextTable.h"
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/base/Unicode.h"
@@ -84,16 +85,16 @@ Json jsonOf(const LoggedCall& call) {
     return object;
 }
 
-void writeCallTable(const std::vector<LoggedCall>& calls) {
+void writeCallTable(const Settings& settings, const std::vector<LoggedCall>& calls) {
     std::vector<Row> rows(1);
     for (const CallLine& line : callLines)
         rows.front().emplace_back(line.label);
     for (const LoggedCall& call : calls) {
         Row& row = rows.emplace_back();
         for (const CallLine& line : callLines)
-            row.push_back(cellOf(line.text(call)));
+            row.push_back(displayable(line.text(call)));
     }
-    writeTable(rows);
+    writeTable(settings, rows);
 }
 
 }  // namespace
@@ -138,7 +139,7 @@ void writeCall(const Settings& settings, const LoggedCall& call) {
 }
 
 void writeCalls(const Settings& settings, const std::vector<LoggedCall>& calls) {
-    if (!settings.json) return writeCallTable(calls);
+    if (!settings.json) return writeCallTable(settings, calls);
     std::vector<Json> objects;
     objects.reserve(calls.size());
     for (const LoggedCall& call : calls)

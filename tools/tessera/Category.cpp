@@ -39,7 +39,8 @@ ExitStatus listCategories(const Settings& settings, const CategoryArguments& /*n
 }
 
 ExitStatus noCategory(const Settings& settings, const std::string& name) {
-    return nothingFound(settings, "there is no category \"" + name + "\"");
+    return nothingFound(settings,
+                        "there is no category \"" + name + R"("; "tessera category list" shows which there are)");
 }
 
 Failure takenName(const std::string& name) {

@@ -31,7 +31,7 @@ struct CheckArguments {
 
 void checkFile(CheckReport& report) {
     const auto depth = report.full ? ObjectStoreFile::Depth::full : ObjectStoreFile::Depth::quick;
-    if (!ObjectStoreFile::check(report.store, depth, report.file)) throw Failure(storeErrorText(report.store));
+    if (!ObjectStoreFile::check(report.store, depth, report.file)) throw storeFailure(report.store);
 }
 
 /// The local time as 20261121-103015.
@@ -70,7 +70,7 @@ void checkPhoneBook(const Settings& settings, const CheckArguments& arguments, C
         return;
     }
     // A record can be damaged in a file that is whole: a quick look does not see that.
-    if (GetLastError() != ERROR_FILE_CORRUPT) throw Failure(storeErrorText(report.store));
+    if (GetLastError() != ERROR_FILE_CORRUPT) throw storeFailure(report.store);
     report.phoneBook.reset();
     report.file.push_back(storeErrorText(report.store));
 }

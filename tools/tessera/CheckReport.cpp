@@ -99,8 +99,7 @@ ExitStatus writeReport(const Settings& settings, const CheckReport& report) {
         writeLines(report);
     }
     if (wrongThings(report) == 0) return ExitStatus::done;
-    std::cout.flush();
-    std::cerr << "tessera: " << displayable(summaryOf(report)) << '\n';
+    complain(settings, summaryOf(report));
     return ExitStatus::notAllRight;
 }
 

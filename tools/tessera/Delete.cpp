@@ -1,22 +1,24 @@
-// delete: contacts by their identifiers, or all of them.
+// delete: contacts that are named, or all of them.
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "Arguments.h"
 #include "Command.h"
 #include "Commands.h"
 #include "Deletion.h"
-#include "Records.h"
+#include "Person.h"
 #include "Store.h"
 #include "tessera/platform/base/Results.h"
+#include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
 
 namespace {
 
 struct DeleteArguments {
-    std::vector<std::string> oids;
+    std::vector<std::string> persons;
     bool all = false;
     bool yes = false;
 };
@@ -29,7 +31,14 @@ bool eraseContact(Store& store, DWORD oid) {
     return true;
 }
 
-constexpr Deletable deletableContacts{"contact", "contacts", eraseContact};
+std::optional<Named> contactToDelete(Store& store, const std::string& argument) {
+    const auto contact = personNamed(store, argument, Purpose::change);
+    if (!contact) return std::nullopt;
+    if (numberOf(argument) == contact->oid) return Named{contact->oid, {}};
+    return Named{contact->oid, std::to_string(contact->oid) + ' ' + utf8Of(contact->record.strName.view())};
+}
+
+constexpr Deletable deletableContacts{"contact", "contacts", contactToDelete, nobodyText, eraseContact};
 
 ExitStatus deleteAll(const Settings& settings, bool yes) {
     const Confirmation confirmation("delete --all", yes);
@@ -37,14 +46,14 @@ ExitStatus deleteAll(const Settings& settings, bool yes) {
     const DWORD count = store.manager().getNumRecords();
     confirmation.ask("Delete all " + counted(count, deletableContacts) + " of " + store.path() + "?");
     store.require(SUCCEEDED(store.manager().deleteAllPBRecords()));
-    reportDeleted(settings, deletableContacts, count);
+    reportDeleted(settings, deletableContacts, {.count = count});
     return ExitStatus::done;
 }
 
 ExitStatus deleteContacts(const Settings& settings, const DeleteArguments& arguments) {
     if (arguments.all) return deleteAll(settings, arguments.yes);
-    if (arguments.oids.empty()) throw wrongUsage("delete wants an OID, or --all");
-    return deleteThose(settings, arguments.oids, deletableContacts);
+    if (arguments.persons.empty()) throw wrongUsage("delete wants a PERSON, such as 15 or 김민수, or --all");
+    return deleteThose(settings, arguments.persons, deletableContacts);
 }
 
 }  // namespace
@@ -54,12 +63,14 @@ void defineDelete(Command& program, const Settings& settings, Action& chosen) {
         {.name = "delete",
          .summary = "Delete contacts",
          .details = {"Contacts that there are not are named on standard error, and the exit status is 1; the "
-                     "others are deleted. --all asks first on a terminal; anywhere else it needs --yes, which "
+                     "others are deleted. Each PERSON is one contact; when one can be several, and nobody can be "
+                     "asked which, nothing is deleted.",
+                     "--all asks first on a terminal; anywhere else it needs --yes, which "
                      "also does without the question."},
-         .examples = {"tessera delete 15 17", "tessera delete --all --yes"}});
+         .examples = {"tessera delete 15 17", "tessera delete 김민수", "tessera delete --all --yes"}});
     const auto arguments = std::make_shared<DeleteArguments>();
-    CLI::Option* oids = command.add_option("OID", arguments->oids, "Identifiers of contacts, as list shows them");
-    CLI::Option* all = command.add_flag("--all", arguments->all, "Delete every contact; asks first")->excludes(oids);
+    CLI::Option* persons = command.add_option("PERSON", arguments->persons, personText);
+    CLI::Option* all = command.add_flag("--all", arguments->all, "Delete every contact; asks first")->excludes(persons);
     command.add_flag("--yes", arguments->yes, "Do not ask")->needs(all);
     command.callback([&settings, &chosen, arguments] {
         chosen = [&settings, arguments] { return deleteContacts(settings, *arguments); };

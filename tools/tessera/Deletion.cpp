@@ -38,26 +38,38 @@ std::string counted(std::size_t count, const Deletable& what) {
 }
 
 ExitStatus deleteThose(const Settings& settings, const std::vector<std::string>& arguments, const Deletable& what) {
-    std::vector<DWORD> oids;
-    oids.reserve(arguments.size());
-    for (const std::string& argument : arguments)
-        oids.push_back(numberArgument("OID", argument));
     Store store(settings, Store::WhenMissing::fail);
-    std::vector<DWORD> missing;
-    for (const DWORD oid : oids) {
-        if (deleteOne(store, oid, what)) continue;
-        missing.push_back(oid);
-        std::cerr << "tessera: there is no " << what.one << ' ' << oid << '\n';
+    std::vector<std::optional<Named>> meant;
+    meant.reserve(arguments.size());
+    for (const std::string& argument : arguments)
+        meant.push_back(what.named(store, argument));
+    Deleted deleted;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (meant[i] && deleteOne(store, meant[i]->oid, what)) {
+            ++deleted.count;
+            if (!meant[i]->text.empty()) deleted.texts.push_back(meant[i]->text);
+            continue;
+        }
+        deleted.missing.push_back(arguments[i]);
+        complain(settings, what.missingText(arguments[i]));
     }
-    const std::size_t deleted = oids.size() - missing.size();
-    if (deleted != 0 || settings.json) reportDeleted(settings, what, deleted, missing);
-    return missing.empty() ? ExitStatus::done : ExitStatus::nothingFound;
+    if (deleted.count != 0 || settings.json) reportDeleted(settings, what, deleted);
+    return deleted.missing.empty() ? ExitStatus::done : ExitStatus::nothingFound;
 }
 
-void reportDeleted(const Settings& settings, const Deletable& what, std::size_t deleted,
-                   const std::vector<DWORD>& missing) {
-    if (settings.json) return writeJson({{"deleted", deleted}, {"missing", missing}});
-    std::cout << "deleted " << counted(deleted, what) << '\n';
+void reportDeleted(const Settings& settings, const Deletable& what, const Deleted& deleted) {
+    if (settings.json) {
+        Json missing = Json::array();
+        for (const std::string& argument : deleted.missing) {
+            const auto oid = numberOf(argument);
+            missing.push_back(oid ? Json(*oid) : Json(argument));
+        }
+        return writeJson({{"deleted", deleted.count}, {"missing", missing}});
+    }
+    std::cout << "deleted " << counted(deleted.count, what);
+    for (std::size_t i = 0; i < deleted.texts.size(); ++i)
+        std::cout << (i == 0 ? ": " : ", ") << displayable(deleted.texts[i]);
+    std::cout << '\n';
 }
 
 }  // namespace Tool

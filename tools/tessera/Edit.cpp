@@ -4,13 +4,12 @@
 #include <memory>
 #include <string>
 
-#include "Arguments.h"
 #include "Categories.h"
 #include "Command.h"
 #include "Commands.h"
 #include "ContactOptions.h"
 #include "Output.h"
-#include "Records.h"
+#include "Person.h"
 #include "Store.h"
 #include "tessera/platform/base/Results.h"
 
@@ -21,7 +20,7 @@ namespace {
 using PhoneBook::PBRecord;
 
 struct EditArguments {
-    std::string oid;
+    std::string person;
     ContactOptions options;
 };
 
@@ -42,19 +41,19 @@ bool change(Store& store, DWORD oid, const ContactOptions& options) {
 }
 
 ExitStatus edit(const Settings& settings, const EditArguments& arguments) {
-    const DWORD oid = numberArgument("OID", arguments.oid);
     if (arguments.options.empty()) throw wrongUsage("edit wants at least one field, such as --name");
     PBRecord tried;
     arguments.options.apply(tried);  // before the store: a bad value touches none
     Store store(settings, Store::WhenMissing::fail);
-    if (!change(store, oid, arguments.options))
-        return nothingFound(settings, "there is no contact " + std::to_string(oid));
+    const auto contact = personNamed(store, arguments.person, Purpose::change);
+    if (!contact || !change(store, contact->oid, arguments.options)) return nobodyFound(settings, arguments.person);
+    const DWORD oid = contact->oid;
     if (!settings.json) {
         std::cout << "changed contact " << oid << '\n';
         return ExitStatus::done;
     }
     const auto changed = readContact(store.manager(), oid);
-    if (!changed) throw Failure(storeErrorText(store.path()));
+    if (!changed) throw storeFailure(store.path());
     writeContact(settings, *changed);
     return ExitStatus::done;
 }
@@ -67,9 +66,9 @@ void defineEdit(Command& program, const Settings& settings, Action& chosen) {
          .summary = "Change the named fields of a contact and keep the others",
          .details = {"An empty value empties the field. A contact whose group changes leaves the category of the "
                      "group that it had; its other categories stay, behind the group."},
-         .examples = {"tessera edit 15 --home \"\" --group family"}});
+         .examples = {"tessera edit 15 --home \"\" --group family", "tessera edit 김민수 --email minsu@example.com"}});
     const auto arguments = std::make_shared<EditArguments>();
-    command.add_option("OID", arguments->oid, "The contact's identifier, as list shows it")->required();
+    command.add_option("PERSON", arguments->person, personText)->required();
     arguments->options.define(command);
     command.callback(
         [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return edit(settings, *arguments); }; });

@@ -53,17 +53,17 @@ Json jsonOf(const PBGroupInfo& group) {
     return object;
 }
 
-void writeGroupTable(const std::vector<PBGroupInfo>& groups) {
+void writeGroupTable(const Settings& settings, const std::vector<PBGroupInfo>& groups) {
     std::vector<Row> rows{{"ID", "Name", "Reject"}};
     for (const Tone& tone : groupTones)
         rows.front().emplace_back(tone.label);
     for (const PBGroupInfo& group : groups) {
-        Row row{std::to_string(group.dwID), cellOf(utf8Of(group.strName.view())), group.bReject ? "yes" : ""};
+        Row row{std::to_string(group.dwID), displayable(utf8Of(group.strName.view())), group.bReject ? "yes" : ""};
         for (const Tone& tone : groupTones)
-            row.push_back(cellOf(utf8Of((group.*tone.text).view())));
+            row.push_back(displayable(utf8Of((group.*tone.text).view())));
         rows.push_back(row);
     }
-    writeTable(rows);
+    writeTable(settings, rows);
 }
 
 ExitStatus listGroups(const Settings& settings, const GroupArguments& /*none*/) {
@@ -76,13 +76,13 @@ ExitStatus listGroups(const Settings& settings, const GroupArguments& /*none*/) 
             objects.push_back(jsonOf(group));
         writeJsonArray(objects);
     } else {
-        writeGroupTable(groups);
+        writeGroupTable(settings, groups);
     }
     return ExitStatus::done;
 }
 
 ExitStatus noGroup(const Settings& settings, const std::string& name) {
-    return nothingFound(settings, "there is no group \"" + name + "\"");
+    return nothingFound(settings, "there is no group \"" + name + R"("; "tessera group list" shows which there are)");
 }
 
 ExitStatus reportGroup(const Settings& settings, const char* what, const PBGroupInfo& group) {

@@ -12,42 +12,15 @@
 #include "Output.h"
 #include "Records.h"
 #include "Store.h"
-#include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
 
 namespace {
 
-using PhoneBook::PhoneBookDBMgr;
-
 struct Arguments {
     std::string number;
     bool all = false;
 };
-
-struct Callers {
-    std::vector<Contact> contacts;
-    std::string matched;  ///< The form of the number that they hold.
-};
-
-/// Those who have the number; only the first of them unless all are wanted.
-std::vector<Contact> callersWith(PhoneBookDBMgr& manager, const CString& form, bool all) {
-    if (!all) {
-        const auto caller = callerWith(manager, form);
-        return caller ? std::vector{*caller} : std::vector<Contact>();
-    }
-    std::vector<Contact> contacts = readContacts(manager, manager.searchPBRecordOfTelNo(nullptr, form));
-    std::erase_if(contacts, [&](const Contact& contact) { return !holdsNumber(contact, form); });
-    return contacts;
-}
-
-Callers findCallers(PhoneBookDBMgr& manager, const std::vector<CString>& forms, bool all) {
-    for (const CString& form : forms) {
-        Callers callers{callersWith(manager, form, all), utf8Of(form.view())};
-        if (!callers.contacts.empty()) return callers;
-    }
-    return {};
-}
 
 Json jsonOfCaller(const Contact& contact, const std::string& matched) {
     Json object = jsonOf(contact);
@@ -62,7 +35,7 @@ void write(const Settings& settings, const Callers& callers, bool all) {
         } else {
             writeContact(settings, callers.contacts.front());
         }
-        return writeLine("Matched", callers.matched);
+        return writeMatch(settings, "Matched", callers.matched);
     }
     if (!all) return writeJson(jsonOfCaller(callers.contacts.front(), callers.matched));
     std::vector<Json> objects;
@@ -73,9 +46,11 @@ void write(const Settings& settings, const Callers& callers, bool all) {
 
 ExitStatus identify(const Settings& settings, const Arguments& arguments) {
     const std::vector<CString> forms = formsOf(textArgument("NUMBER", arguments.number));
-    if (forms.empty()) throw wrongUsage("\"" + arguments.number + "\" holds no digits of a number");
+    if (forms.empty())
+        throw wrongUsage("\"" + arguments.number + "\" holds no digits of a number, as 010-2345-6789 does");
     Store store(settings, Store::WhenMissing::fail);
-    const Callers callers = findCallers(store.manager(), forms, arguments.all);
+    const Callers callers =
+        arguments.all ? allCallersWith(store.manager(), forms) : firstCallerWith(store.manager(), forms);
     if (callers.contacts.empty()) {
         return nothingFound(settings, "nobody in the phone book has the number " + arguments.number,
                             arguments.all ? Json::array() : Json());

@@ -3,6 +3,7 @@
 #include <array>
 #include <iostream>
 
+#include "Colour.h"
 #include "DisplayText.h"
 #include "TextTable.h"
 
@@ -27,16 +28,16 @@ Row headings() {
 Row rowOf(const Contact& contact) {
     Row row{std::to_string(contact.oid)};
     for (const auto attribute : tableAttributes)
-        row.push_back(cellOf(fieldText(contact, fieldOf(attribute))));
+        row.push_back(displayable(fieldText(contact, fieldOf(attribute))));
     return row;
 }
 
-void writeContactTable(std::span<const Contact> contacts) {
+void writeContactTable(const Settings& settings, std::span<const Contact> contacts) {
     std::vector<Row> rows{headings()};
     rows.reserve(contacts.size() + 1);
     for (const Contact& contact : contacts)
         rows.push_back(rowOf(contact));
-    writeTable(rows);
+    writeTable(settings, rows);
 }
 
 std::string jsonArrayText(std::span<const Json> elements) {
@@ -95,19 +96,28 @@ void writeContact(const Settings& settings, const Contact& contact) {
 }
 
 void writeContacts(const Settings& settings, std::span<const Contact> contacts) {
-    if (!settings.json) return writeContactTable(contacts);
+    if (!settings.json) return writeContactTable(settings, contacts);
     std::cout << jsonText(contacts);
 }
 
 ExitStatus nothingFound(const Settings& settings, const std::string& what, const Json& document) {
     if (settings.json) writeJson(document);
-    std::cout.flush();
-    std::cerr << "tessera: " << displayable(what) << '\n';
+    complain(settings, what);
     return ExitStatus::nothingFound;
+}
+
+void complain(const Settings& settings, const std::string& what) {
+    std::cout.flush();
+    std::cerr << accented("tessera:", Accent::error, errorHasColour(settings)) << ' ' << displayable(what) << '\n';
 }
 
 void writeLine(const std::string& label, const std::string& value) {
     std::cout << label << std::string(labelWidth - label.size(), ' ') << displayable(value) << '\n';
+}
+
+void writeMatch(const Settings& settings, const std::string& label, const std::string& value) {
+    std::cout << label << std::string(labelWidth - label.size(), ' ')
+              << accented(displayable(value), Accent::match, outputHasColour(settings)) << '\n';
 }
 
 }  // namespace Tool

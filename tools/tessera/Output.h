@@ -39,7 +39,12 @@ std::string jsonText(std::span<const Contact> contacts);
 /// Says on standard error what was not found; in JSON, standard output gets the document for nothing.
 ExitStatus nothingFound(const Settings& settings, const std::string& what, const Json& document = Json());
 
+/// Says on standard error what is wrong, in one line, behind all that was written to standard output before.
+void complain(const Settings& settings, const std::string& what);
+
 /// A label and its value, aligned with the other lines about one contact.
 void writeLine(const std::string& label, const std::string& value);
+/// The same for a value that was looked for: it stands out.
+void writeMatch(const Settings& settings, const std::string& label, const std::string& value);
 
 }  // namespace Tool

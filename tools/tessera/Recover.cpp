@@ -44,9 +44,7 @@ ExitStatus recover(const Settings& settings, const RecoverArguments& arguments) 
         throw Failure(storeErrorText(arguments.damaged, arguments.fresh));
     writeRecovery(settings, arguments, recovery);
     if (recovery.losses.empty()) return ExitStatus::done;
-    std::cout.flush();
-    std::cerr << "tessera: " << displayable(arguments.damaged)
-              << R"( could not be saved whole; see what that leaves with "tessera check")" << '\n';
+    complain(settings, arguments.damaged + R"( could not be saved whole; see what that leaves with "tessera check")");
     return ExitStatus::notAllRight;
 }
 

@@ -100,7 +100,8 @@ ExitStatus search(const Settings& settings, const SearchArguments& arguments) {
 ExitStatus number(const Settings& settings, const std::string& argument) {
     const CString given = textArgument("DIGITS", argument);
     const CString digits = PhoneBookDBMgr::makeCNIP(given);
-    if (digits.IsEmpty() && !given.IsEmpty()) throw wrongUsage("\"" + argument + "\" holds no digits");
+    if (digits.IsEmpty() && !given.IsEmpty())
+        throw wrongUsage("\"" + argument + "\" holds no digits to look for, as 2345 does");
     Store store(settings, Store::WhenMissing::fail);
     return report(settings, readContacts(store.manager(), store.manager().searchPBRecordOfTelNo(nullptr, digits)),
                   "no number holds \"" + argument + "\"");

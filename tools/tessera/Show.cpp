@@ -3,11 +3,10 @@
 #include <memory>
 #include <string>
 
-#include "Arguments.h"
 #include "Command.h"
 #include "Commands.h"
 #include "Output.h"
-#include "Records.h"
+#include "Person.h"
 #include "Store.h"
 
 namespace Tool {
@@ -15,10 +14,9 @@ namespace Tool {
 namespace {
 
 ExitStatus show(const Settings& settings, const std::string& argument) {
-    const DWORD oid = numberArgument("OID", argument);
     Store store(settings, Store::WhenMissing::fail);
-    const auto contact = readContact(store.manager(), oid);
-    if (!contact) return nothingFound(settings, "there is no contact " + std::to_string(oid));
+    const auto contact = personNamed(store, argument, Purpose::look);
+    if (!contact) return nobodyFound(settings, argument);
     writeContact(settings, *contact);
     return ExitStatus::done;
 }
@@ -26,13 +24,15 @@ ExitStatus show(const Settings& settings, const std::string& argument) {
 }  // namespace
 
 void defineShow(Command& program, const Settings& settings, Action& chosen) {
-    Command& command = program.add({.name = "show",
-                                    .summary = "Show one contact with all its fields",
-                                    .details = {"What the contact lacks is left out."},
-                                    .examples = {"tessera show 15"}});
-    const auto oid = std::make_shared<std::string>();
-    command.add_option("OID", *oid, "The contact's identifier, as list shows it")->required();
-    command.callback([&settings, &chosen, oid] { chosen = [&settings, oid] { return show(settings, *oid); }; });
+    Command& command =
+        program.add({.name = "show",
+                     .summary = "Show one contact with all its fields",
+                     .details = {"What the contact lacks is left out."},
+                     .examples = {"tessera show 15", "tessera show 김민수", "tessera show 010-2345-6789"}});
+    const auto person = std::make_shared<std::string>();
+    command.add_option("PERSON", *person, personText)->required();
+    command.callback(
+        [&settings, &chosen, person] { chosen = [&settings, person] { return show(settings, *person); }; });
 }
 
 }  // namespace Tool

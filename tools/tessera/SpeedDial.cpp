@@ -9,6 +9,7 @@
 #include "Deletion.h"
 #include "DisplayText.h"
 #include "Output.h"
+#include "Person.h"
 #include "SlotGrid.h"
 #include "Slots.h"
 #include "System.h"
@@ -25,7 +26,7 @@ using PhoneBook::SpeedDialInfo;
 
 struct SlotArguments {
     std::string slot;
-    std::string oid;
+    std::string person;
     std::string type;
     std::string to;
     bool all = false;
@@ -68,13 +69,14 @@ Json jsonOf(const SpeedDialInfo& slot) {
     return object;
 }
 
-void writeSlotTable(const std::vector<SpeedDialInfo>& slots) {
+void writeSlotTable(const Settings& settings, const std::vector<SpeedDialInfo>& slots) {
     std::vector<Row> rows{{"Slot", "Oid", "Name", "Type", "Number"}};
     for (const SpeedDialInfo& slot : slots) {
         rows.push_back({std::to_string(slot.dwSDialID), slot.dwOID != 0 ? std::to_string(slot.dwOID) : "",
-                        cellOf(utf8Of(slot.strName.view())), typeOf(slot), cellOf(dialledText(slot.strTelNo))});
+                        displayable(utf8Of(slot.strName.view())), typeOf(slot),
+                        displayable(dialledText(slot.strTelNo))});
     }
-    writeTable(rows);
+    writeTable(settings, rows);
 }
 
 ExitStatus listSlots(const Settings& settings, const SlotArguments& /*none*/) {
@@ -88,7 +90,7 @@ ExitStatus listSlots(const Settings& settings, const SlotArguments& /*none*/) {
     } else if (outputIsTerminal()) {
         std::cout << slotGrid({&slots.at(Slots::first), Slots::last}, terminalWidth());
     } else {
-        writeSlotTable(slots.taken());
+        writeSlotTable(settings, slots.taken());
     }
     return ExitStatus::done;
 }
@@ -108,19 +110,22 @@ void reportSlot(const Settings& settings, const SpeedDialInfo& slot) {
 
 void requireNumber(const Contact& contact, const Field& number) {
     const std::string whose = "contact " + std::to_string(contact.oid);
-    if (!contact.has(number)) throw Failure(whose + " has no " + number.key + " number");
+    if (!contact.has(number))
+        throw Failure(whose + " has no " + number.key + " number; give it one with \"tessera edit " +
+                      std::to_string(contact.oid) + " --" + number.key + " NUMBER\"");
     if (PhoneBookDBMgr::makeCNIP(contact.record.*number.model().text).IsEmpty())
         throw Failure("the " + std::string(number.key) + " number of " + whose + " holds nothing to dial");
 }
 
 ExitStatus setSlot(const Settings& settings, const SlotArguments& arguments) {
     const DWORD slot = slotArgument("SLOT", arguments.slot);
-    const DWORD oid = numberArgument("OID", arguments.oid);
     const Field& number = typeArgument(arguments.type);
     Store store(settings, Store::WhenMissing::fail);
+    const auto person = personNamed(store, arguments.person, Purpose::change);
+    if (!person) return nobodyFound(settings, arguments.person);
     WritingUnit unit(store);
-    const auto contact = readContact(store.manager(), oid);
-    if (!contact) return nothingFound(settings, "there is no contact " + std::to_string(oid));
+    const auto contact = readContact(store.manager(), person->oid);
+    if (!contact) return nobodyFound(settings, arguments.person);
     requireNumber(*contact, number);
     Slots slots(store);
     slots.give(slot, *contact, number);
@@ -179,7 +184,8 @@ ExitStatus clearSlots(const Settings& settings, const SlotArguments& arguments) 
 ExitStatus freeSlot(const Settings& settings, const SlotArguments& /*none*/) {
     Store store(settings, Store::WhenMissing::fail);
     const DWORD slot = lowestFreeSlot(store);
-    if (slot == 0) return nothingFound(settings, "all 99 slots are taken");
+    if (slot == 0)
+        return nothingFound(settings, "all 99 slots are taken; empty one with \"tessera speed-dial clear SLOT\"");
     if (settings.json) {
         writeJson({{"slot", slot}});
     } else {
@@ -219,13 +225,14 @@ void defineSpeedDial(Command& program, const Settings& settings, Action& chosen)
                 .details = {"On a terminal the slots stand in as many columns as it has room for."},
                 .examples = {"tessera speed-dial list"}},
                listSlots);
-    Command& set = family.add({.name = "set",
-                               .summary = "Give a slot to a contact's number",
-                               .details = {"A number that has another slot moves out of that."},
-                               .examples = {"tessera speed-dial set 5 15 mobile"}},
-                              setSlot);
+    Command& set =
+        family.add({.name = "set",
+                    .summary = "Give a slot to a contact's number",
+                    .details = {"A number that has another slot moves out of that."},
+                    .examples = {"tessera speed-dial set 5 15 mobile", "tessera speed-dial set 6 김민수 mobile"}},
+                   setSlot);
     set.add_option("SLOT", arguments.slot, "The slot; who has it loses it")->required();
-    set.add_option("OID", arguments.oid, "The contact's identifier, as list shows it")->required();
+    set.add_option("PERSON", arguments.person, personText)->required();
     CLI::Option* number =
         set.add_option("NUMBER", arguments.type, "Which number: mobile, home or business")->required();
     set.completeWithWords(number, {"mobile", "home", "business"});

@@ -1,6 +1,8 @@
 #include "Store.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 #include "CategoryTable.h"
@@ -22,6 +24,18 @@ NoPhoneBook noPhoneBook(const std::string& path) {
                        R"(; make one with "tessera init", or with "tessera import FILE" from a file of contacts)");
 }
 
+struct Advice {
+    DWORD error;
+    const char* text;
+};
+
+constexpr Advice advices[] = {
+    {ERROR_FILE_CORRUPT, R"(; see how far with "tessera check", and save what can be read with "tessera recover")"},
+    {ERROR_LOCK_VIOLATION, "; try again when that is done"},
+    {ERROR_REVISION_MISMATCH, "; use that version or a newer one"},
+    {ERROR_BAD_FORMAT, "; name the phone book's file with --store or TESSERA_STORE"},
+};
+
 }  // namespace
 
 std::string storePathOf(const Settings& settings) {
@@ -39,13 +53,23 @@ std::string storeErrorText(const std::string& path, const std::string& made) {
     return namesFile ? text : path + ": " + text;
 }
 
+Failure storeFailure(const std::string& path) {
+    return storeFailure(path, path);
+}
+
+Failure storeFailure(const std::string& path, const std::string& made) {
+    const auto* const advice = std::ranges::find(advices, GetLastError(), &Advice::error);
+    const bool hasSentence = !ObjectStore::errorText().empty();
+    return Failure(storeErrorText(path, made) + (hasSentence && advice != std::end(advices) ? advice->text : ""));
+}
+
 Store::Store(const Settings& settings, WhenMissing whenMissing) : path_(storePathOf(settings)) {
     if (whenMissing == WhenMissing::fail && isMissing(path_)) throw noPhoneBook(path_);
     mount();
     manager_ = std::make_unique<PhoneBook::PhoneBookDBMgr>();
     if (SUCCEEDED(manager_->openDB(nullptr))) return;
     // A store that another program made may be without a phone book; anything else is an error.
-    if (GetLastError() != ERROR_FILE_NOT_FOUND) throw Failure(storeErrorText(path_));
+    if (GetLastError() != ERROR_FILE_NOT_FOUND) throw storeFailure(path_);
     if (whenMissing == WhenMissing::fail) throw noPhoneBook(path_);
     makePhoneBook();
 }
@@ -56,11 +80,11 @@ Store::~Store() {
 }
 
 void Store::mount() {
-    if (!ObjectStore::mount(path_)) throw Failure(storeErrorText(path_));
+    if (!ObjectStore::mount(path_)) throw storeFailure(path_);
 }
 
 void Store::require(bool done) const {
-    if (!done) throw Failure(storeErrorText(path_));
+    if (!done) throw storeFailure(path_);
 }
 
 void Store::makePhoneBook() {

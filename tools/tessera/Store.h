@@ -69,5 +69,8 @@ std::string storePathOf(const Settings& settings);
 std::string storeErrorText(const std::string& path);
 /// The same where another file was made of it: the sentence can be about that one.
 std::string storeErrorText(const std::string& path, const std::string& made);
+/// The same as the end of a command, with what the user can do about it.
+Failure storeFailure(const std::string& path);
+Failure storeFailure(const std::string& path, const std::string& made);
 
 }  // namespace Tool

@@ -21,17 +21,6 @@ Failure temporaryFileFailure(const std::string& path) {
     return Failure(path + ": cannot write a temporary file: " + std::strerror(errno));
 }
 
-/// False when not all could be written; errno says why.
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 /// The file that a path leads to: a link stays, and what it points at is replaced.
 std::string targetOf(const std::string& path) {
     std::error_code error;
@@ -95,6 +84,16 @@ std::string timeOfDay(const std::tm& local) {
     }
     std::snprintf(text, sizeof text, "%02d:%02d:%02d", local.tm_hour, local.tm_min, local.tm_sec);
     return text;
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
 }
 
 PrivateFile::PrivateFile() {

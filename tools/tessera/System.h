@@ -27,6 +27,9 @@ std::optional<std::time_t> momentOfLocalTime(std::tm local);
 /// The time of day as the user's locale writes it, 13:05:00 where the system does not know the locale.
 std::string timeOfDay(const std::tm& local);
 
+/// Writes all of it. False when that cannot be done; errno says why.
+bool writeAll(int descriptor, std::string_view bytes);
+
 /// A temporary file that nobody else can read. It has no name by which it could be left behind, wherever
 /// the system can do without: then it is gone even when the process is killed.
 class PrivateFile {

@@ -59,7 +59,7 @@ Json jsonOf(const RecordChange& changed, const std::string& name) {
 
 Row rowOf(const RecordChange& changed, const std::string& name) {
     return {std::to_string(changed.change.sequence), localText(changed.change.time), wordsFor(changed).text,
-            std::to_string(changed.change.oid), cellOf(name)};
+            std::to_string(changed.change.oid), displayable(name)};
 }
 
 /// The phone book in step with what others do, while this pumps, and what they do told line by line.
@@ -106,7 +106,7 @@ void Watcher::lookForChanges() {
     if (found) {
         untold_.insert(untold_.end(), found->begin(), found->end());
     } else {
-        std::cerr << "tessera: more has changed at once than the store remembers; going on from now\n";
+        complain(settings_, "more has changed at once than the store remembers; going on from now");
     }
 }
 
