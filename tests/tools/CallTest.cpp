@@ -256,7 +256,7 @@ TEST(ToolCall, AsksOnATerminalBeforeItDeletesAll) {
 
 TEST(ToolCall, RefusesWhatMakesNoSenseAndLogsNothing) {
     const Calls tool;
-    expectFailure(tool("call"), 2, "subcommand");
+    expectFailure(tool("call"), 2, "command");
     expectFailure(tool("call", "dance"), 2, "\"call dance\" is no command");
     expectFailure(tool("call", "log"), 2, "--withheld");
     expectFailure(tool("call", "log", "anonymous"), 2, "anonymous");

@@ -103,6 +103,6 @@ TEST(ToolDelete, RefusesWhatMakesNoSenseAndDeletesNothing) {
     expectFailure(tool("delete"), 2, "--all");
     expectFailure(tool("delete", "--yes"), 2, "--all");
     expectFailure(tool("delete", "--all", "--yes", tool.oids[0]), 2, "");
-    expectFailure(tool("delete", tool.oids[0], "twelve"), 2, "twelve");
+    expectFailure(tool("delete", tool.oids[0], "oid:twelve"), 2, "twelve");
     EXPECT_EQ(tool.json(0, "list").size(), 3u);
 }

@@ -135,9 +135,9 @@ TEST(ToolEdit, FindsNothingUnderAnUnknownIdentifier) {
 
 TEST(ToolEdit, RefusesWhatItCannotStoreAndChangesNothing) {
     const OneFriend tool;
-    expectFailure(tool("edit"), 2, "OID");
+    expectFailure(tool("edit"), 2, "PERSON");
     expectFailure(tool("edit", tool.oid), 2, "at least one field");
-    expectFailure(tool("edit", "twelve", "--name", "A"), 2, "twelve");
+    expectFailure(tool("edit", "twelve", "--name", "A"), 1, "twelve");
     expectFailure(tool("edit", tool.oid, "--birthday", "yesterday"), 2, "yesterday");
     expectFailure(tool("edit", tool.oid, "--primary", "5"), 2, "--primary");
     expectFailure(tool("edit", tool.oid, "--name", std::string(32'736, 'x')), 2, "32735");

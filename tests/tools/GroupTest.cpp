@@ -167,7 +167,7 @@ TEST(ToolGroup, RefusesANameThatCannotStandInAListOfCategories) {
 
 TEST(ToolGroup, RefusesWhatMakesNoSense) {
     const Groups tool;
-    expectFailure(tool("group"), 2, "subcommand");
+    expectFailure(tool("group"), 2, "command");
     expectFailure(tool("group", "dance"), 2, "\"group dance\" is no command");
     expectFailure(tool("group", "add"), 2, "NAME");
     expectFailure(tool("group", "rename", "친구"), 2, "NEW");

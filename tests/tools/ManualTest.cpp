@@ -46,16 +46,16 @@ TEST(Manual, NamesEveryCommandWithItsOptionsSummaryAndExamples) {
 
 TEST(Manual, ShowsWhichArgumentsExcludeOneAnother) {
     const std::string manual = wordsOfManual();
-    EXPECT_THAT(manual, HasSubstr("tessera [options] delete [OID ... | --all] [--yes] "));
+    EXPECT_THAT(manual, HasSubstr("tessera [options] delete [PERSON ... | --all] [--yes] "));
     EXPECT_THAT(manual, HasSubstr("tessera [options] list [--group NAME | --no-group | --prefix TEXT] "));
     EXPECT_THAT(manual, HasSubstr("tessera [options] search TEXT [--and TEXT] ... "));
-    EXPECT_THAT(manual, HasSubstr("tessera [options] speed-dial set SLOT OID NUMBER "));
+    EXPECT_THAT(manual, HasSubstr("tessera [options] speed-dial set SLOT PERSON NUMBER "));
 }
 
 TEST(Manual, ExplainsWhatHelpLeavesOut) {
     const std::string manual = wordsOfManual();
-    for (const char* heading :
-         {"WHAT CAN BE WRONG", "IMPORT FILES", "EXPORT FILES", "OUTPUT", "ENVIRONMENT", "EXIT STATUS"})
+    for (const char* heading : {"WHAT CAN BE WRONG", "IMPORT FILES", "EXPORT FILES", "NAMING A CONTACT", "OUTPUT",
+                                "ENVIRONMENT", "EXIT STATUS"})
         EXPECT_THAT(manual, HasSubstr(heading));
     EXPECT_THAT(manual, HasSubstr("TESSERA_SHARED_FOLDER"));
     EXPECT_THAT(manual, HasSubstr("A country calling code behind a plus sign"));

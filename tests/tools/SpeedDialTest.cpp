@@ -369,14 +369,14 @@ TEST(ToolSpeedDial, RefusesWhatMakesNoSense) {
     for (const std::string slot : {"0", "100", "-1", "five", ""})
         EXPECT_EQ(tool.set(slot, tool.minsu, "mobile").status, 2) << slot;
     expectFailure(tool.set("5", tool.minsu, "fax"), 2, "fax");
-    expectFailure(tool("speed-dial", "set", "5", "twelve", "mobile"), 2, "twelve");
+    expectFailure(tool("speed-dial", "set", "5", "twelve", "mobile"), 1, "twelve");
     expectFailure(tool("speed-dial", "move", "5", "5"), 2, "same slot");
     expectFailure(tool("speed-dial", "move", "5", "100"), 2, "TO");
     expectFailure(tool("speed-dial", "call", "100"), 2, "1 to 99");
     expectFailure(tool("speed-dial", "clear"), 2, "--all");
     expectFailure(tool("speed-dial", "clear", "--yes"), 2, "--all");
     EXPECT_EQ(tool("speed-dial", "clear", "5", "--all").status, 2);
-    expectFailure(tool("speed-dial"), 2, "subcommand");
+    expectFailure(tool("speed-dial"), 2, "command");
     expectFailure(tool("speed-dial", "dance"), 2, "\"speed-dial dance\" is no command");
     EXPECT_EQ(tool.slots(), Json::array());
 }

@@ -50,6 +50,7 @@ const std::string strangeFile = "{strange}";
 const std::string text = utf8Of(hostileText);
 const std::string name = utf8Of(hostileName);
 const std::string word = "\x1B[31mred\xC2\x9B";
+const std::string part = "\x1B[31mred\x1B]";  // of both contacts' names
 
 const Family families[] = {
     {"Contacts",
@@ -59,13 +60,17 @@ const Family families[] = {
          {{"add", "--name", text, "--private", word}, 2},
          {{"edit", contactOid, "--name", text}, 0, false},
          {{"edit", "999", "--name", text}, 1, false},
-         {{"edit", word, "--name", text}, 2},
+         {{"edit", word, "--name", text}, 1},
          {{"delete", contactOid}, 0, false},
+         {{"delete", name + name, "number:0103112"}, 1},
+         {{"delete", part}, 2},
          {{"delete", "--all", "--yes"}, 0, false},
          {{"delete", "--all"}, 2, false},
-         {{"delete", word}, 2},
+         {{"delete", word}, 1},
          {{"show", contactOid}},
-         {{"show", word}, 2},
+         {{"show", word}, 1},
+         {{"show", part}, 2},
+         {{"show", "number:" + word}, 1},
          {{"list"}},
          {{"list", "--group", name}},
          {{"list", "--prefix", word}, 1},
@@ -193,10 +198,20 @@ void expectHarmless(const Outcome& outcome) {
     EXPECT_THAT(obeyedIn(outcome.err), IsEmpty()) << outcome.err;
 }
 
-/// The terminal's driver puts carriage returns before line feeds, and an import draws its bar over itself with them.
-Outcome withoutReturns(Outcome outcome) {
-    std::erase(outcome.out, '\r');
-    std::erase(outcome.err, '\r');
+/// Without what the tool itself has to send: the terminal's driver puts carriage returns before line feeds, and an
+/// import draws its bar over itself with them; and colours, which are none of those in the hostile texts.
+std::string withoutItsOwn(std::string output) {
+    std::erase(output, '\r');
+    for (const std::string colour : {"\x1B[1m", "\x1B[1;31m", "\x1B[1;32m", "\x1B[0m"}) {
+        for (std::size_t at; (at = output.find(colour)) != std::string::npos;)
+            output.erase(at, colour.size());
+    }
+    return output;
+}
+
+Outcome withoutItsOwn(Outcome outcome) {
+    outcome.out = withoutItsOwn(outcome.out);
+    outcome.err = withoutItsOwn(outcome.err);
     return outcome;
 }
 
@@ -234,6 +249,8 @@ Command unchanged(Command command) {
 Command onTerminal(Command command) {
     command.outputToTerminal = true;
     command.errorToTerminal = true;
+    command.environment["TERM"] = "xterm";
+    command.environment["NO_COLOR"] = "";
     return command;
 }
 
@@ -261,7 +278,7 @@ TEST_P(Terminal, IsSentNothingThatItObeys) {
         if (line.shows) {
             EXPECT_THAT(outcome.out + outcome.err, HasSubstr("\\u{1b}[31mred"));
         }
-        expectHarmless(withoutReturns(runOn(line, onTerminal)));
+        expectHarmless(withoutItsOwn(runOn(line, onTerminal)));
     }
 }
 
@@ -288,12 +305,23 @@ TEST(Terminals, ShowAQuestionAsItIsMeant) {
         auto command = onTerminal(tool.command({"--store", tool.path()}));
         command.arguments.insert(command.arguments.end(), question.begin(), question.end());
         command.typed = "n\n";
-        const Outcome outcome = withoutReturns(run(command));
+        const Outcome outcome = withoutItsOwn(run(command));
 
         EXPECT_EQ(outcome.status, 3);
         EXPECT_THAT(outcome.err, HasSubstr("\\u{1b}[31mred\\u{9b}\\u{a}\\u{202e}'; --.db?"));
         expectHarmless(outcome);
     }
+}
+
+TEST(Terminals, ShowTheListToChooseFromAsItIsMeant) {
+    const HostilePhoneBook tool;
+    auto command = onTerminal(tool.command({"--store", tool.path(), "show", part}));
+    command.typed = "1\n";
+    const Outcome outcome = withoutItsOwn(run(command));
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("1  " + tool.contact() + "    \\u{1b}[31mred"));
+    expectHarmless(outcome);
 }
 
 TEST(Terminals, AreTestedWithEveryCommand) {

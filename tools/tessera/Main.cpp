@@ -23,7 +23,7 @@ bool parse(Tool::Command& program, int argc, char** argv) {
         program.parse(argc, argv);
         return true;
     } catch (const CLI::ParseError& stop) {
-        if (stop.get_exit_code() != 0) throw Tool::usageFailure(program, stop);
+        if (stop.get_exit_code() != 0) throw Tool::usageFailure(program, stop, {argv + 1, argv + argc});
         program.exit(stop, std::cout, std::cerr);
         return false;
     }

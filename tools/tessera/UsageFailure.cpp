@@ -1,8 +1,6 @@
 #include "UsageFailure.h"
 
 #include <algorithm>
-#include <string>
-#include <vector>
 
 #include "NearestWord.h"
 
@@ -106,6 +104,18 @@ std::string replaced(std::string sentence, const std::string& verb, const std::s
     return at == std::string::npos ? sentence : sentence.replace(at, verb.size(), between) + end;
 }
 
+/// A word that stands where the command should: the parser passes over it when a command follows. Empty when there is
+/// none.
+std::string wordBeforeCommand(const Command& program, const Texts& unexpected, const Texts& line) {
+    if (program.get_subcommands().empty()) return {};
+    const std::string command = program.get_subcommands().front()->get_name();
+    const auto isTold = [&](const std::string& word) {
+        return word == command || std::find(unexpected.begin(), unexpected.end(), word) != unexpected.end();
+    };
+    const auto first = std::find_if(line.begin(), line.end(), isTold);
+    return first == line.end() || *first == command || first->starts_with('-') ? std::string() : *first;
+}
+
 std::string problemOf(const Command& program, const Command& command, const CLI::ParseError& stop) {
     const Texts words = program.remaining(true);
     if (!command.commands().empty()) {
@@ -128,7 +138,9 @@ std::string problemOf(const Command& program, const Command& command, const CLI:
 
 }  // namespace
 
-Failure usageFailure(const Command& program, const CLI::ParseError& stop) {
+Failure usageFailure(const Command& program, const CLI::ParseError& stop, const Texts& line) {
+    const std::string before = wordBeforeCommand(program, program.remaining(true), line);
+    if (!before.empty()) return wrongUsage(unknownCommand(program, before) + " (see tessera --help)");
     const Command& command = commandOf(program);
     const std::string called = command.path().empty() ? "" : command.path() + ' ';
     return wrongUsage(problemOf(program, command, stop) + " (see tessera " + called + "--help)");

@@ -1,0 +1,182 @@
+// Whom a command means: by identifier, number, name, or a part or the initials of one.
+
+#include "tests/tools/ToolTest.h"
+
+using namespace tool_test;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::UnorderedElementsAre;
+
+namespace {
+
+class People : public Tool {
+public:
+    /// Answers the identifier.
+    template <class... Fields>
+    std::string person(const std::string& name, Fields... fields) const {
+        return json(0, "add", "--name", name, fields...)["oid"].dump();
+    }
+
+    std::string shown(const std::string& argument) const { return json(0, "show", argument)["oid"].dump(); }
+
+    /// The command with that typed where it asks, and its output read back as it stands in a file.
+    Outcome answering(const std::string& answer, std::vector<std::string> arguments) const {
+        auto asked = command(std::move(arguments));
+        asked.errorToTerminal = true;
+        asked.typed = answer;
+        asked.environment["TERM"] = "dumb";
+        return run(asked);
+    }
+
+    std::vector<std::string> names() const { return namesIn(json(0, "list")); }
+};
+
+/// Three whose names begin with the same syllable, two of them with the same name.
+class Kims : public People {
+public:
+    const std::string minsu = person("김민수", "--mobile", "010-2345-6789");
+    const std::string other = person("김민수", "--home", "02-1234");
+    const std::string minjeong = person("김민정");
+};
+
+}  // namespace
+
+TEST(Person, IsMeantByIdentifierNumberNamePartOrInitials) {
+    const People tool;
+    const std::string oid = tool.person("김민수", "--mobile", "+82 10-2345-6789", "--fax", "02-777-8888");
+    tool.person("Anna");
+    for (const char* argument : {"010-2345-6789", "01023456789", "+82 10 2345 6789", "+821023456789", "027778888",
+                                 "김민수", "민수", "ㄱㅁㅅ", "ㄱㅁ"})
+        EXPECT_EQ(tool.shown(argument), oid) << argument;
+    EXPECT_EQ(tool.shown(oid), oid);
+}
+
+TEST(Person, IsTheIdentifiersBeforeTheNumbersBeforeTheNames) {
+    const People tool;
+    const std::string first = tool.person("first");
+    const std::string second = tool.person(first, "--mobile", "4711");
+    const std::string third = tool.person("4711", "--mobile", first);
+
+    EXPECT_EQ(tool.shown(first), first);
+    EXPECT_EQ(tool.shown("oid:" + first), first);
+    EXPECT_EQ(tool.shown("number:" + first), third);
+    EXPECT_EQ(tool.shown("name:" + first), second);
+    EXPECT_EQ(tool.shown("4711"), second);
+    EXPECT_EQ(tool.shown("name:4711"), third);
+}
+
+TEST(Person, IsMeantByTheWholeNameBeforeAPartOfOne) {
+    const People tool;
+    tool.person("Annabel");
+    const std::string anna = tool.person("Anna");
+    tool.person("Susanna");
+    EXPECT_EQ(tool.shown("Anna"), anna);
+    EXPECT_EQ(tool.shown("anna"), anna);
+    expectFailure(tool("show", "ann"), 2, "3 contacts");
+}
+
+TEST(Person, IsNeverMeantByDigitsWithinAName) {
+    const People tool;
+    tool.person("Room 777");
+    expectFailure(tool("show", "777"), 1, "there is no contact 777");
+    EXPECT_EQ(tool.json(0, "show", "Room 7")["name"], "Room 777");
+}
+
+TEST(Person, IsNotChangedForAnIdentifierThatIsGone) {
+    const People tool;
+    const std::string gone = tool.person("gone");
+    tool("delete", gone);
+    tool.person("Anna", "--mobile", gone);
+    EXPECT_EQ(tool.json(0, "show", gone)["name"], "Anna");
+    expectFailure(tool("show", "oid:" + gone), 1, "oid:" + gone);
+    expectFailure(tool("delete", gone), 1, "there is no contact " + gone);
+    expectFailure(tool("edit", gone, "--name", "Bella"), 1, "there is no contact " + gone);
+    expectFailure(tool("speed-dial", "set", "5", gone, "mobile"), 1, "there is no contact " + gone);
+    EXPECT_EQ(tool("delete", "number:" + gone).status, 0);
+    EXPECT_THAT(tool.names(), IsEmpty());
+}
+
+TEST(Person, IsUnderstoodByEveryCommandThatWantsOne) {
+    const Kims tool;
+    EXPECT_EQ(tool("edit", "010-2345-6789", "--email", "minsu@example.com").out,
+              "changed contact " + tool.minsu + "\n");
+    EXPECT_EQ(tool.json(0, "show", tool.minsu)["email"], "minsu@example.com");
+    EXPECT_THAT(tool("speed-dial", "set", "5", "021234", "home").out, HasSubstr("slot 5 dials 02-1234"));
+    EXPECT_EQ(tool("delete", "ㄱㅁㅈ", tool.other).out, "deleted 2 contacts: " + tool.minjeong + " 김민정\n");
+    EXPECT_THAT(tool.names(), ElementsAre("김민수"));
+}
+
+TEST(Person, IsToldWhenNobodyIsMeant) {
+    const People tool;
+    tool.person("Anna");
+    expectFailure(tool("show", "Bella"), 1, "nobody is called or has the number \"Bella\"; \"tessera list\"");
+    expectFailure(tool("edit", "010-1", "--name", "B"), 1, "\"010-1\"");
+    expectFailure(tool("speed-dial", "set", "5", "Bella", "home"), 1, "\"Bella\"");
+    EXPECT_EQ(tool.json(1, "show", "Bella"), Json());
+    EXPECT_EQ(tool.json(1, "delete", "Bella"), (Json{{"deleted", 0}, {"missing", {"Bella"}}}));
+}
+
+TEST(Person, IsRefusedWhereTheArgumentCannotNameOne) {
+    const People tool;
+    tool.person("Anna");
+    expectFailure(tool("show", ""), 2, "PERSON is empty");
+    expectFailure(tool("show", "name:"), 2, "PERSON is empty");
+    expectFailure(tool("show", "oid:Anna"), 2, "\"Anna\"");
+    expectFailure(tool("show", "number:Anna"), 2, "010-2345-6789");
+    expectFailure(tool("show", "\xFF"), 2, "UTF-8");
+}
+
+TEST(Person, IsNotGuessedWhereNobodyCanBeAsked) {
+    const Kims tool;
+    expectFailure(tool("show", "김민"), 2,
+                  "\"김민\" can be 3 contacts: " + tool.minsu + " 김민수, " + tool.other + " 김민수, " + tool.minjeong +
+                      " 김민정; use one of these identifiers");
+    tool.person("김민지");
+    EXPECT_THAT(tool("show", "ㄱㅁ").err, HasSubstr(" and 1 more; use one"));
+    auto piped = tool.command({"show", "김민"});
+    piped.input = "1\n";
+    EXPECT_EQ(run(piped).status, 2);
+}
+
+TEST(Person, OfOneNameIsNotDeletedForAnother) {
+    const Kims tool;
+    expectFailure(tool("delete", tool.minjeong, "김민수"), 2, "2 contacts");
+    EXPECT_EQ(tool.names().size(), 3u);  // nothing goes before it is certain who is meant
+}
+
+TEST(Person, IsChosenFromANumberedListOnATerminal) {
+    const Kims tool;
+    const Outcome outcome = tool.answering("2\n", {"--json", "show", "김민수"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(Json::parse(outcome.out)["oid"].dump(), tool.other);
+    EXPECT_THAT(outcome.err, HasSubstr("1  " + tool.minsu + "   김민수  010-2345-6789"));
+    EXPECT_THAT(outcome.err, HasSubstr("2  " + tool.other + "   김민수  02-1234"));
+    EXPECT_THAT(outcome.err, HasSubstr("Which one? [1-2]"));
+
+    EXPECT_EQ(tool.answering("1\n", {"delete", "김민수"}).out, "deleted 1 contact: " + tool.minsu + " 김민수\n");
+    EXPECT_THAT(tool.names(), UnorderedElementsAre("김민수", "김민정"));
+}
+
+TEST(Person, IsNotChosenByAnyOtherAnswer) {
+    const Kims tool;
+    for (const char* answer : {"\n", "0\n", "3\n", "-1\n", "x\n", "1 2\n", "\x04"}) {
+        const Outcome outcome = tool.answering(answer, {"delete", "김민수"});
+        EXPECT_EQ(outcome.status, 3) << answer;
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_THAT(outcome.err, HasSubstr("no one was chosen"));
+    }
+    EXPECT_EQ(tool.names().size(), 3u);
+}
+
+TEST(Person, IsOfferedAmongTwentyAtMost) {
+    const People tool;
+    for (int i = 0; i < 23; ++i)
+        tool.person("Anna " + std::string(1, static_cast<char>('a' + i)));
+    const Outcome outcome = tool.answering("21\n", {"show", "anna"});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.err, HasSubstr("Anna t"));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("Anna u")));
+    EXPECT_THAT(outcome.err, HasSubstr("and 3 more"));
+}
