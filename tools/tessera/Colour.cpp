@@ -15,6 +15,7 @@ std::string_view environment(const char* name) {
 }
 
 bool isWanted(const Settings& settings, bool isTerminal) {
+    if (settings.json) return false;
     if (settings.colour != Settings::Colour::automatic) return settings.colour == Settings::Colour::always;
     const std::string_view terminal = environment("TERM");
     return isTerminal && environment("NO_COLOR").empty() && !terminal.empty() && terminal != "dumb";
@@ -35,7 +36,7 @@ std::string_view sequenceOf(Accent accent) {
 }  // namespace
 
 bool outputHasColour(const Settings& settings) {
-    return !settings.json && isWanted(settings, outputIsTerminal());
+    return isWanted(settings, outputIsTerminal());
 }
 
 bool errorHasColour(const Settings& settings) {

@@ -10,7 +10,7 @@ namespace Tool {
 enum class Accent { heading, match, error };
 
 /// Whether what is written for people is to have colours: on a terminal that has them, unless the user does not want
-/// any (NO_COLOR), or as the command line says. JSON never has any.
+/// any (NO_COLOR), or as the command line says. With JSON never.
 bool outputHasColour(const Settings& settings);
 bool errorHasColour(const Settings& settings);
 
