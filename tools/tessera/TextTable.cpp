@@ -99,6 +99,7 @@ std::string tableText(std::span<const Row> rows, const TableLook& look) {
     std::vector<Column> columns = columnsOf(rows);
     if (isLimited) fit(columns, look.width);
     std::vector<std::size_t> widths;
+    widths.reserve(columns.size());
     for (const Column& column : columns)
         widths.push_back(isLimited ? column.width : std::min(column.width, widestAligned));
     std::string text;

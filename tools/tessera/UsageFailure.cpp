@@ -125,7 +125,7 @@ std::string problemOf(const Command& program, const Command& command, const CLI:
         if (words.empty() && dynamic_cast<const CLI::RequiredError*>(&stop) != nullptr) return missingCommand(command);
     }
     if (!words.empty()) return unknownWord(command, words);
-    const std::string sentence = stop.what();
+    std::string sentence = stop.what();
     if (dynamic_cast<const CLI::RequiredError*>(&stop) != nullptr) return missingArguments(command);
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&stop) != nullptr) return missingValue(command, sentence);
     if (dynamic_cast<const CLI::ExcludesError*>(&stop) != nullptr)
