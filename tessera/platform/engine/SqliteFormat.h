@@ -23,7 +23,6 @@ void checkStoreFile(SqliteConnection& connection);
 /// Makes the tables and the single rows of a new store in an empty file.
 void createTables(SqliteConnection& connection, const SortKeys& keys, const std::string& locale);
 
-/// Sets what belongs to a connection, not to the file.
 /// Whether the store has the table of telephone numbers: one of format version 1 does not.
 bool hasNumberTable(SqliteConnection& connection);
 
@@ -31,6 +30,7 @@ bool hasNumberTable(SqliteConnection& connection);
 /// were any to give. They are empty then.
 bool upgradeTables(SqliteConnection& connection);
 
+/// Sets what belongs to a connection, not to the file.
 void configure(SqliteConnection& connection, const StoreOptions& options);
 /// The same for a connection that leaves the store as it is, a log that a killed program left included.
 void configureToLook(SqliteConnection& connection);
