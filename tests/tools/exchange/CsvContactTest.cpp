@@ -56,6 +56,13 @@ TEST(CsvTable, KnowsKoreanHeadingsInAnySpelling) {
     EXPECT_EQ(in(draft, PBDBATTR_GROUP), "친구");
 }
 
+TEST(CsvTable, KnowsTheHeadingsOfAWorkplace) {
+    const ContactDraft draft = row("이름,근무지 전화,근무지 팩스,기타 팩스", "민수,1,2,2");
+    EXPECT_EQ(in(draft, PBDBATTR_BUSINESSTEL), "1");
+    EXPECT_EQ(in(draft, PBDBATTR_BUSINESSFAX), "2");
+    EXPECT_EQ(draft.note(), "");
+}
+
 TEST(CsvTable, HasTheSeparatorWithWhichItsHeadingsAreKnown) {
     for (const std::string separator : {",", ";", "\t"}) {
         const ContactDraft draft = row("Name" + separator + "Mobile Phone", "Anna" + separator + "010-1");
@@ -77,6 +84,12 @@ TEST(CsvTable, HasNumbersWithTheirTypesInColumnsBesideThem) {
     EXPECT_EQ(in(draft, PBDBATTR_HOMETEL), "11");
     EXPECT_EQ(in(draft, PBDBATTR_BUSINESSTEL), "9");
     EXPECT_THAT(draft.remarks, ElementsAre("its second mobile number \"11\" is kept as its home number"));
+}
+
+TEST(CsvTable, PrefersNoOtherNumberWhereThePreferredOneIsLost) {
+    const ContactDraft draft = row("Name,Home Phone,Phone 1 - Label,Phone 1 - Value", "Anna,02-1,* Mobile,8.21012E+11");
+    EXPECT_EQ(in(draft, PBDBATTR_HOMETEL), "02-1");
+    EXPECT_FALSE(draft.has(PBDBATTR_PRIMARYTELNO));
 }
 
 TEST(CsvTable, KeepsLeadingZerosAndUndoesWhatSpreadsheetsNeedForThat) {
@@ -108,6 +121,8 @@ TEST(CsvTable, HasGroupsAsEachProgramWritesThem) {
 TEST(CsvTable, PutsABirthdayTogetherFromThreeColumns) {
     EXPECT_EQ(in(row("Display Name,Birth Year,Birth Month,Birth Day", "Anna,1990,3,5"), PBDBATTR_BIRTHDAY),
               "1990-03-05");
+    EXPECT_EQ(row("Name,Birth Year,Birth Month,Birth Day", "Anna,,3,5").note(),
+              "its birthday \"--03-05\" has no year and is left out");
 }
 
 TEST(CsvTable, NamesTheColumnsThatItLeavesOut) {

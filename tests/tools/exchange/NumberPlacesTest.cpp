@@ -70,6 +70,17 @@ TEST(NumberPlaces, AreGivenToThePreferredFirst) {
     EXPECT_EQ(in(draft, PBDBATTR_PRIMARYTELNO), "8");
 }
 
+TEST(NumberPlaces, GiveTheMostPreferredTheFirstRankWhereverItIs) {
+    const ContactDraft elsewhere = placed({{NumberKind::other, u"1", 1}, {NumberKind::mobile, u"2", 2}});
+    EXPECT_EQ(in(elsewhere, PBDBATTR_HOMETEL), "1");
+    EXPECT_EQ(in(elsewhere, PBDBATTR_PRIMARYTELNO), "8");
+    const ContactDraft twice = placed({{NumberKind::other, u"1", 1}, {NumberKind::mobile, u"1"}});
+    EXPECT_EQ(in(twice, PBDBATTR_PRIMARYTELNO), "4");
+    const ContactDraft leftOut =
+        placed({{NumberKind::fax, u"1", 1}, {NumberKind::fax, u"2", 2}, {NumberKind::home, u"3", 3}});
+    EXPECT_EQ(in(leftOut, PBDBATTR_PRIMARYTELNO), "2048");
+}
+
 TEST(PersonName, IsWrittenInTheOrderOfItsScript) {
     EXPECT_EQ(Tool::PersonName({.family = u"Kim", .given = u"Anna", .middle = u"M."}).whole(), u"Anna M. Kim");
     EXPECT_EQ(Tool::PersonName({.family = u"남궁", .given = u"민수"}).whole(), u"남궁민수");

@@ -111,6 +111,32 @@ TEST(VCardContact, SaysWhyItHasNoBirthday) {
     EXPECT_EQ(noteOn("BDAY:\n"), "");
 }
 
+TEST(VCardContact, KeepsTheFirstOfSeveralNamesOfAKind) {
+    const ContactDraft scripts = card("N;ALTID=1:山田;太郎;;;\nN;ALTID=1:Yamada;Taro;;;\n", "4.0");
+    EXPECT_EQ(nameIn(scripts), "山田太郎");
+    EXPECT_EQ(scripts.note(), "left out, having no place: further name");
+    const ContactDraft nicknames = card("NICKNAME:Annie\nNICKNAME:Bee\n");
+    EXPECT_EQ(nameIn(nicknames), "Annie");
+    EXPECT_EQ(nicknames.note(), "left out, having no place: nickname");
+}
+
+TEST(VCardContact, HasSeveralNamesInOneOfItsParts) {
+    const std::string stevenson = "N:Stevenson;John;Philip,Paul;Dr.;Jr.,M.D.\n";
+    EXPECT_EQ(nameIn(card(stevenson)), "Dr. John Philip Paul Stevenson Jr. M.D.");
+    EXPECT_EQ(nameIn(card("N:Stevenson\\, Sons;John\n")), "John Stevenson, Sons");
+    EXPECT_EQ(card("FN:Dr. John Philip Paul Stevenson\\, Jr.\\, M.D.\n" + stevenson).note(), "");
+    EXPECT_EQ(nameIn(card("N:Kim\\; Lee;Anna,Maria\n", "2.1")), "Anna,Maria Kim; Lee");  // which has no lists
+}
+
+TEST(VCardContact, MissesNothingWhereOnlyBlanksDiffer) {
+    EXPECT_EQ(card("FN:Anna Kim\nN: Kim ;Anna ;;;\n").note(), "");
+    EXPECT_EQ(nameIn(card("N: Kim ;Anna ;;;\n")), "Anna Kim");
+}
+
+TEST(VCardContact, NamesPropertiesOfOursThatItDoesNotKnow) {
+    EXPECT_EQ(card("FN:Anna\nX-TESSERA-SHOE-SIZE:38\n").note(), "left out, having no place: X-TESSERA-SHOE-SIZE");
+}
+
 TEST(VCardContact, SaysWhatItHasTwice) {
     const ContactDraft draft =
         card("FN:Anna\nFN:Anna\nFN:Ana\nBDAY:19900305\nBDAY:1990-03-05\nBDAY:1991-03-05\n", "4.0");
@@ -182,6 +208,13 @@ TEST(VCardContacts, AreReadInUtf16AndInTheEncodingThatIsSaid) {
     EXPECT_THAT(namesIn(cards("BEGIN:VCARD\nFN:M\xFCller\nEND:VCARD\n", "ISO-8859-1")), ElementsAre("Müller"));
     EXPECT_THAT(namesIn(cards("BEGIN:VCARD\nFN:M\xFCller\nEND:VCARD\n")),
                 ElementsAre("! its name is in an encoding that --encoding can name"));
+}
+
+TEST(VCardContacts, StandBehindAByteOrderMarkAlsoWhenTheEncodingIsSaid) {
+    EXPECT_THAT(namesIn(cards("\xEF\xBB\xBF"
+                              "BEGIN:VCARD\nFN:김\nEND:VCARD\n",
+                              "UTF-8")),
+                ElementsAre("김"));
 }
 
 TEST(VCardContacts, OfAFileWithoutCardsAreAnError) {

@@ -63,6 +63,20 @@ TEST(VCardLines, AreJoinedAtSoftBreaks) {
 TEST(VCardLines, ASoftBreakAtTheEndOfACardDoesNotSwallowTheEnd) {
     EXPECT_THAT(linesOf("N;QUOTED-PRINTABLE:=B1=\r\nEND:VCARD\r\n"),
                 ElementsAre("1 N;QUOTED-PRINTABLE:=B1=", "2 END:VCARD"));
+    EXPECT_THAT(linesOf("N;QUOTED-PRINTABLE:=B1=\nend : vcard \n"),
+                ElementsAre("1 N;QUOTED-PRINTABLE:=B1=", "2 end : vcard "));
+    EXPECT_THAT(linesOf("N;QUOTED-PRINTABLE:=B1=\nBEGIN:VCARD\n"),
+                ElementsAre("1 N;QUOTED-PRINTABLE:=B1=", "2 BEGIN:VCARD"));
+}
+
+TEST(VCardLines, AreJoinedAtSoftBreaksAlsoBehindAColonInQuotes) {
+    EXPECT_THAT(linesOf("N;X=\"a:b\";QUOTED-PRINTABLE:=B1=\n=E8\n"),
+                ElementsAre("1 N;X=\"a:b\";QUOTED-PRINTABLE:=B1=E8"));
+}
+
+TEST(VCardLines, ThatAreManyCarriageReturnsTakeNoLongerThanOthers) {
+    const std::string returns(300'000, '\r');
+    EXPECT_THAT(linesOf(returns + "A:1"), ElementsAre("300001 A:1"));
 }
 
 TEST(VCardLines, OfBase64NeedNoBlankInFront) {
@@ -163,6 +177,36 @@ TEST(VCardReader, PassesOverACardWithinACard) {
     EXPECT_THAT(cards[0].nested, ElementsAre("AGENT"));
     EXPECT_EQ(cards[0].properties.back().name, "TEL");
     EXPECT_EQ(cards[0].problem, "");
+}
+
+TEST(VCardReader, PassesOverACardThatBeginsInTheLineOfItsProperty) {
+    const auto cards = cardsOf("BEGIN:VCARD\nN:A\n:BEGIN:VCARD\nAGENT:BEGIN:VCARD\nN:B\nEND:VCARD\nTEL:1\nEND:VCARD\n");
+    ASSERT_EQ(cards.size(), 1u);
+    EXPECT_EQ(cards[0].problem, "");
+    EXPECT_THAT(cards[0].nested, ElementsAre("AGENT"));
+    EXPECT_EQ(cards[0].properties.back().name, "TEL");
+}
+
+TEST(VCardReader, LosesNoCardBehindOneThatLacksTheEndOfItsNested) {
+    const auto cards = cardsOf(
+        "BEGIN:VCARD\nN:A\nAGENT:\nBEGIN:VCARD\nN:B\nEND:VCARD\nBEGIN:VCARD\nN:C\nEND:VCARD\nBEGIN:VCARD\nN:D\n"
+        "END:VCARD\n");
+    ASSERT_EQ(cards.size(), 3u);
+    EXPECT_NE(cards[0].problem, "");
+    EXPECT_EQ(cards[1].properties.at(0).value, "C");
+    EXPECT_EQ(cards[2].properties.at(0).value, "D");
+}
+
+TEST(VCardReader, KnowsACardBehindAByteOrderMarkAsFilesPutTogetherHaveThem) {
+    const auto cards = cardsOf(
+        "BEGIN:VCARD\nN:A\nEND:VCARD\n\xEF\xBB\xBF"
+        "BEGIN:VCARD\nN:B\nEND:VCARD\n");
+    ASSERT_EQ(cards.size(), 2u);
+    EXPECT_EQ(cards[1].line, 4);
+}
+
+TEST(VCardReader, TakesBlanksAroundTheVersion) {
+    EXPECT_EQ(cardsOf("BEGIN:VCARD\nVERSION: 2.1 \nEND:VCARD\n").at(0).version, VCardVersion::v21);
 }
 
 TEST(VCardReader, RemembersLinesThatBelongToNoCard) {

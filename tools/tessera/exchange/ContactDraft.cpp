@@ -47,6 +47,13 @@ void ContactDraft::putBirthday(std::u16string_view text) {
     record.dwCITypeMask |= attribute.mask;
 }
 
+void ContactDraft::putEmail(std::u16string_view address) {
+    if (isBlank(address)) return;
+    if (!has(PhoneBook::PBDBATTR_EMAIL)) put(PhoneBook::PBDBATTR_EMAIL, address);
+    if (record.strEmail1Address.view() != address)
+        remark("its e-mail address " + quoted(address) + " has no place and is left out");
+}
+
 bool ContactDraft::has(PhoneBook::PBDBAttrID field) const {
     return (record.dwCITypeMask & attributeOf(field).mask) != 0;
 }
@@ -63,17 +70,6 @@ std::string ContactDraft::note() const {
 
 bool isBlank(std::u16string_view text) {
     return text.find_first_not_of(u" \t\r\n\u00A0\u3000") == std::u16string_view::npos;
-}
-
-std::u16string withLineFeeds(std::u16string_view text) {
-    std::u16string plain;
-    plain.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isFeedNext = i + 1 < text.size() && text[i + 1] == u'\n';
-        if (text[i] == u'\r' && isFeedNext) continue;
-        plain += text[i] == u'\r' ? u'\n' : text[i];
-    }
-    return plain;
 }
 
 std::string quoted(std::u16string_view text) {

@@ -24,6 +24,8 @@ struct ContactDraft {
     void put(PhoneBook::PBDBAttrID field, DWORD value);
     /// The same of a day as a card or a table writes it; one that is none, or cannot be kept, becomes a remark.
     void putBirthday(std::u16string_view text);
+    /// The first address is the contact's; any other becomes a remark.
+    void putEmail(std::u16string_view address);
     bool has(PhoneBook::PBDBAttrID field) const;
     void remark(const std::string& sentence) { remarks.push_back(sentence); }
 
@@ -41,9 +43,6 @@ struct DraftedFile {
 };
 
 bool isBlank(std::u16string_view text);
-
-/// The text with every end of a line as a line feed alone.
-std::u16string withLineFeeds(std::u16string_view text);
 
 /// A text in quotes for a remark, not all of it when it is long.
 std::string quoted(std::u16string_view text);

@@ -12,8 +12,7 @@ namespace Tool {
 class ContactName {
 public:
     void takeWhole(const std::u16string& name);
-    /// Family name, given name, middle names, prefixes and suffixes; there may be fewer.
-    void takeParts(std::vector<std::u16string> parts);
+    void takeParts(const PersonName& parts);
     void takeOrganisation(const std::vector<std::u16string>& parts);
     void takeNickname(const std::u16string& name);
     /// A name that cannot be read; `problem` goes on a sentence about it.
@@ -27,9 +26,9 @@ private:
     std::u16string whole_;
     PersonName parts_;
     std::u16string organisation_;
-    std::u16string nickname_;
+    std::vector<std::u16string> nicknames_;
     std::string problem_;
-    bool hasSeveral_ = false;  ///< Whole names, of which the first is taken.
+    bool hasSeveral_ = false;  ///< Names of a kind, of which the first is taken.
 };
 
 }  // namespace Tool

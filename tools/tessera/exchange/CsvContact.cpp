@@ -10,6 +10,7 @@
 #include "CategoryTexts.h"
 #include "ContactName.h"
 #include "OwnProperties.h"
+#include "PlainText.h"
 #include "TelUri.h"
 #include "tessera/platform/base/Unicode.h"
 
@@ -21,12 +22,6 @@ constexpr auto npos = std::u16string_view::npos;
 
 /// No address book has more; of what is no table at all a line can have millions.
 constexpr std::size_t mostColumns = 1'000;
-
-std::u16string_view trimmed(std::u16string_view text) {
-    constexpr std::u16string_view blanks = u" \t";
-    const std::size_t first = text.find_first_not_of(blanks);
-    return first == npos ? std::u16string_view() : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 std::vector<std::u16string> splitAt(std::u16string_view text, std::u16string_view separator) {
     std::vector<std::u16string> parts;
@@ -70,12 +65,12 @@ public:
                                       [](const CsvColumn& column) { return column.role == CsvRole::group; });
         for (std::size_t i = 0; i < row_.values.size(); ++i)
             takeValue(i);
-        name_.takeParts({parts_.family, parts_.given, parts_.middle, parts_.prefix, parts_.suffix});
+        name_.takeParts(parts_);
         name_.putInto(draft_);
         putIndexedNumbers();
         placeNumbers(draft_, std::move(numbers_));
         draft_.put(PhoneBook::PBDBATTR_BODY, notes_);
-        if (!year_.empty()) draft_.putBirthday(year_ + u'-' + twoDigits(month_) + u'-' + twoDigits(day_));
+        putBirthdayInParts();
         putGroupAndCategories();
     }
 
@@ -158,33 +153,26 @@ private:
         if (role == CsvRole::nameSuffix) parts_.suffix = text;
     }
 
-    void takeNumber(NumberKind kind, std::u16string_view text) {
+    void takeNumber(NumberKind kind, std::u16string_view text, int preference = FoundNumber::notPreferred) {
         const std::u16string_view number = withoutSpreadsheetMarks(text);
         if (isRounded(number))
             return draft_.remark("its number " + quoted(number) + " lost digits in a spreadsheet and is left out");
-        TelValue found = telephoneNumberOf(number);
-        if (!found.remark.empty()) draft_.remark(found.remark);
-        numbers_.push_back({kind, std::move(found.number)});
+        numbers_.push_back({kind, telephoneNumberOf(number, draft_), preference});
     }
 
     /// Web address books put a star before the kind that is preferred.
     void putIndexedNumbers() {
         for (const auto& [index, number] : indexed_) {
             const NumberKind kind = numberKindOf(number.label).value_or(NumberKind::other);
-            for (const std::u16string& each : severalIn(number.value)) {
-                takeNumber(kind, each);
-                const bool isPreferred = number.label.starts_with(u'*') && !numbers_.empty();
-                if (isPreferred) numbers_.back().preference = 1;
-            }
+            const int preference = number.label.starts_with(u'*') ? 1 : FoundNumber::notPreferred;
+            for (const std::u16string& each : severalIn(number.value))
+                takeNumber(kind, each, preference);
         }
     }
 
     void takeEmails(const std::vector<std::u16string>& addresses) {
-        for (const std::u16string& address : addresses) {
-            if (!draft_.has(PhoneBook::PBDBATTR_EMAIL)) draft_.put(PhoneBook::PBDBATTR_EMAIL, address);
-            if (draft_.record.strEmail1Address.view() != address)
-                draft_.remark("its e-mail address " + quoted(address) + " has no place and is left out");
-        }
+        for (const std::u16string& address : addresses)
+            draft_.putEmail(address);
     }
 
     /// A star stands before those that the address book made itself; one of them everybody has.
@@ -209,6 +197,12 @@ private:
         }
         all.insert(all.end(), labels_.begin(), labels_.end());
         putCategories(draft_, all, std::nullopt, std::nullopt);
+    }
+
+    void putBirthdayInParts() {
+        if (year_.empty() && month_.empty() && day_.empty()) return;
+        // A day that has no year is written with a dash in its place.
+        draft_.putBirthday((year_.empty() ? u"-" : year_) + u'-' + twoDigits(month_) + u'-' + twoDigits(day_));
     }
 
     static std::u16string twoDigits(const std::u16string& number) {

@@ -5,6 +5,8 @@
 
 #include <unicode/uchar.h>
 
+#include "../Records.h"
+
 namespace Tool {
 
 namespace {
@@ -33,7 +35,7 @@ struct KindWord {
 };
 
 /// A fax at home is a fax: what the number is for counts more than where it is. So the words stand in this order.
-constexpr std::array<KindWord, 28> kindWords = {{
+constexpr std::array<KindWord, 29> kindWords = {{
     {u"fax", NumberKind::fax},          {u"팩스", NumberKind::fax},          {u"pager", NumberKind::pager},
     {u"beeper", NumberKind::pager},     {u"호출기", NumberKind::pager},      {u"무선호출", NumberKind::pager},
     {u"삐삐", NumberKind::pager},       {u"mobile", NumberKind::mobile},     {u"cell", NumberKind::mobile},
@@ -42,8 +44,8 @@ constexpr std::array<KindWord, 28> kindWords = {{
     {u"핸드폰", NumberKind::mobile},    {u"모바일", NumberKind::mobile},     {u"이동전화", NumberKind::mobile},
     {u"work", NumberKind::business},    {u"business", NumberKind::business}, {u"office", NumberKind::business},
     {u"company", NumberKind::business}, {u"회사", NumberKind::business},     {u"직장", NumberKind::business},
-    {u"사무실", NumberKind::business},  {u"home", NumberKind::home},         {u"집", NumberKind::home},
-    {u"자택", NumberKind::home},
+    {u"근무", NumberKind::business},    {u"사무실", NumberKind::business},   {u"home", NumberKind::home},
+    {u"집", NumberKind::home},          {u"자택", NumberKind::home},
 }};
 
 const Place& placeOf(NumberKind kind) {
@@ -62,37 +64,43 @@ public:
         if (number.kind == NumberKind::other) return false;
         const Place& place = placeOf(number.kind);
         if (draft_.has(place.field)) return textAt(place) == number.text;
-        put(number, place);
+        draft_.put(place.field, number.text);
         return true;
     }
 
     void putElsewhere(const FoundNumber& number) {
-        if (isThere(number)) return;
+        if (findPlaceOf(number) != nullptr) return;
         const auto* const end = places.begin() + voicePlaces;
         const auto* const free = std::find_if(isForVoice(number.kind) ? places.begin() : end, end,
                                               [this](const Place& place) { return !draft_.has(place.field); });
         if (free == end) return draft_.remark("its number " + quoted(number.text) + " has no place and is left out");
-        put(number, *free);
+        draft_.put(free->field, number.text);
         if (number.kind == NumberKind::other) return;
         draft_.remark("its second " + std::string(placeOf(number.kind).label) + " number " + quoted(number.text) +
                       " is kept as its " + free->label + " number");
     }
 
+    /// Of the numbers that are preferred the first that has a place. `numbers` begin with the most preferred.
+    void choosePrimary(const std::vector<FoundNumber>& numbers) {
+        for (const FoundNumber& number : numbers) {
+            const bool isChosen = draft_.has(PhoneBook::PBDBATTR_PRIMARYTELNO);
+            if (isChosen || number.preference == FoundNumber::notPreferred) return;
+            if (const Place* place = findPlaceOf(number); place != nullptr)
+                draft_.put(PhoneBook::PBDBATTR_PRIMARYTELNO, fieldOf(place->field).mask());
+        }
+    }
+
 private:
-    bool isThere(const FoundNumber& number) const {
-        return std::any_of(places.begin(), places.end(),
-                           [&](const Place& place) { return textAt(place) == number.text; });
+    /// Where the number stands, best where numbers of its kind belong; null when nowhere.
+    const Place* findPlaceOf(const FoundNumber& number) const {
+        const auto isThere = [&](const Place& place) { return textAt(place) == number.text; };
+        if (number.kind != NumberKind::other && isThere(placeOf(number.kind))) return &placeOf(number.kind);
+        const auto* const found = std::find_if(places.begin(), places.end(), isThere);
+        return found == places.end() ? nullptr : found;
     }
 
     std::u16string_view textAt(const Place& place) const {
-        return (draft_.record.*PhoneBook::aPBAttribute_[static_cast<std::size_t>(place.field)].text).view();
-    }
-
-    void put(const FoundNumber& number, const Place& place) {
-        draft_.put(place.field, number.text);
-        if (number.preference == FoundNumber::notPreferred || draft_.has(PhoneBook::PBDBATTR_PRIMARYTELNO)) return;
-        draft_.put(PhoneBook::PBDBATTR_PRIMARYTELNO,
-                   PhoneBook::aPBAttribute_[static_cast<std::size_t>(place.field)].mask);
+        return (draft_.record.*fieldOf(place.field).model().text).view();
     }
 
     ContactDraft& draft_;
@@ -128,6 +136,7 @@ void placeNumbers(ContactDraft& draft, std::vector<FoundNumber> numbers) {
     }
     for (const FoundNumber& number : homeless)
         placing.putElsewhere(number);
+    placing.choosePrimary(numbers);
 }
 
 }  // namespace Tool

@@ -24,9 +24,9 @@ struct FoundNumber {
     static constexpr int notPreferred = 101;
 };
 
-/// Gives a contact's numbers their places among the five that it can have, the most preferred first. A number whose
-/// place is taken goes to another free one for voice, so that its caller is recognised; a remark says so, or that there
-/// is no place left. A number that is preferred becomes the primary one.
+/// Gives a contact's numbers their places among the five that it can have, the most preferred first. A number for voice
+/// whose place is taken goes to another free one, so that its caller is recognised; a remark says so, or that there is
+/// no place left. The most preferred number that has a place becomes the primary one.
 void placeNumbers(ContactDraft& draft, std::vector<FoundNumber> numbers);
 
 /// Letters and digits alone, in lower case: how words of files are compared.

@@ -7,16 +7,25 @@
 
 namespace Tool {
 
+namespace {
+
+/// Null when there is none of this name.
+const OwnProperty* propertyNamed(std::string_view name) {
+    const auto* known = std::find_if(ownProperties.begin(), ownProperties.end(),
+                                     [name](const OwnProperty& each) { return each.name == name; });
+    return known == ownProperties.end() ? nullptr : known;
+}
+
+}  // namespace
+
 bool isOwnProperty(std::string_view name) {
-    return name.starts_with("X-TESSERA-");
+    return name == ownGroup || name == ownCategories || propertyNamed(name) != nullptr;
 }
 
 void takeOwnProperty(std::string_view name, const std::u16string& text, ContactDraft& draft, OwnFields& fields) {
     if (name == ownGroup) fields.group = text;
     if (name == ownCategories) fields.categories = text;
-    const auto* known = std::find_if(ownProperties.begin(), ownProperties.end(),
-                                     [name](const OwnProperty& each) { return each.name == name; });
-    if (known != ownProperties.end()) putText(draft, known->field, text);
+    if (const OwnProperty* known = propertyNamed(name); known != nullptr) putText(draft, known->field, text);
 }
 
 void putText(ContactDraft& draft, PhoneBook::PBDBAttrID field, std::u16string_view text) {

@@ -33,6 +33,7 @@ struct OwnFields {
     std::optional<std::u16string> categories;
 };
 
+/// Whether it is one of these.
 bool isOwnProperty(std::string_view name);
 
 /// Puts one into the draft, or what of it cannot be put there before all is read into `fields`.

@@ -19,6 +19,13 @@ bool keepsAscii(const std::string& encoding) {
     return decoded && *decoded == u"BEGIN:VCARD;\"=,\\\r\n";
 }
 
+/// Of the byte-order mark, where UTF-8 begins with one.
+std::size_t markLengthOf(const std::string& bytes, const std::string& encoding) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    const bool isMarked = bytes.starts_with(mark) && decodeWhole(mark, encoding) == std::u16string(1, byteOrderMark);
+    return isMarked ? mark.size() : 0;
+}
+
 std::string lineBehind(std::u16string_view text) {
     return "line " + std::to_string(1 + std::count(text.begin(), text.end(), u'\n'));
 }
@@ -32,12 +39,12 @@ std::string withoutMark(std::u16string_view text) {
 
 SourceText::SourceText(std::string path, std::string bytes, const std::string& encoding)
     : path_(std::move(path)), bytes_(std::move(bytes)), encoding_(encoding), wasSaid_(!encoding.empty()) {
-    if (!wasSaid_) {
-        if (const auto recognised = recogniseEncoding(bytes_)) {
-            encoding_ = recognised->name;
-            start_ = recognised->markLength;
-            isUtf8_ = start_ == 0 && encoding_ == "UTF-8";  // what has a mark was believed to be without a look
-        }
+    if (wasSaid_) {
+        start_ = markLengthOf(bytes_, encoding_);
+    } else if (const auto recognised = recogniseEncoding(bytes_)) {
+        encoding_ = recognised->name;
+        start_ = recognised->markLength;
+        isUtf8_ = start_ == 0 && encoding_ == "UTF-8";  // what has a mark was believed to be without a look
     }
     if (bytes_.size() == start_) throw Failure(path_ + ": is empty");
     if (!encoding_.empty() && !keepsAscii(encoding_)) recode();

@@ -1,7 +1,6 @@
 #include "TelUri.h"
 
 #include "../Records.h"
-#include "ContactDraft.h"
 #include "VCardValue.h"
 #include "tessera/platform/base/Unicode.h"
 
@@ -32,23 +31,26 @@ bool isContext(std::u16string_view parameters) {
 
 }  // namespace
 
-TelValue telephoneNumberOf(std::u16string_view value) {
+std::u16string telephoneNumberOf(std::u16string_view value, ContactDraft& draft) {
     constexpr std::u16string_view telephone = u"tel:";
-    TelValue found{std::u16string(value), {}};
+    std::u16string number(value);
+    std::string remark;
     // An address within an address comes of programs that take each other's for a number. No contact has a longer one.
-    while (beginsWith(found.number, telephone) && found.number.size() <= static_cast<std::size_t>(longestText)) {
-        std::u16string_view rest = found.number;
+    while (beginsWith(number, telephone) && number.size() <= static_cast<std::size_t>(longestText)) {
+        std::u16string_view rest = number;
         while (beginsWith(rest, telephone))
             rest.remove_prefix(telephone.size());
         const std::size_t end = rest.find(u';');
         const bool isWhole = end == std::u16string_view::npos || isContext(rest.substr(end + 1));
-        if (!isWhole)
-            found.remark = quoted(rest.substr(end + 1)) + " behind the number " + quoted(value) + " is left out";
-        found.number = withoutPercents(rest.substr(0, end));
+        if (!isWhole) remark = quoted(rest.substr(end + 1)) + " behind the number " + quoted(value) + " is left out";
+        number = withoutPercents(rest.substr(0, end));
     }
-    if (beginsWith(found.number, u"sip:") || beginsWith(found.number, u"sips:") || beginsWith(found.number, u"http"))
-        return {{}, "its address " + quoted(value) + " is no telephone number and is left out"};
-    return found;
+    if (beginsWith(number, u"sip:") || beginsWith(number, u"sips:") || beginsWith(number, u"http")) {
+        remark = "its address " + quoted(value) + " is no telephone number and is left out";
+        number.clear();
+    }
+    if (!remark.empty()) draft.remark(remark);
+    return number;
 }
 
 }  // namespace Tool

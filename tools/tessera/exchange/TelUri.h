@@ -3,15 +3,12 @@
 #include <string>
 #include <string_view>
 
+#include "ContactDraft.h"
+
 namespace Tool {
 
-/// The number in what a file has for one, and what does not go with it.
-struct TelValue {
-    std::u16string number;  ///< Empty when there is none.
-    std::string remark;     ///< Empty when nothing is left out.
-};
-
-/// Takes a number as it is and out of a "tel:" address; other addresses have none.
-TelValue telephoneNumberOf(std::u16string_view value);
+/// The number in what a file has for one: as it is, or out of a "tel:" address; empty for other addresses. What does
+/// not go with it becomes a remark.
+std::u16string telephoneNumberOf(std::u16string_view value, ContactDraft& draft);
 
 }  // namespace Tool

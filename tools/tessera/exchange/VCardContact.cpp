@@ -12,6 +12,7 @@
 #include "ContactName.h"
 #include "NumberPlaces.h"
 #include "OwnProperties.h"
+#include "PlainText.h"
 #include "TelUri.h"
 
 namespace Tool {
@@ -153,9 +154,30 @@ private:
 
     void passOver(const VCardProperty& /*property*/) {}
     void takeWholeName(const VCardProperty& property) { name_.takeWhole(text(property).value_or(u"")); }
-    void takeName(const VCardProperty& property) { name_.takeParts(parts(property, u';')); }
     void takeOrganisation(const VCardProperty& property) { name_.takeOrganisation(parts(property, u';')); }
     void takeNickname(const VCardProperty& property) { name_.takeNickname(text(property).value_or(u"")); }
+
+    void takeName(const VCardProperty& property) {
+        const auto raw = rawText(property);
+        if (!raw) return;
+        std::vector<std::u16string> parts;
+        for (const std::u16string& part : rawPartsOf(*raw, u';', card_.version))
+            parts.push_back(nameIn(part));
+        parts.resize(5);
+        name_.takeParts({parts[0], parts[1], parts[2], parts[3], parts[4]});
+    }
+
+    /// Since version 3.0 a part of a name may be a list.
+    std::u16string nameIn(const std::u16string& part) const {
+        if (card_.version == VCardVersion::v21) return std::u16string(trimmed(unescaped(part, card_.version)));
+        std::u16string name;
+        for (const std::u16string& each : partsOf(part, u',', card_.version)) {
+            if (isBlank(each)) continue;
+            if (!name.empty()) name += u' ';
+            name += trimmed(each);
+        }
+        return name;
+    }
 
     void takeNotes(const VCardProperty& property) {
         const auto more = text(property);
@@ -183,9 +205,7 @@ private:
     void takeNumber(const VCardProperty& property) {
         const auto value = text(property);
         if (!value) return;
-        TelValue found = telephoneNumberOf(*value);
-        if (!found.remark.empty()) draft_.remark(found.remark);
-        numbers_.push_back({kindOf(property), std::move(found.number), preferenceOf(property)});
+        numbers_.push_back({kindOf(property), telephoneNumberOf(*value, draft_), preferenceOf(property)});
     }
 
     NumberKind kindOf(const VCardProperty& property) const {
@@ -213,11 +233,8 @@ private:
     void putEmail() {
         std::stable_sort(emails_.begin(), emails_.end(),
                          [](const auto& left, const auto& right) { return left.first < right.first; });
-        for (const auto& [preference, address] : emails_) {
-            if (!draft_.has(PhoneBook::PBDBATTR_EMAIL)) draft_.put(PhoneBook::PBDBATTR_EMAIL, address);
-            if (draft_.record.strEmail1Address.view() != address)
-                draft_.remark("its e-mail address " + quoted(address) + " has no place and is left out");
-        }
+        for (const auto& [preference, address] : emails_)
+            draft_.putEmail(address);
     }
 
     void tellWhatIsLeftOut() {

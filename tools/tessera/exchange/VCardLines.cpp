@@ -2,31 +2,26 @@
 
 #include <algorithm>
 
+#include "PlainText.h"
+
 namespace Tool {
 
 namespace {
 
 constexpr auto npos = std::string_view::npos;
 
-bool isBlank(std::string_view line) {
-    return line.find_first_not_of(" \t") == npos;
-}
-
 bool isFolded(std::string_view line) {
     return line.starts_with(' ') || line.starts_with('\t');
 }
 
-/// The part of a line that says how its value is written.
-std::string frontOf(std::string_view line) {
-    return upperCase(line.substr(0, std::min(line.find(':'), line.size())));
-}
-
 /// Ends of lines are those of any system, also those of carriage returns alone, and those that were made of one end
-/// twice: several carriage returns before a line feed.
+/// twice: a few carriage returns before a line feed.
 std::size_t lengthOfEnd(std::string_view bytes, std::size_t end) {
     if (end == bytes.size()) return 0;
-    const std::size_t feed = bytes.find_first_not_of('\r', end);
-    return feed != npos && bytes[feed] == '\n' ? feed + 1 - end : 1;
+    constexpr std::size_t longest = 4;
+    const std::string_view front = bytes.substr(end, longest);
+    const std::size_t feed = front.find_first_not_of('\r');
+    return feed != npos && front[feed] == '\n' ? feed + 1 : 1;
 }
 
 std::size_t endOfLine(std::string_view bytes) {
@@ -51,9 +46,9 @@ bool VCardLines::next(std::string& line, VCardVersion version) {
     do {
         if (rest_.empty()) return false;
         line = takeRaw();
-    } while (isBlank(line));
+    } while (trimmed(line).empty());
     number_ = taken_;
-    const std::string front = frontOf(line);
+    const std::string front = upperCase(frontOf(line));
     if (front.find("QUOTED-PRINTABLE") != npos) joinSoftBreaks(line);
     joinFolds(line, version);
     if (front.find("BASE64") != npos || front.find("ENCODING=B") != npos) joinBase64(line);
@@ -62,7 +57,7 @@ bool VCardLines::next(std::string& line, VCardVersion version) {
 
 void VCardLines::joinSoftBreaks(std::string& line) {
     // A text that was cut short takes no more with it than itself.
-    while (line.ends_with('=') && !rest_.empty() && upperCase(peekRaw()) != "END:VCARD") {
+    while (line.ends_with('=') && !rest_.empty() && !beginsCard(peekRaw()) && !endsCard(peekRaw())) {
         line.pop_back();
         line += takeRaw();
     }
@@ -77,7 +72,7 @@ void VCardLines::joinFolds(std::string& line, VCardVersion version) {
 
 /// Some phones break pictures into lines without a blank in front.
 void VCardLines::joinBase64(std::string& line) {
-    while (!rest_.empty() && !isBlank(peekRaw()) && peekRaw().find_first_of(":;") == npos)
+    while (!rest_.empty() && !trimmed(peekRaw()).empty() && peekRaw().find_first_of(":;") == npos)
         line += takeRaw();
 }
 

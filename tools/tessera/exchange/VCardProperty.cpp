@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "PlainText.h"
+
 namespace Tool {
 
 namespace {
@@ -11,12 +13,6 @@ constexpr auto npos = std::string_view::npos;
 
 bool isNameCharacter(char ch) {
     return (ch >= 'A' && ch <= 'Z') || (ch >= 'a' && ch <= 'z') || (ch >= '0' && ch <= '9') || ch == '-' || ch == '_';
-}
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == npos) return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
 bool isName(std::string_view text) {
@@ -56,6 +52,13 @@ VCardProperty::Parameter parameterOf(std::string_view text) {
     return {isEncoding ? "ENCODING" : "TYPE", word};
 }
 
+bool isMark(std::string_view line, std::string_view name) {
+    constexpr std::size_t longest = 64;
+    const auto property = line.size() <= longest ? propertyOf(line) : std::nullopt;
+    const bool isNamed = property && property->name == name && property->group.empty();
+    return isNamed && upperCase(trimmed(property->value)) == "VCARD";
+}
+
 }  // namespace
 
 std::string upperCase(std::string_view ascii) {
@@ -92,12 +95,25 @@ bool VCardProperty::isBase64() const {
     return encoding == "B" || encoding == "BASE64";
 }
 
-std::optional<VCardProperty> propertyOf(std::string_view line) {
-    std::size_t colon = findUnquoted(line, ":");
-    if (colon == npos) colon = line.find(':');  // a quote that is never closed quotes nothing
-    if (colon == npos) return std::nullopt;
+std::string_view frontOf(std::string_view line) {
+    const std::size_t colon = findUnquoted(line, ":");
+    return line.substr(0, colon != npos ? colon : line.find(':'));  // a quote that is never closed quotes nothing
+}
 
-    std::string_view front = line.substr(0, colon);
+bool beginsCard(std::string_view line) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (line.starts_with(byteOrderMark)) line.remove_prefix(byteOrderMark.size());
+    return isMark(line, "BEGIN");
+}
+
+bool endsCard(std::string_view line) {
+    return isMark(line, "END");
+}
+
+std::optional<VCardProperty> propertyOf(std::string_view line) {
+    std::string_view front = frontOf(line);
+    if (front.size() == line.size()) return std::nullopt;
+    const std::string_view value = line.substr(front.size() + 1);
     std::string_view name = trimmed(takeUpTo(front, ';'));
     VCardProperty property;
     if (const std::size_t dot = name.rfind('.'); dot != npos) {
@@ -110,7 +126,7 @@ std::optional<VCardProperty> propertyOf(std::string_view line) {
         const std::string_view text = takeUpTo(front, ';');
         if (!trimmed(text).empty()) property.parameters.push_back(parameterOf(text));
     }
-    property.value = line.substr(colon + 1);
+    property.value = value;
     return property;
 }
 

@@ -35,6 +35,15 @@ struct VCardProperty {
 /// Nothing for a line that is none of a card.
 std::optional<VCardProperty> propertyOf(std::string_view line);
 
+/// The part of a line in front of the colon that its value stands behind; all of a line that has none.
+std::string_view frontOf(std::string_view line);
+
+/// A line such as "BEGIN:VCARD", in any case and with any blanks. A byte-order mark may stand before it, as in files
+/// that were put together of several.
+bool beginsCard(std::string_view line);
+/// The same of "END:VCARD".
+bool endsCard(std::string_view line);
+
 std::string upperCase(std::string_view ascii);
 
 }  // namespace Tool

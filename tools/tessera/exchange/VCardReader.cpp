@@ -3,35 +3,31 @@
 #include <algorithm>
 #include <utility>
 
+#include "PlainText.h"
+
 namespace Tool {
 
 namespace {
 
-/// A line such as "BEGIN:VCARD", in any case and with any blanks.
-bool isMark(std::string_view line, std::string_view name) {
-    constexpr std::size_t longest = 64;
-    const auto property = line.size() <= longest ? propertyOf(line) : std::nullopt;
-    if (!property || property->name != name) return false;
-    std::string value = upperCase(property->value);
-    std::erase_if(value, [](char ch) { return ch == ' ' || ch == '\t'; });
-    return value == "VCARD";
+constexpr std::string_view agent = "AGENT";
+
+/// "AGENT:BEGIN:VCARD": the card of another person begins in the line of its property.
+bool beginsNested(std::string_view line) {
+    const std::string_view front = frontOf(line);
+    if (front.size() == line.size() || !beginsCard(line.substr(front.size() + 1))) return false;
+    const auto property = propertyOf(line);
+    return property && property->name == agent;
 }
 
-bool isBegin(std::string_view line) {
-    return isMark(line, "BEGIN");
-}
-
-bool isEnd(std::string_view line) {
-    return isMark(line, "END");
+/// Whether the property that was read last is one whose card begins in the next line.
+bool awaitsNested(const VCard& card) {
+    return !card.properties.empty() && card.properties.back().name == agent &&
+           trimmed(card.properties.back().value).empty();
 }
 
 VCardVersion versionOf(std::string_view text) {
     if (text.starts_with('2')) return VCardVersion::v21;
     return text.starts_with('4') ? VCardVersion::v40 : VCardVersion::v30;
-}
-
-bool isBlank(std::string_view text) {
-    return text.find_first_not_of(" \t") == std::string_view::npos;
 }
 
 }  // namespace
@@ -43,7 +39,7 @@ bool VCardReader::nextLine(VCardVersion version) {
 bool VCardReader::findBegin() {
     if (std::exchange(isAtBegin_, false)) return true;
     while (nextLine(VCardVersion::v30)) {
-        if (isBegin(line_)) return true;
+        if (beginsCard(line_)) return true;
         const int number = lines_.number();
         if (stray_.empty() || stray_.back().last + 1 != number) {
             stray_.push_back({number, number});
@@ -65,27 +61,29 @@ bool VCardReader::next(VCard& card) {
 
 void VCardReader::read(VCard& card) {
     while (nextLine(card.version)) {
-        if (isEnd(line_)) return;
-        if (!isBegin(line_)) {
+        if (endsCard(line_)) return;
+        if (beginsNested(line_)) {
+            passOverNested(card);
+        } else if (!beginsCard(line_)) {
             take(card);
-            continue;
-        }
-        const bool isNested =
-            !card.properties.empty() && card.properties.back().name == "AGENT" && isBlank(card.properties.back().value);
-        if (!isNested) {
+        } else if (awaitsNested(card)) {
+            card.properties.pop_back();  // one property awaits one card
+            passOverNested(card);
+        } else {
             isAtBegin_ = true;
             break;
         }
-        card.nested.push_back(card.properties.back().name);
-        passOverNested();
     }
     card.problem = "it is cut off: its END:VCARD is missing";
 }
 
-void VCardReader::passOverNested() {
+void VCardReader::passOverNested(VCard& card) {
+    card.nested.emplace_back(agent);
     int depth = 1;
-    while (depth > 0 && nextLine(VCardVersion::v30))
-        depth += isBegin(line_) ? 1 : isEnd(line_) ? -1 : 0;
+    while (depth > 0 && nextLine(VCardVersion::v30)) {
+        const bool begins = beginsCard(line_) || beginsNested(line_);
+        depth += begins ? 1 : endsCard(line_) ? -1 : 0;
+    }
 }
 
 void VCardReader::take(VCard& card) {
@@ -95,7 +93,7 @@ void VCardReader::take(VCard& card) {
         return;
     }
     property->line = lines_.number();
-    if (property->name == "VERSION") card.version = versionOf(property->value);
+    if (property->name == "VERSION") card.version = versionOf(trimmed(property->value));
     card.properties.push_back(std::move(*property));
 }
 
@@ -103,7 +101,7 @@ bool beginWithVCard(std::string_view bytes, int lines) {
     VCardLines all(bytes);
     std::string line;
     for (int i = 0; i < lines && all.next(line, VCardVersion::v30); ++i) {
-        if (isBegin(line)) return true;
+        if (beginsCard(line)) return true;
     }
     return false;
 }

@@ -4,8 +4,8 @@
 #include <optional>
 #include <utility>
 
-#include "ContactDraft.h"
 #include "Encoding.h"
+#include "PlainText.h"
 
 namespace Tool {
 
@@ -87,7 +87,7 @@ std::u16string unescaped(std::u16string_view text, VCardVersion version) {
     return plain;
 }
 
-std::vector<std::u16string> partsOf(std::u16string_view text, char16_t separator, VCardVersion version) {
+std::vector<std::u16string> rawPartsOf(std::u16string_view text, char16_t separator, VCardVersion version) {
     std::vector<std::u16string> parts;
     std::size_t begin = 0;
     for (std::size_t i = 0; i <= text.size(); ++i) {
@@ -96,9 +96,16 @@ std::vector<std::u16string> partsOf(std::u16string_view text, char16_t separator
             continue;
         }
         if (i < text.size() && text[i] != separator) continue;
-        parts.push_back(unescaped(text.substr(begin, i - begin), version));
+        parts.emplace_back(text.substr(begin, i - begin));
         begin = i + 1;
     }
+    return parts;
+}
+
+std::vector<std::u16string> partsOf(std::u16string_view text, char16_t separator, VCardVersion version) {
+    std::vector<std::u16string> parts = rawPartsOf(text, separator, version);
+    for (std::u16string& part : parts)
+        part = unescaped(part, version);
     return parts;
 }
 

@@ -29,7 +29,9 @@ bool decodeQuotedPrintable(std::string_view text, std::string& bytes);
 
 std::u16string unescaped(std::u16string_view text, VCardVersion version);
 
-/// The parts of a value between separators that are not escaped, without their own escapes.
+/// The parts of a value between separators that are not escaped, still with their own escapes.
+std::vector<std::u16string> rawPartsOf(std::u16string_view text, char16_t separator, VCardVersion version);
+/// The same without their escapes.
 std::vector<std::u16string> partsOf(std::u16string_view text, char16_t separator, VCardVersion version);
 
 }  // namespace Tool

@@ -8,6 +8,7 @@
 #include "CategoryTexts.h"
 #include "OwnProperties.h"
 #include "PersonName.h"
+#include "PlainText.h"
 #include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
@@ -33,19 +34,6 @@ constexpr std::array<NumberTypes, 5> numberTypes = {{
 
 bool isContinuation(char ch) {
     return (static_cast<unsigned char>(ch) & 0xC0) == 0x80;
-}
-
-/// Any end of a line is a line feed in a card.
-std::string withLineFeeds(std::string_view text) {
-    std::string plain;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\r') {
-            plain += text[i];
-        } else if (i + 1 == text.size() || text[i + 1] != '\n') {
-            plain += '\n';
-        }
-    }
-    return plain;
 }
 
 /// Where a value of version 2.1 has a backslash, its readers differ in what they make of it: there is one only where
@@ -96,7 +84,8 @@ std::string quotedPrintable(std::string_view value, std::size_t column) {
         if (column + next.size() > longestLine) {
             text += "=\r\n";
             column = 0;
-            if (ch == 'E' || ch == 'e') next = hexadecimal(ch);  // or a line of the value could be the card's end
+            // Or a line of the value could be the beginning or the end of a card.
+            if (std::string_view("BbEe").find(ch) != npos) next = hexadecimal(ch);
         }
         text += next;
         column += next.size();
