@@ -9,21 +9,17 @@ using ::testing::HasSubstr;
 
 namespace {
 
-const std::string anna = "BEGIN:VCARD\nVERSION:3.0\nFN:Anna\nTEL;TYPE=CELL:+821012345678\nEND:VCARD\n";
+const std::string anna = vcard("VERSION:3.0\nFN:Anna\nTEL;TYPE=CELL:+821012345678\n");
 
-std::string imported(const Tool& tool, const std::string& bytes) {
-    const Outcome outcome = tool("import", tool.file("people.vcf", bytes));
-    EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(outcome.err, "");
-    return outcome.out;
+std::string importedCards(const Tool& tool, const std::string& bytes) {
+    return imported(tool, tool.file("people.vcf", bytes));
 }
 
 }  // namespace
 
 TEST(ToolImportCards, TakesTheCardsOfAnOldPhone) {
     const Tool tool;
-    const Outcome outcome = tool("import", foreignFile("old-phone.vcf"));
-    EXPECT_EQ(outcome.out,
+    EXPECT_EQ(imported(tool, foreignFile("old-phone.vcf")),
               "left out, having no place in a contact: X-GROUP (1)\n"
               "imported 4 of 4 cards\n");
     EXPECT_EQ(contactsIn(tool),
@@ -43,15 +39,14 @@ TEST(ToolImportCards, TakesTheCardsOfAnOldPhone) {
 
 TEST(ToolImportCards, TakesCardsThatDoNotSayThatTheyAreKorean) {
     const Tool tool;
-    EXPECT_EQ(tool("import", foreignFile("old-phone-raw.vcf")).out, "imported 2 of 2 cards\n");
-    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("똠방각하", "박찬욱"));
+    EXPECT_EQ(imported(tool, foreignFile("old-phone-raw.vcf")), "imported 2 of 2 cards\n");
+    EXPECT_THAT(namesIn(tool), ElementsAre("똠방각하", "박찬욱"));
 }
 
 TEST(ToolImportCards, TakesTheCardsOfASmartphone) {
     const Tool tool;
-    const Outcome outcome = tool("import", foreignFile("smartphone.vcf"));
     EXPECT_EQ(
-        outcome.out,
+        imported(tool, foreignFile("smartphone.vcf")),
         "card 1 (line 1): its birthday \"1604-03-05\" has no year and is left out; its e-mail address "
         "\"annie@example.org\" has no place and is left out\n"
         "card 3 (line 36): its number \"010-3333-5555\" has no place and is left out; its number \"02-3\" has no place "
@@ -76,10 +71,10 @@ TEST(ToolImportCards, TakesTheCardsOfASmartphone) {
 
 TEST(ToolImportCards, TakesModernCards) {
     const Tool tool;
-    const Outcome outcome = tool("import", foreignFile("modern.vcf"));
-    EXPECT_THAT(outcome.out, HasSubstr("card 2 (line 19): its birthday \"--0305\" has no year and is left out\n"
-                                       "card 3 (line 25) skipped: it is a list of contacts, not one\n"));
-    EXPECT_THAT(outcome.out, HasSubstr("imported 2 of 3 cards\n"));
+    const std::string said = imported(tool, foreignFile("modern.vcf"));
+    EXPECT_THAT(said, HasSubstr("card 2 (line 19): its birthday \"--0305\" has no year and is left out\n"
+                                "card 3 (line 25) skipped: it is a list of contacts, not one\n"));
+    EXPECT_THAT(said, HasSubstr("imported 2 of 3 cards\n"));
     EXPECT_EQ(contactsIn(tool)[1], (Json{{"name", "최유리"},
                                          {"mobile", "+82-10-5555-0102"},
                                          {"home", "+82-2-555-0101"},
@@ -94,11 +89,11 @@ TEST(ToolImportCards, SkipsWhoIsKnownByNameAndNumberInAnySpelling) {
     const Tool tool;
     tool("add", "--name", "Anna", "--mobile", "010-1234-5678");
     const std::string oid = tool.json(0, "list")[0]["oid"].dump();
-    EXPECT_EQ(imported(tool, anna), "card 1 (line 1) skipped: is in the phone book already, as contact " + oid +
-                                        "\nimported 0 of 1 card; 1 known already\n");
-    const std::string bella = "BEGIN:VCARD\nFN:Bella\nTEL:010-1\nEND:VCARD\n";
-    const std::string more = "BEGIN:VCARD\nFN:Bella\nTEL:02-2\nTEL:010 1\nEND:VCARD\n";
-    EXPECT_EQ(imported(tool, bella + more),
+    EXPECT_EQ(importedCards(tool, anna), "card 1 (line 1) skipped: is in the phone book already, as contact " + oid +
+                                             "\nimported 0 of 1 card; 1 known already\n");
+    const std::string bella = vcard("FN:Bella\nTEL:010-1\n");
+    const std::string more = vcard("FN:Bella\nTEL:02-2\nTEL:010 1\n");
+    EXPECT_EQ(importedCards(tool, bella + more),
               "card 2 (line 5) skipped: stands in the file already, in card 1, without the number 02-2\n"
               "imported 1 of 2 cards; 1 known already\n");
     EXPECT_EQ(tool.json(0, "list").size(), 2u);
@@ -106,33 +101,29 @@ TEST(ToolImportCards, SkipsWhoIsKnownByNameAndNumberInAnySpelling) {
 
 TEST(ToolImportCards, ImportsNamesakesAndFamiliesThatShareANumber) {
     const Tool tool;
-    imported(tool, anna);
-    EXPECT_EQ(
-        imported(tool,
-                 "BEGIN:VCARD\nFN:Anna\nTEL:010-9\nEND:VCARD\nBEGIN:VCARD\nFN:Paul\nTEL:010-1234-5678\nEND:VCARD\n"),
-        "imported 2 of 2 cards\n");
+    importedCards(tool, anna);
+    EXPECT_EQ(importedCards(tool, vcard("FN:Anna\nTEL:010-9\n") + vcard("FN:Paul\nTEL:010-1234-5678\n")),
+              "imported 2 of 2 cards\n");
 }
 
 TEST(ToolImportCards, KnowsWhoHasNoNumberByNameAndEmail) {
     const Tool tool;
-    const std::string paul = "BEGIN:VCARD\nFN:Paul\nEMAIL:p@x\nEND:VCARD\n";
-    const std::string other = "BEGIN:VCARD\nFN:Paul\nEMAIL:q@x\nEND:VCARD\n";
-    EXPECT_THAT(imported(tool, paul + paul + other), HasSubstr("imported 2 of 3 cards; 1 known already\n"));
+    const std::string paul = vcard("FN:Paul\nEMAIL:p@x\n");
+    const std::string other = vcard("FN:Paul\nEMAIL:q@x\n");
+    EXPECT_THAT(importedCards(tool, paul + paul + other), HasSubstr("imported 2 of 3 cards; 1 known already\n"));
 }
 
 TEST(ToolImportCards, KeepsDuplicatesWhenAsked) {
     const Tool tool;
-    imported(tool, anna);
-    EXPECT_EQ(tool("import", "--keep-duplicates", tool.file("people.vcf", anna + anna)).out, "imported 2 of 2 cards\n");
+    importedCards(tool, anna);
+    EXPECT_EQ(imported(tool, tool.file("people.vcf", anna + anna), "--keep-duplicates"), "imported 2 of 2 cards\n");
     EXPECT_EQ(tool.json(0, "list").size(), 3u);
 }
 
 TEST(ToolImportCards, OfADryRunWritesNothing) {
     const Tool tool;
-    const std::string path = tool.file("people.vcf", anna + anna + "BEGIN:VCARD\nFN:Paul\nBDAY:--0305\nEND:VCARD\n");
-    const Outcome outcome = tool("import", "--dry-run", path);
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out,
+    const std::string path = tool.file("people.vcf", anna + anna + vcard("FN:Paul\nBDAY:--0305\n"));
+    EXPECT_EQ(imported(tool, path, "--dry-run"),
               "card 1 (line 1) would be imported: Anna, mobile +82 1012345678\n"
               "card 2 (line 6) skipped: stands in the file already, in card 1\n"
               "card 3 (line 11) would be imported: Paul\n"
@@ -141,20 +132,19 @@ TEST(ToolImportCards, OfADryRunWritesNothing) {
     EXPECT_FALSE(exists(tool.store()));
 
     tool("add", "--name", "Anna", "--home", "010-1234-5678");
-    EXPECT_THAT(tool("import", "--dry-run", path).out,
-                HasSubstr("card 1 (line 1) skipped: is in the phone book already"));
+    EXPECT_THAT(imported(tool, path, "--dry-run"), HasSubstr("card 1 (line 1) skipped: is in the phone book already"));
     EXPECT_EQ(tool.json(0, "list").size(), 1u);
 }
 
 TEST(ToolImportCards, WritesAnObjectALine) {
     const Tool tool;
     const std::string path = tool.file("people.vcf", anna + anna + "BEGIN:VCARD\nFN:Paul\nTITLE:Chief\n");
-    const auto dry = objectsOf(tool("import", "--json", "--dry-run", path).out);
+    const auto dry = objectsOf(imported(tool, path, "--json", "--dry-run"));
     EXPECT_EQ(dry.at(0),
               (Json{{"card", 1}, {"line", 1}, {"contact", {{"name", "Anna"}, {"mobile", "+82 1012345678"}}}}));
     EXPECT_EQ(dry.back(), (Json{{"imported", 1}, {"cards", 3}, {"skipped", 2}, {"known", 1}, {"dryRun", true}}));
 
-    const auto objects = objectsOf(tool("import", "--json", path).out);
+    const auto objects = objectsOf(imported(tool, path, "--json"));
     const Json oid = tool.json(0, "list")[0]["oid"];
     EXPECT_THAT(
         objects,
@@ -163,27 +153,26 @@ TEST(ToolImportCards, WritesAnObjectALine) {
             Json{{"card", 2}, {"line", 6}, {"skipped", "stands in the file already, in card 1"}, {"knownAs", oid}},
             Json{{"card", 3}, {"line", 11}, {"skipped", "it is cut off: its END:VCARD is missing"}},
             Json{{"imported", 1}, {"cards", 3}, {"skipped", 2}, {"known", 1}}));
-    const auto again = objectsOf(tool("import", "--json", path).out);
+    const auto again = objectsOf(imported(tool, path, "--json"));
     EXPECT_EQ(again.at(0)["knownAs"], oid);
 }
 
 TEST(ToolImportCards, WritesItsNotesIntoTheObjectsOfTheirCards) {
     const Tool tool;
-    const auto objects = objectsOf(
-        tool("import", "--json", tool.file("p.vcf", "x\nBEGIN:VCARD\nFN:Anna\nEND:VCARD\n"), "--format", "vcard").out);
+    const auto objects =
+        objectsOf(imported(tool, tool.file("p.vcf", "x\n" + vcard("FN:Anna\n")), "--json", "--format", "vcard"));
     EXPECT_EQ(objects.at(1), (Json{{"note", "line 1 is outside of a card and left out"}}));
-    const auto noted = objectsOf(
-        tool("import", "--json", tool.file("q.vcf", "BEGIN:VCARD\nFN:Bella\nBDAY:x\nTITLE:y\nEND:VCARD\n")).out);
+    const auto noted = objectsOf(imported(tool, tool.file("q.vcf", vcard("FN:Bella\nBDAY:x\nTITLE:y\n")), "--json"));
     EXPECT_EQ(noted.at(0)["note"], "its birthday \"x\" is no date and is left out; left out, having no place: title");
 }
 
 TEST(ToolImportCards, SkipsWhatIsLongerThanAContactCanBe) {
     const Tool tool;
-    const std::string longName = "BEGIN:VCARD\nFN:" + std::string(40'000, 'x') + "\nEND:VCARD\n";
-    std::string all =
-        "BEGIN:VCARD\nFN:Bella\nNOTE:" + std::string(30'000, 'x') + "\nEMAIL:" + std::string(30'000, 'x') + "\n";
-    all += "TEL;HOME:" + std::string(30'000, '1') + "\nEND:VCARD\n";
-    EXPECT_EQ(imported(tool, longName + all + anna),
+    const std::string longName = vcard("FN:" + std::string(40'000, 'x') + "\n");
+    const std::string text(30'000, 'x');
+    const std::string all =
+        vcard("FN:Bella\nNOTE:" + text + "\nEMAIL:" + text + "\nTEL;HOME:" + std::string(30'000, '1') + "\n");
+    EXPECT_EQ(importedCards(tool, longName + all + anna),
               "card 1 (line 1) skipped: its values are longer than a contact can be\n"
               "card 2 (line 4) skipped: its values are longer than a contact can be\n"
               "imported 1 of 3 cards\n");
@@ -193,9 +182,8 @@ TEST(ToolImportCards, TellsOfEachInTheirOrderOverManyCommits) {
     const Tool tool;
     std::string cards;
     for (int i = 1; i <= 2'500; ++i)
-        cards +=
-            "BEGIN:VCARD\nFN:Person " + std::to_string(i) + "\nTEL:" + std::to_string(10'000 + i) + "\nEND:VCARD\n";
-    const auto objects = objectsOf(tool("import", "--json", tool.file("people.vcf", cards)).out);
+        cards += vcard("FN:Person " + std::to_string(i) + "\nTEL:" + std::to_string(10'000 + i) + "\n");
+    const auto objects = objectsOf(imported(tool, tool.file("people.vcf", cards), "--json"));
     ASSERT_EQ(objects.size(), 2'501u);
     for (int i = 0; i < 2'500; ++i)
         ASSERT_EQ(objects[static_cast<std::size_t>(i)]["card"], i + 1);
@@ -205,10 +193,10 @@ TEST(ToolImportCards, TellsOfEachInTheirOrderOverManyCommits) {
 
 TEST(ToolImportCards, TakesTheEncodingThatIsSaid) {
     const Tool tool;
-    const std::string path = tool.file("people.vcf", "BEGIN:VCARD\nFN:M\xFCller\nTEL:1\nEND:VCARD\n");
-    EXPECT_THAT(tool("import", path).out, HasSubstr("skipped: its name is in an encoding that --encoding can name"));
-    EXPECT_EQ(tool("import", path, "--encoding", "ISO-8859-1").out, "imported 1 of 1 card\n");
-    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("Müller"));
+    const std::string path = tool.file("people.vcf", vcard("FN:M\xFCller\nTEL:1\n"));
+    EXPECT_THAT(imported(tool, path), HasSubstr("skipped: its name is in an encoding that --encoding can name"));
+    EXPECT_EQ(imported(tool, path, "--encoding", "ISO-8859-1"), "imported 1 of 1 card\n");
+    EXPECT_THAT(namesIn(tool), ElementsAre("Müller"));
 }
 
 TEST(ToolImportCards, RefusesAFileThatHoldsNone) {
@@ -234,8 +222,8 @@ TEST(ToolImportCards, DrawsItsProgressOnATerminal) {
 
 TEST(ToolImportCards, LeavesAPhoneBookInWhichAllIsRight) {
     const Tool tool;
-    tool("import", foreignFile("smartphone.vcf"));
-    tool("import", foreignFile("old-phone.vcf"));
+    imported(tool, foreignFile("smartphone.vcf"));
+    imported(tool, foreignFile("old-phone.vcf"));
     const Outcome outcome = tool("check", "--full");
     EXPECT_EQ(outcome.status, 0) << outcome.out;
 }

@@ -8,8 +8,7 @@ using ::testing::HasSubstr;
 
 TEST(ToolImportTables, TakesADesktopProgramsUtf16WithTabs) {
     const Tool tool;
-    const Outcome outcome = tool("import", foreignFile("desktop-utf16.txt"));
-    EXPECT_EQ(outcome.out,
+    EXPECT_EQ(imported(tool, foreignFile("desktop-utf16.txt")),
               "left out, having no place in a contact: column \"Home Street\" (1), organisation (1)\n"
               "imported 3 of 3 lines\n");
     EXPECT_EQ(contactsIn(tool), Json::array({{{"name", "Anna Kim"},
@@ -29,8 +28,7 @@ TEST(ToolImportTables, TakesADesktopProgramsUtf16WithTabs) {
 
 TEST(ToolImportTables, TakesADesktopProgramsKoreanEncodingAndHeadings) {
     const Tool tool;
-    const Outcome outcome = tool("import", foreignFile("desktop-cp949.csv"));
-    EXPECT_EQ(outcome.out,
+    EXPECT_EQ(imported(tool, foreignFile("desktop-cp949.csv")),
               "line 4: its number \"8.21012E+11\" lost digits in a spreadsheet and is left out\n"
               "left out, having no place in a contact: column \"우편 번호\" (1)\n"
               "imported 3 of 3 lines\n");
@@ -49,7 +47,7 @@ TEST(ToolImportTables, TakesADesktopProgramsKoreanEncodingAndHeadings) {
 
 TEST(ToolImportTables, TakesAWebAddressBooksTable) {
     const Tool tool;
-    const auto objects = objectsOf(tool("import", "--json", foreignFile("web.csv")).out);
+    const auto objects = objectsOf(imported(tool, foreignFile("web.csv"), "--json"));
     ASSERT_EQ(objects.size(), 3u);
     EXPECT_EQ(objects[0]["line"], 2);
     EXPECT_EQ(
@@ -81,9 +79,9 @@ TEST(ToolImportTables, WantsToBeToldOfColumnsThatItDoesNotKnow) {
     expectRefusal(tool, {"import", path, "--map", "Handy"}, 2, "COLUMN=FIELD");
     expectRefusal(tool, {"import", path, "--map", "Ort=body"}, 3, "no column of it is known to tell of people");
 
-    const Outcome outcome = tool("import", "--map", "Nachname=last-name", "--map", "Vorname=first-name", "--map",
-                                 "Handy=mobile", "--map", "Festnetz=home", path);
-    EXPECT_EQ(outcome.out, "left out, having no place in a contact: column \"Ort\" (1)\nimported 2 of 2 lines\n");
+    EXPECT_EQ(imported(tool, path, "--map", "Nachname=last-name", "--map", "Vorname=first-name", "--map",
+                       "Handy=mobile", "--map", "Festnetz=home"),
+              "left out, having no place in a contact: column \"Ort\" (1)\nimported 2 of 2 lines\n");
     EXPECT_EQ(contactsIn(tool),
               Json::array({{{"name", "Anna; die Zweite Schmidt"}, {"mobile", "0170-7654321"}},
                            {{"name", "Jörg Müller"}, {"mobile", "0170-1234567"}, {"home", "030-123456"}}}));
@@ -91,14 +89,13 @@ TEST(ToolImportTables, WantsToBeToldOfColumnsThatItDoesNotKnow) {
 
 TEST(ToolImportTables, SkipsRowsThatTellOfNobodyAndGoesOn) {
     const Tool tool;
-    const Outcome outcome =
-        tool("import", tool.file("people.csv", "Name,Mobile Phone\nAnna,1\n,\n\n\"Paul,2\nBella,3\nAnna,1\n"));
-    EXPECT_EQ(outcome.out,
+    const std::string path = tool.file("people.csv", "Name,Mobile Phone\nAnna,1\n,\n\n\"Paul,2\nBella,3\nAnna,1\n");
+    EXPECT_EQ(imported(tool, path),
               "line 3 skipped: it says nothing of anybody\n"
               "line 5 skipped: a quote opens in it that nothing closes\n"
               "line 7 skipped: stands in the file already, in line 2\n"
               "imported 2 of 5 lines; 1 known already\n");
-    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("Anna", "Bella"));
+    EXPECT_THAT(namesIn(tool), ElementsAre("Anna", "Bella"));
 }
 
 TEST(ToolImportTables, TakesAnEncodingThatCannotBeRecognised) {
@@ -106,22 +103,21 @@ TEST(ToolImportTables, TakesAnEncodingThatCannotBeRecognised) {
     const std::string path = tool.file("people.csv", "Name,Mobile Phone\nM\xFCller,1\n");
     expectRefusal(tool, {"import", path}, 3, "line 2 is neither UTF-8, UTF-16 nor CP949 text");
     expectRefusal(tool, {"import", path, "--encoding", "UTF-8"}, 3, "line 2 is no UTF-8 text");
-    EXPECT_EQ(tool("import", path, "--encoding", "latin1").out, "imported 1 of 1 line\n");
-    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("Müller"));
+    EXPECT_EQ(imported(tool, path, "--encoding", "latin1"), "imported 1 of 1 line\n");
+    EXPECT_THAT(namesIn(tool), ElementsAre("Müller"));
 }
 
 TEST(ToolImportTables, LeavesOurOwnFormatToTheLibrary) {
     const Tool tool;
     const std::string own = tool.file("people.csv", "Name,Group\nAnna,friends\n\nAnna,friends\n");
-    const Outcome dry = tool("import", "--dry-run", own);
-    EXPECT_EQ(dry.out, "line 3 skipped: it is blank\nwould import 2 of 3 lines\n");
+    EXPECT_EQ(imported(tool, own, "--dry-run"), "line 3 skipped: it is blank\nwould import 2 of 3 lines\n");
     EXPECT_FALSE(exists(tool.store()));
-    const auto objects = objectsOf(tool("import", "--dry-run", "--json", own).out);
+    const auto objects = objectsOf(imported(tool, own, "--dry-run", "--json"));
     EXPECT_EQ(objects.at(0), (Json{{"line", 2}}));
     EXPECT_EQ(objects.back(), (Json{{"imported", 2}, {"lines", 3}, {"skipped", 1}, {"dryRun", true}}));
     // What was exported comes back line for line.
-    EXPECT_EQ(tool("import", own).out, "line 3 skipped: it is blank\nimported 2 of 3 lines\n");
-    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("Anna", "Anna"));
+    EXPECT_EQ(imported(tool, own), "line 3 skipped: it is blank\nimported 2 of 3 lines\n");
+    EXPECT_THAT(namesIn(tool), ElementsAre("Anna", "Anna"));
 }
 
 TEST(ToolImportTables, ReadsAFileAsWhatItIsSaidToBe) {
@@ -130,7 +126,7 @@ TEST(ToolImportTables, ReadsAFileAsWhatItIsSaidToBe) {
     expectRefusal(tool, {"import", path}, 3, "\"Wer\", \"Was\"");
     expectRefusal(tool, {"import", path, "--format", "csv"}, 3, "\"Wer\", \"Was\"");
     expectRefusal(tool, {"import", path, "--format", "vcard"}, 3, "holds no card");
-    EXPECT_EQ(tool("import", path, "--format", "tessera").out, "imported 1 of 1 line\n");
+    EXPECT_EQ(imported(tool, path, "--format", "tessera"), "imported 1 of 1 line\n");
     EXPECT_EQ(tool.json(0, "list")[0]["group"], "friends");
 }
 

@@ -3,9 +3,12 @@
 #include <string>
 #include <vector>
 
+#include "tests/tools/CardText.h"
 #include "tests/tools/ToolTest.h"
 
 namespace tool_test {
+
+using testing_support::vcard;
 
 /// A file as a phone or another program writes it.
 inline std::string foreignFile(const std::string& name) {
@@ -21,6 +24,20 @@ inline Json contactsIn(const Tool& tool) {
         if (contact.contains("private") && contact["private"] == 0) contact.erase("private");
     }
     return contacts;
+}
+
+/// Imports the file of that path; answers what is said of it.
+template <class... Options>
+std::string imported(const Tool& tool, const std::string& path, Options... options) {
+    const Outcome outcome = tool("import", path, options...);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.err, "");
+    return outcome.out;
+}
+
+/// The names of all contacts of the phone book, in their order.
+inline std::vector<std::string> namesIn(const Tool& tool) {
+    return namesIn(tool.json(0, "list"));
 }
 
 inline std::vector<Json> objectsOf(const std::string& lines) {

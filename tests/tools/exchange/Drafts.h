@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tessera/platform/base/Unicode.h"
+#include "tests/tools/CardText.h"
 #include "tools/tessera/Records.h"
 #include "tools/tessera/exchange/CsvContact.h"
 #include "tools/tessera/exchange/VCardContact.h"
@@ -25,7 +26,7 @@ inline DraftedFile cards(std::string_view bytes, const std::string& encoding = {
 
 /// One card of these lines, version 3.0 unless they say something else.
 inline ContactDraft card(const std::string& lines, const std::string& version = "3.0") {
-    DraftedFile file = cards("BEGIN:VCARD\r\nVERSION:" + version + "\r\n" + lines + "END:VCARD\r\n");
+    DraftedFile file = cards(testing_support::vcard("VERSION:" + version + "\n" + lines));
     return file.drafts.at(0);
 }
 

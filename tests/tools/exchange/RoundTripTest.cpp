@@ -1,10 +1,11 @@
-// What is written is read again as the same contact, in every format.
+// What is written is read again as the same contact, in every format and every encoding.
 
-#include <algorithm>
+#include <array>
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
+#include <unicode/unistr.h>
 
 #include "tests/tools/exchange/Drafts.h"
 #include "tests/tools/exchange/Stored.h"
@@ -19,50 +20,94 @@ using Tool::VCardVersion;
 
 namespace {
 
-/// With everything that means something to one of the formats, and never blank.
-rc::Gen<CString> text() {
-    const auto units = rc::gen::container<std::vector<std::u16string>>(rc::gen::element<std::u16string>(
-        u"a", u"Z", u"n", u"=", u"3D", u" ", u"\t", u",", u";", u":", u"\\", u"\"", u"\n", u"'", u"김", u"힣", u"é",
-        u"😀", u"+", u"@", u"\u0001", u"\u2028", u"END:VCARD", u"\nBEGIN:VCARD\n", u"tel:", u"=\r"));
-    return rc::gen::map(units, [](const std::vector<std::u16string>& pieces) {
+using Pieces = std::vector<std::u16string>;
+
+/// What texts are made of: everything that means something to one of the formats, in characters that CP949 has.
+const Pieces koreanPieces = {u"a",           u"Z",   u"n", u"=",  u"3D",     u" ",         u"\t",
+                             u",",           u";",   u":", u"\\", u"\"",     u"\n",        u"'",
+                             u"김",          u"힣",  u"+", u"@",  u"\u0001", u"END:VCARD", u"\nBEGIN:VCARD\n",
+                             u"begin:vcard", u"tel:"};
+
+/// And characters that only Unicode has.
+const Pieces allPieces = [] {
+    Pieces pieces = koreanPieces;
+    pieces.insert(pieces.end(), {u"é", u"😀", u"\u2028"});
+    return pieces;
+}();
+
+/// Never blank.
+rc::Gen<CString> text(const Pieces& pieces) {
+    return rc::gen::map(rc::gen::container<Pieces>(rc::gen::elementOf(pieces)), [](const Pieces& chosen) {
         std::u16string all = u"x";
-        for (const std::u16string& piece : pieces)
+        for (const std::u16string& piece : chosen)
             all += piece;
-        std::erase(all, u'\r');
         return CString(all);
     });
 }
 
-void maybe(PBRecord& record, PBDBAttrID field) {
+void maybe(PBRecord& record, PBDBAttrID field, const Pieces& pieces) {
     const PBAttribute& attribute = aPBAttribute_[static_cast<std::size_t>(field)];
     if (!*rc::gen::arbitrary<bool>()) return;
     record.dwCITypeMask |= attribute.mask;
-    if (attribute.text != nullptr) record.*attribute.text = *text();
+    if (attribute.text != nullptr) record.*attribute.text = *text(pieces);
     if (attribute.number != nullptr) record.*attribute.number = *rc::gen::arbitrary<DWORD>();
     if (attribute.date != nullptr) record.*attribute.date = *rc::gen::inRange(-100'000, 900'000);
 }
 
-/// A contact as the phone book gives it: with the group among its categories, or not.
-Contact anyContact() {
+/// A contact with the group among its categories, or not.
+Contact anyContact(const Pieces& pieces) {
     Contact contact;
     PBRecord& record = contact.record;
-    record.strName = *text();
+    record.strName = *text(pieces);
     record.dwCITypeMask = 0x1;
     for (const Tool::Field& field : Tool::fields) {
-        if (field.attribute != PBDBATTR_NAME && field.attribute != PBDBATTR_CATEGORIES) maybe(record, field.attribute);
+        if (field.attribute != PBDBATTR_NAME && field.attribute != PBDBATTR_CATEGORIES)
+            maybe(record, field.attribute, pieces);
     }
     // A primary number that the contact has is mostly what is primary.
     if (*rc::gen::arbitrary<bool>()) record.dwPrimaryTelephoneNumber = *rc::gen::element<DWORD>(4, 8, 16, 0x400, 0x800);
     // No contact without a birthday has one of these days.
     if (record.dtBirthday == 0 || record.dtBirthday == dtNoBirthday_) record.dwCITypeMask &= ~0x200u;
-    record.strCategories = *rc::gen::arbitrary<bool>() ? Tool::asCategory(record.strGroup) : *text();
+    record.strCategories = *rc::gen::arbitrary<bool>() ? Tool::asCategory(record.strGroup) : *text(pieces);
     if (!record.strCategories.IsEmpty()) record.dwCITypeMask |= 0x2;
     return contact;
 }
 
-Contact readableContact() {
-    Contact contact = anyContact();
+/// The same as the phone book gives it.
+Contact readableContact(const Pieces& pieces = allPieces) {
+    Contact contact = anyContact(pieces);
     contact.record = stored(contact.record);
+    return contact;
+}
+
+enum class Written { card21, card30, card40, table };
+constexpr std::array allWritten = {Written::card21, Written::card30, Written::card40, Written::table};
+
+/// A file of one contact, without a byte-order mark.
+std::string written(const Contact& contact, Written how) {
+    constexpr std::array versions = {VCardVersion::v21, VCardVersion::v30, VCardVersion::v40};
+    if (how != Written::table) return Tool::vcardOf(contact, versions.at(static_cast<std::size_t>(how)));
+    return Tool::csvHeader().substr(3) + Tool::csvRowOf(contact);
+}
+
+DraftedFile readAgain(const std::string& bytes, Written how, const std::string& encoding = {}) {
+    if (how != Written::table) return cards(bytes, encoding);
+    const Tool::SourceText source = sourceOf(bytes, encoding);
+    return Tool::draftsOfCsv(source, source.utf8(), {});
+}
+
+/// UTF-8 in another encoding.
+std::string recoded(const std::string& utf8, const char* encoding) {
+    const icu::UnicodeString text = icu::UnicodeString::fromUTF8(utf8);
+    std::string bytes(static_cast<std::size_t>(text.extract(0, text.length(), nullptr, 0, encoding)), '\0');
+    text.extract(0, text.length(), bytes.data(), static_cast<std::uint32_t>(bytes.size()), encoding);
+    return bytes;
+}
+
+Contact named(const std::u16string& name) {
+    Contact contact;
+    contact.record.strName = CString(name);
+    contact.record.dwCITypeMask = 0x1;
     return contact;
 }
 
@@ -92,4 +137,44 @@ RC_GTEST_PROP(RoundTrip, OfATableGivesTheSameContacts, ()) {
     RC_ASSERT(describe(stored(file.drafts[0].record)) == describe(first.record));
     RC_ASSERT(describe(stored(file.drafts[1].record)) == describe(second.record));
     RC_ASSERT(file.drafts[0].note() == "");
+}
+
+RC_GTEST_PROP(RoundTrip, InUtf16GivesTheSameContacts, ()) {
+    const Written how = *rc::gen::elementOf(allWritten);
+    const Contact contact = readableContact();
+    const std::string mark = *rc::gen::element<std::string>("", "\xEF\xBB\xBF");
+    const std::string encoding = *rc::gen::element<std::string>("UTF-16LE", "UTF-16BE");
+    const DraftedFile file = readAgain(recoded(mark + written(contact, how), encoding.c_str()), how);
+    RC_ASSERT(file.drafts.size() == 1u);
+    RC_ASSERT(describe(stored(file.drafts[0].record)) == describe(contact.record));
+}
+
+RC_GTEST_PROP(RoundTrip, InAKoreanEncodingGivesTheSameContacts, ()) {
+    const Written how = *rc::gen::elementOf(allWritten);
+    const Contact contact = readableContact(koreanPieces);
+    const DraftedFile file = readAgain(recoded(written(contact, how), "windows-949"), how, "EUC-KR");
+    RC_ASSERT(file.drafts.size() == 1u);
+    RC_ASSERT(describe(stored(file.drafts[0].record)) == describe(contact.record));
+}
+
+TEST(RoundTrip, OfTheLongestNameGivesTheSameContact) {
+    std::u16string longest;
+    while (longest.size() + 4 < Tool::longestText)
+        longest += u"김😀\\";
+    const Contact contact = named(longest);
+    for (const Written how : allWritten) {
+        const DraftedFile file = readAgain(written(contact, how), how);
+        EXPECT_TRUE(file.drafts.at(0).record.strName == contact.record.strName) << static_cast<int>(how);
+    }
+}
+
+TEST(RoundTrip, OfATextThatEndsAsACardBeginsOrEndsGivesTheSameContact) {
+    for (const std::u16string mark : {u"BEGIN:VCARD", u"begin:vcard", u"END:VCARD", u"end:vcard"}) {
+        for (std::size_t length = 0; length < 80; ++length) {  // in some of these the mark begins a line
+            const Contact contact = named(u"é" + std::u16string(length, u'x') + mark);
+            const DraftedFile file = cards(Tool::vcardOf(contact, VCardVersion::v21));
+            ASSERT_EQ(file.drafts.size(), 1u) << length;
+            EXPECT_TRUE(file.drafts[0].record.strName == contact.record.strName) << length;
+        }
+    }
 }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/ToolRunner.h"
+#include "tests/tools/CardText.h"
 #include "tests/tools/exchange/Drafts.h"
 #include "tools/tessera/Failure.h"
 
@@ -10,6 +12,8 @@ using namespace exchange_test;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing_support::utf16Bytes;
+using testing_support::vcard;
 
 TEST(VCardContact, IsCalledByTheWholeName) {
     const ContactDraft draft = card("N:Kim;Anna;;;\nFN:Anna Kim\n");
@@ -166,7 +170,8 @@ TEST(VCardContact, HasAllItsNotes) {
 TEST(VCardContact, NamesWhatHasNoPlace) {
     const ContactDraft draft = card(
         "FN:A\nPHOTO;ENCODING=b;TYPE=JPEG:/9j/4AAQ\n SkZJRg==\nADR;TYPE=HOME:;;Street;;;;\nADR:;;;;;;\nTITLE:\nX-"
-        "THING:1\nREV:20200101\nAGENT:\nBEGIN:VCARD\nFN:B\nEND:VCARD\n");
+        "THING:1\nREV:20200101\nAGENT:\n" +
+        vcard("FN:B\n"));
     EXPECT_THAT(draft.leftOut, ElementsAre("X-THING", "address", "agent", "picture"));
     EXPECT_THAT(draft.remarks, IsEmpty());
 }
@@ -194,27 +199,21 @@ TEST(VCardContact, IsNoneWhereACardSaysNothingOfOnePerson) {
 }
 
 TEST(VCardContacts, ComeWithWhatIsOutsideOfCards) {
-    const DraftedFile file = cards("BEGIN:VCARD\nFN:A\nEND:VCARD\nx\ny\nBEGIN:VCARD\nFN:B\nEND:VCARD\nz\n");
+    const DraftedFile file = cards(vcard("FN:A\n") + "x\ny\n" + vcard("FN:B\n") + "z\n");
     EXPECT_THAT(namesIn(file), ElementsAre("A", "B"));
     EXPECT_THAT(file.remarks, ElementsAre("lines 4 to 5 are outside of a card and left out",
                                           "line 9 is outside of a card and left out"));
 }
 
 TEST(VCardContacts, AreReadInUtf16AndInTheEncodingThatIsSaid) {
-    std::string bytes = "\xFF\xFE";
-    for (const char ch : std::string("BEGIN:VCARD\r\nFN:A\r\nEND:VCARD\r\n"))
-        bytes += {ch, '\0'};
-    EXPECT_THAT(namesIn(cards(bytes)), ElementsAre("A"));
-    EXPECT_THAT(namesIn(cards("BEGIN:VCARD\nFN:M\xFCller\nEND:VCARD\n", "ISO-8859-1")), ElementsAre("Müller"));
-    EXPECT_THAT(namesIn(cards("BEGIN:VCARD\nFN:M\xFCller\nEND:VCARD\n")),
+    EXPECT_THAT(namesIn(cards("\xFF\xFE" + utf16Bytes(u"BEGIN:VCARD\r\nFN:A\r\nEND:VCARD\r\n"))), ElementsAre("A"));
+    EXPECT_THAT(namesIn(cards(vcard("FN:M\xFCller\n"), "ISO-8859-1")), ElementsAre("Müller"));
+    EXPECT_THAT(namesIn(cards(vcard("FN:M\xFCller\n"))),
                 ElementsAre("! its name is in an encoding that --encoding can name"));
 }
 
 TEST(VCardContacts, StandBehindAByteOrderMarkAlsoWhenTheEncodingIsSaid) {
-    EXPECT_THAT(namesIn(cards("\xEF\xBB\xBF"
-                              "BEGIN:VCARD\nFN:김\nEND:VCARD\n",
-                              "UTF-8")),
-                ElementsAre("김"));
+    EXPECT_THAT(namesIn(cards("\xEF\xBB\xBF" + vcard("FN:김\n"), "UTF-8")), ElementsAre("김"));
 }
 
 TEST(VCardContacts, OfAFileWithoutCardsAreAnError) {

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include "tessera/platform/base/Unicode.h"
+#include "tests/tools/CardText.h"
 #include "tools/tessera/exchange/VCardReader.h"
 #include "tools/tessera/exchange/VCardValue.h"
 
 using namespace Tool;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing_support::vcard;
 
 namespace {
 
@@ -28,6 +30,25 @@ std::vector<VCard> cardsOf(std::string_view bytes) {
         all.push_back(card);
     return all;
 }
+
+/// A card in a line: where it begins, its properties, those that hold another card, and what is wrong with it.
+std::string summaryOf(const VCard& card) {
+    std::string summary = std::to_string(card.line);
+    for (const VCardProperty& property : card.properties)
+        summary += " " + property.name + ":" + property.value;
+    for (const std::string& nested : card.nested)
+        summary += " " + nested + ":another";
+    return card.problem.empty() ? summary : summary + ", " + card.problem;
+}
+
+std::vector<std::string> summariesOf(std::string_view bytes) {
+    std::vector<std::string> all;
+    for (const VCard& card : cardsOf(bytes))
+        all.push_back(summaryOf(card));
+    return all;
+}
+
+const std::string cutOff = ", it is cut off: its END:VCARD is missing";
 
 std::string valueOf(std::string_view line, const FileEncoding& encoding = {}) {
     const auto property = propertyOf(line);
@@ -150,67 +171,52 @@ TEST(VCardValue, HasPartsBetweenSeparatorsThatAreNotEscaped) {
 }
 
 TEST(VCardReader, GivesEachCardWithItsPlace) {
-    const auto cards = cardsOf("BEGIN:VCARD\nVERSION:2.1\nN:A\nEND:VCARD\nbegin : vcard\nVERSION:4.0\nEND:vcard\n");
-    ASSERT_EQ(cards.size(), 2u);
-    EXPECT_EQ(cards[0].number, 1);
-    EXPECT_EQ(cards[0].line, 1);
-    EXPECT_EQ(cards[0].version, VCardVersion::v21);
-    EXPECT_EQ(cards[0].properties.at(1).line, 3);
-    EXPECT_EQ(cards[1].number, 2);
-    EXPECT_EQ(cards[1].line, 5);
-    EXPECT_EQ(cards[1].version, VCardVersion::v40);
+    EXPECT_THAT(summariesOf("BEGIN:VCARD\nN:A\nTEL:1\nEND:VCARD\nbegin : vcard\nN:B\nEND:vcard\n"),
+                ElementsAre("1 N:A TEL:1", "5 N:B"));
+    const auto cards = cardsOf(vcard("N:A\n") + vcard("N:B\n"));
+    EXPECT_EQ(cards.at(0).number, 1);
+    EXPECT_EQ(cards.at(1).number, 2);
+    EXPECT_EQ(cards.at(1).properties.at(0).line, 5);
+}
+
+TEST(VCardReader, TakesTheVersionOfEachCard) {
+    const auto versionIn = [](const std::string& line) { return cardsOf(vcard(line)).at(0).version; };
+    EXPECT_EQ(versionIn("VERSION:2.1\n"), VCardVersion::v21);
+    EXPECT_EQ(versionIn("VERSION: 2.1 \n"), VCardVersion::v21);
+    EXPECT_EQ(versionIn("VERSION:3.0\n"), VCardVersion::v30);
+    EXPECT_EQ(versionIn("VERSION:4.0\n"), VCardVersion::v40);
+    EXPECT_EQ(versionIn(""), VCardVersion::v30);
 }
 
 TEST(VCardReader, TellsACardThatIsCutOff) {
-    const auto cards = cardsOf("BEGIN:VCARD\nN:A\nBEGIN:VCARD\nN:B\nEND:VCARD\nBEGIN:VCARD\nN:C");
-    ASSERT_EQ(cards.size(), 3u);
-    EXPECT_NE(cards[0].problem, "");
-    EXPECT_EQ(cards[1].problem, "");
-    EXPECT_EQ(cards[1].line, 3);
-    EXPECT_NE(cards[2].problem, "");
+    EXPECT_THAT(summariesOf("BEGIN:VCARD\nN:A\n" + vcard("N:B\n") + "BEGIN:VCARD\nN:C"),
+                ElementsAre("1 N:A" + cutOff, "3 N:B", "6 N:C" + cutOff));
 }
 
 TEST(VCardReader, PassesOverACardWithinACard) {
-    const auto cards = cardsOf(
-        "BEGIN:VCARD\nN:A\nAGENT:\nBEGIN:VCARD\nN:B\nEND:VCARD\nTEL:1\nEND:VCARD\nBEGIN:VCARD\nN:C\nEND:VCARD\n");
-    ASSERT_EQ(cards.size(), 2u);
-    EXPECT_THAT(cards[0].nested, ElementsAre("AGENT"));
-    EXPECT_EQ(cards[0].properties.back().name, "TEL");
-    EXPECT_EQ(cards[0].problem, "");
+    EXPECT_THAT(summariesOf(vcard("N:A\nAGENT:\n" + vcard("N:B\n") + "TEL:1\n") + vcard("N:C\n")),
+                ElementsAre("1 N:A TEL:1 AGENT:another", "9 N:C"));
+    EXPECT_THAT(summariesOf(vcard("N:A\nAGENT:\n" + vcard("AGENT:" + vcard("N:B\n")) + "TEL:1\n")),
+                ElementsAre("1 N:A TEL:1 AGENT:another"));
 }
 
 TEST(VCardReader, PassesOverACardThatBeginsInTheLineOfItsProperty) {
-    const auto cards = cardsOf("BEGIN:VCARD\nN:A\n:BEGIN:VCARD\nAGENT:BEGIN:VCARD\nN:B\nEND:VCARD\nTEL:1\nEND:VCARD\n");
-    ASSERT_EQ(cards.size(), 1u);
-    EXPECT_EQ(cards[0].problem, "");
-    EXPECT_THAT(cards[0].nested, ElementsAre("AGENT"));
-    EXPECT_EQ(cards[0].properties.back().name, "TEL");
+    EXPECT_THAT(summariesOf(vcard("N:A\n:BEGIN:VCARD\nAGENT:" + vcard("N:B\n") + "TEL:1\n")),
+                ElementsAre("1 N:A TEL:1 AGENT:another"));
 }
 
 TEST(VCardReader, LosesNoCardBehindOneThatLacksTheEndOfItsNested) {
-    const auto cards = cardsOf(
-        "BEGIN:VCARD\nN:A\nAGENT:\nBEGIN:VCARD\nN:B\nEND:VCARD\nBEGIN:VCARD\nN:C\nEND:VCARD\nBEGIN:VCARD\nN:D\n"
-        "END:VCARD\n");
-    ASSERT_EQ(cards.size(), 3u);
-    EXPECT_NE(cards[0].problem, "");
-    EXPECT_EQ(cards[1].properties.at(0).value, "C");
-    EXPECT_EQ(cards[2].properties.at(0).value, "D");
+    EXPECT_THAT(summariesOf("BEGIN:VCARD\nN:A\nAGENT:\n" + vcard("N:B\n") + vcard("N:C\n") + vcard("N:D\n")),
+                ElementsAre("1 N:A AGENT:another" + cutOff, "7 N:C", "10 N:D"));
 }
 
 TEST(VCardReader, KnowsACardBehindAByteOrderMarkAsFilesPutTogetherHaveThem) {
-    const auto cards = cardsOf(
-        "BEGIN:VCARD\nN:A\nEND:VCARD\n\xEF\xBB\xBF"
-        "BEGIN:VCARD\nN:B\nEND:VCARD\n");
-    ASSERT_EQ(cards.size(), 2u);
-    EXPECT_EQ(cards[1].line, 4);
-}
-
-TEST(VCardReader, TakesBlanksAroundTheVersion) {
-    EXPECT_EQ(cardsOf("BEGIN:VCARD\nVERSION: 2.1 \nEND:VCARD\n").at(0).version, VCardVersion::v21);
+    EXPECT_THAT(summariesOf(vcard("N:A\n") + "\xEF\xBB\xBF" + vcard("N:B\n")), ElementsAre("1 N:A", "4 N:B"));
 }
 
 TEST(VCardReader, RemembersLinesThatBelongToNoCard) {
-    VCardReader reader("one\ntwo\nBEGIN:VCARD\nN:A\nno line of a card\nEND:VCARD\nthree\n");
+    const std::string bytes = "one\ntwo\n" + vcard("N:A\nno line of a card\n") + "three\n";
+    VCardReader reader(bytes);
     VCard card;
     ASSERT_TRUE(reader.next(card));
     EXPECT_THAT(card.unreadableLines, ElementsAre(5));
