@@ -86,6 +86,12 @@ TEST(CsvTable, HasNumbersWithTheirTypesInColumnsBesideThem) {
     EXPECT_THAT(draft.remarks, ElementsAre("its second mobile number \"11\" is kept as its home number"));
 }
 
+TEST(CsvTable, HasNumberedColumnsInTheOrderOfTheirNumbers) {
+    const ContactDraft draft = row("Name,Phone 10 - Value,Phone 2 - Value", "Anna,10,2");
+    EXPECT_EQ(in(draft, PBDBATTR_MOBILETEL), "2");
+    EXPECT_EQ(in(draft, PBDBATTR_HOMETEL), "10");
+}
+
 TEST(CsvTable, PrefersNoOtherNumberWhereThePreferredOneIsLost) {
     const ContactDraft draft = row("Name,Home Phone,Phone 1 - Label,Phone 1 - Value", "Anna,02-1,* Mobile,8.21012E+11");
     EXPECT_EQ(in(draft, PBDBATTR_HOMETEL), "02-1");

@@ -106,6 +106,7 @@ TEST(SourceText, IsUtf8WhateverItWas) {
 TEST(SourceText, SaysWhichLineIsNoText) {
     EXPECT_THAT(failureOf("a\nb\nP\xE9ter\n"), HasSubstr("people.csv: line 3 is neither UTF-8, UTF-16 nor CP949 text"));
     EXPECT_THAT(failureOf("a\nb\nP\xE9ter\n"), HasSubstr("--encoding"));
+    EXPECT_THAT(failureOf("a\rb\r\nP\xE9ter\r"), HasSubstr("line 3 is neither"));
     EXPECT_THAT(failureOf("a\nP\xE9ter\n", "UTF-8"), HasSubstr("line 2 is no UTF-8 text"));
     EXPECT_THAT(failureOf("\xEF\xBB\xBF"
                           "a\nP\xE9ter\n"),

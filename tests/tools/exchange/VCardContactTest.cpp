@@ -130,6 +130,7 @@ TEST(VCardContact, HasSeveralNamesInOneOfItsParts) {
     EXPECT_EQ(nameIn(card("N:Stevenson\\, Sons;John\n")), "John Stevenson, Sons");
     EXPECT_EQ(card("FN:Dr. John Philip Paul Stevenson\\, Jr.\\, M.D.\n" + stevenson).note(), "");
     EXPECT_EQ(nameIn(card("N:Kim\\; Lee;Anna,Maria\n", "2.1")), "Anna,Maria Kim; Lee");  // which has no lists
+    EXPECT_EQ(nameIn(card("N:Kim, Anna\n")), "Kim, Anna");
 }
 
 TEST(VCardContact, MissesNothingWhereOnlyBlanksDiffer) {

@@ -214,6 +214,13 @@ private:
         std::u16string label;
     };
 
+    /// The tenth comes behind the second.
+    struct ByNumber {
+        bool operator()(const std::string& left, const std::string& right) const {
+            return left.size() != right.size() ? left.size() < right.size() : left < right;
+        }
+    };
+
     const CsvRow& row_;
     const std::vector<CsvColumn>& columns_;
     ContactDraft& draft_;
@@ -227,7 +234,7 @@ private:
     std::u16string categories_;
     std::vector<std::u16string> labels_;
     std::vector<FoundNumber> numbers_;
-    std::map<std::string, Indexed> indexed_;
+    std::map<std::string, Indexed, ByNumber> indexed_;
     bool hasGroupColumn_ = false;
 };
 

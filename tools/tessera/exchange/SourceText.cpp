@@ -5,6 +5,7 @@
 
 #include "../Failure.h"
 #include "Encoding.h"
+#include "PlainText.h"
 #include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
@@ -27,7 +28,8 @@ std::size_t markLengthOf(const std::string& bytes, const std::string& encoding) 
 }
 
 std::string lineBehind(std::u16string_view text) {
-    return "line " + std::to_string(1 + std::count(text.begin(), text.end(), u'\n'));
+    const std::u16string lines = withLineFeeds(text);
+    return "line " + std::to_string(1 + std::count(lines.begin(), lines.end(), u'\n'));
 }
 
 std::string withoutMark(std::u16string_view text) {

@@ -160,23 +160,23 @@ private:
     void takeName(const VCardProperty& property) {
         const auto raw = rawText(property);
         if (!raw) return;
-        std::vector<std::u16string> parts;
-        for (const std::u16string& part : rawPartsOf(*raw, u';', card_.version))
-            parts.push_back(nameIn(part));
+        std::vector<std::u16string> parts = rawPartsOf(*raw, u';', card_.version);
+        // Since version 3.0 a part may be a list. What has no parts is no list either: "Kim, Anna" is one name.
+        const bool hasLists = card_.version != VCardVersion::v21 && parts.size() > 1;
+        for (std::u16string& part : parts)
+            part = hasLists ? namesIn(part) : std::u16string(trimmed(unescaped(part, card_.version)));
         parts.resize(5);
         name_.takeParts({parts[0], parts[1], parts[2], parts[3], parts[4]});
     }
 
-    /// Since version 3.0 a part of a name may be a list.
-    std::u16string nameIn(const std::u16string& part) const {
-        if (card_.version == VCardVersion::v21) return std::u16string(trimmed(unescaped(part, card_.version)));
-        std::u16string name;
-        for (const std::u16string& each : partsOf(part, u',', card_.version)) {
+    std::u16string namesIn(const std::u16string& list) const {
+        std::u16string names;
+        for (const std::u16string& each : partsOf(list, u',', card_.version)) {
             if (isBlank(each)) continue;
-            if (!name.empty()) name += u' ';
-            name += trimmed(each);
+            if (!names.empty()) names += u' ';
+            names += trimmed(each);
         }
-        return name;
+        return names;
     }
 
     void takeNotes(const VCardProperty& property) {
