@@ -195,9 +195,9 @@ TEST(VCardReader, TellsACardThatIsCutOff) {
 
 TEST(VCardReader, PassesOverACardWithinACard) {
     EXPECT_THAT(summariesOf(vcard("N:A\nAGENT:\n" + vcard("N:B\n") + "TEL:1\n") + vcard("N:C\n")),
-                ElementsAre("1 N:A TEL:1 AGENT:another", "9 N:C"));
+                ElementsAre("1 N:A AGENT: TEL:1 AGENT:another", "9 N:C"));
     EXPECT_THAT(summariesOf(vcard("N:A\nAGENT:\n" + vcard("AGENT:" + vcard("N:B\n")) + "TEL:1\n")),
-                ElementsAre("1 N:A TEL:1 AGENT:another"));
+                ElementsAre("1 N:A AGENT: TEL:1 AGENT:another"));
 }
 
 TEST(VCardReader, PassesOverACardThatBeginsInTheLineOfItsProperty) {
@@ -207,7 +207,9 @@ TEST(VCardReader, PassesOverACardThatBeginsInTheLineOfItsProperty) {
 
 TEST(VCardReader, LosesNoCardBehindOneThatLacksTheEndOfItsNested) {
     EXPECT_THAT(summariesOf("BEGIN:VCARD\nN:A\nAGENT:\n" + vcard("N:B\n") + vcard("N:C\n") + vcard("N:D\n")),
-                ElementsAre("1 N:A AGENT:another" + cutOff, "7 N:C", "10 N:D"));
+                ElementsAre("1 N:A AGENT: AGENT:another" + cutOff, "7 N:C", "10 N:D"));
+    EXPECT_THAT(summariesOf("BEGIN:VCARD\nN:A\nAGENT:\nBEGIN:VCARD\nN:B\n" + vcard("N:C\n") + vcard("N:D\n")),
+                ElementsAre("1 N:A AGENT: AGENT:another" + cutOff, "6 N:C", "9 N:D"));
 }
 
 TEST(VCardReader, KnowsACardBehindAByteOrderMarkAsFilesPutTogetherHaveThem) {

@@ -11,18 +11,23 @@ namespace {
 
 constexpr std::string_view agent = "AGENT";
 
-/// "AGENT:BEGIN:VCARD": the card of another person begins in the line of its property.
-bool beginsNested(std::string_view line) {
-    const std::string_view front = frontOf(line);
-    if (front.size() == line.size() || !beginsCard(line.substr(front.size() + 1))) return false;
+bool isAgent(std::string_view line) {
     const auto property = propertyOf(line);
     return property && property->name == agent;
 }
 
-/// Whether the property that was read last is one whose card begins in the next line.
-bool awaitsNested(const VCard& card) {
-    return !card.properties.empty() && card.properties.back().name == agent &&
-           trimmed(card.properties.back().value).empty();
+std::string_view valueOf(std::string_view line) {
+    return line.substr(std::min(frontOf(line).size() + 1, line.size()));
+}
+
+/// "AGENT:BEGIN:VCARD": the card of another person begins in the line of its property.
+bool beginsNested(std::string_view line) {
+    return beginsCard(valueOf(line)) && isAgent(line);
+}
+
+/// "AGENT:": it begins in the next line.
+bool awaitsNested(std::string_view line) {
+    return trimmed(valueOf(line)).empty() && isAgent(line);
 }
 
 VCardVersion versionOf(std::string_view text) {
@@ -60,30 +65,23 @@ bool VCardReader::next(VCard& card) {
 }
 
 void VCardReader::read(VCard& card) {
+    int depth = 1;  // of cards within cards, of which only the outermost is taken
+    bool isAwaited = false;
     while (nextLine(card.version)) {
-        if (endsCard(line_)) return;
-        if (beginsNested(line_)) {
-            passOverNested(card);
-        } else if (!beginsCard(line_)) {
-            take(card);
-        } else if (awaitsNested(card)) {
-            card.properties.pop_back();  // one property awaits one card
-            passOverNested(card);
-        } else {
+        const bool begins = beginsCard(line_);
+        if (beginsNested(line_) || (begins && isAwaited)) {
+            if (++depth == 2) card.nested.emplace_back(agent);
+        } else if (begins) {
             isAtBegin_ = true;
             break;
+        } else if (endsCard(line_)) {
+            if (--depth == 0) return;
+        } else if (depth == 1) {
+            take(card);
         }
+        isAwaited = awaitsNested(line_);
     }
     card.problem = "it is cut off: its END:VCARD is missing";
-}
-
-void VCardReader::passOverNested(VCard& card) {
-    card.nested.emplace_back(agent);
-    int depth = 1;
-    while (depth > 0 && nextLine(VCardVersion::v30)) {
-        const bool begins = beginsCard(line_) || beginsNested(line_);
-        depth += begins ? 1 : endsCard(line_) ? -1 : 0;
-    }
 }
 
 void VCardReader::take(VCard& card) {

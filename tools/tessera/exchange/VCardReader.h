@@ -38,7 +38,6 @@ public:
 private:
     bool nextLine(VCardVersion version);
     bool findBegin();
-    void passOverNested(VCard& card);
     void read(VCard& card);
     void take(VCard& card);
 
