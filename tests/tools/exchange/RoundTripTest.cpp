@@ -157,6 +157,16 @@ RC_GTEST_PROP(RoundTrip, InAKoreanEncodingGivesTheSameContacts, ()) {
     RC_ASSERT(describe(stored(file.drafts[0].record)) == describe(contact.record));
 }
 
+TEST(RoundTrip, OfNumbersThatLookMarkedForASpreadsheetGivesTheSameContact) {
+    for (const std::u16string number : {u"''1", u"'1", u"=\"1\""}) {
+        Contact contact = named(u"Anna");
+        contact.record.strMobileTelephoneNumber = CString(number);
+        contact.record.dwCITypeMask |= 0x4;
+        const DraftedFile file = readAgain(written(contact, Written::table), Written::table);
+        EXPECT_EQ(in(file.drafts.at(0), PBDBATTR_MOBILETEL), utf8Of(number));
+    }
+}
+
 TEST(RoundTrip, OfTheLongestNameGivesTheSameContact) {
     std::u16string longest;
     while (longest.size() + 4 < Tool::longestText)

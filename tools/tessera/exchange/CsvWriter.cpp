@@ -38,6 +38,14 @@ constexpr std::array<WrittenColumn, 16> columns = {{
 
 constexpr std::string_view endOfRow = "\r\n";
 
+/// Readers take an apostrophe, or an equals sign, in front of a number for what only keeps a spreadsheet from counting
+/// with it: where one belongs to the number, an apostrophe before it goes instead.
+std::string valueOf(const Contact& contact, const Field& field) {
+    const std::string text = fieldText(contact, field);
+    const bool isMisread = numberField(field.mask()) != nullptr && (text.starts_with('\'') || text.starts_with('='));
+    return isMisread ? '\'' + text : text;
+}
+
 }  // namespace
 
 std::string csvHeader() {
@@ -56,7 +64,7 @@ std::string csvRowOf(const Contact& contact) {
     appendCsvValue(row, utf8Of(parts.given));
     appendCsvValue(row, utf8Of(parts.family));
     for (const WrittenColumn& column : columns)
-        appendCsvValue(row, fieldText(contact, fieldOf(column.field)));
+        appendCsvValue(row, valueOf(contact, fieldOf(column.field)));
     return row + std::string(endOfRow);
 }
 
