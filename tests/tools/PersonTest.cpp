@@ -104,7 +104,7 @@ TEST(Person, IsUnderstoodByEveryCommandThatWantsOne) {
               "changed contact " + tool.minsu + "\n");
     EXPECT_EQ(tool.json(0, "show", tool.minsu)["email"], "minsu@example.com");
     EXPECT_THAT(tool("speed-dial", "set", "5", "021234", "home").out, HasSubstr("slot 5 dials 02-1234"));
-    EXPECT_EQ(tool("delete", "ㄱㅁㅈ", tool.other).out, "deleted 2 contacts: " + tool.minjeong + " 김민정\n");
+    EXPECT_EQ(tool("delete", "김민정", tool.other).out, "deleted 2 contacts: " + tool.minjeong + " 김민정\n");
     EXPECT_THAT(tool.names(), ElementsAre("김민수"));
 }
 
@@ -144,6 +144,55 @@ TEST(Person, OfOneNameIsNotDeletedForAnother) {
     const Kims tool;
     expectFailure(tool("delete", tool.minjeong, "김민수"), 2, "2 contacts");
     EXPECT_EQ(tool.names().size(), 3u);  // nothing goes before it is certain who is meant
+}
+
+TEST(Person, IsNotDeletedForAPartOfTheNameWhereNobodyCanBeAsked) {
+    const Kims tool;
+    for (const std::string part : {"민정", "ㄱㅁㅈ", "name:민정"})
+        expectFailure(tool("delete", tool.minsu, part), 2,
+                      "\"" + part + "\" is only a part of a name; if contact " + tool.minjeong +
+                          " is meant (김민정), say oid:" + tool.minjeong + " or the whole name");
+    auto piped = tool.command({"delete", "민정"});
+    piped.input = "y\n";
+    EXPECT_EQ(run(piped).status, 2);
+    EXPECT_EQ(tool.names().size(), 3u);
+
+    tool.person("Room 777", "--home", "02-777-1");
+    EXPECT_THAT(tool("delete", "02-77").err, HasSubstr("nobody"));
+    expectFailure(tool("delete", "room"), 2, "(Room 777, 02-777-1)");
+}
+
+TEST(Person, IsDeletedUnaskedForIdentifierNumberAndWholeName) {
+    const Kims tool;
+    const std::string anna = tool.person("Anna", "--mobile", "010-1");
+    EXPECT_EQ(tool("delete", "oid:" + tool.other).status, 0);
+    EXPECT_EQ(tool("delete", "01023456789").status, 0);
+    EXPECT_EQ(tool("delete", "김민정").status, 0);
+    EXPECT_EQ(tool("delete", "anna").out, "deleted 1 contact: " + anna + " Anna\n");
+    EXPECT_THAT(tool.names(), IsEmpty());
+}
+
+TEST(Person, IsDeletedForAPartOfTheNameWhenTheUserAgrees) {
+    const Kims tool;
+    const std::string anna = tool.person("Anna Smith", "--mobile", "010-1");
+    for (const char* answer : {"n\n", "\n", "1\n", "\x04"}) {
+        const Outcome refused = tool.answering(answer, {"delete", tool.minsu, "anna"});
+        EXPECT_EQ(refused.status, 3) << answer;
+        EXPECT_THAT(refused.err, HasSubstr("Delete Anna Smith, 010-1? [y/N]"));
+        EXPECT_THAT(refused.err, HasSubstr("nothing was deleted"));
+    }
+    EXPECT_EQ(tool.names().size(), 4u);
+
+    EXPECT_EQ(tool.answering("y\n", {"delete", "anna"}).out, "deleted 1 contact: " + anna + " Anna Smith\n");
+    EXPECT_EQ(tool.answering("y\n", {"delete", "ㄱㅁㅈ"}).out, "deleted 1 contact: " + tool.minjeong + " 김민정\n");
+    EXPECT_THAT(tool.names(), UnorderedElementsAre("김민수", "김민수"));
+}
+
+TEST(Person, IsShownAndChangedForAPartOfTheNameUnasked) {
+    const Kims tool;
+    EXPECT_EQ(tool.shown("민정"), tool.minjeong);
+    EXPECT_EQ(tool("edit", "ㄱㅁㅈ", "--mobile", "010-5").status, 0);
+    EXPECT_EQ(tool("speed-dial", "set", "5", "민정", "mobile").status, 0);
 }
 
 TEST(Person, IsChosenFromANumberedListOnATerminal) {

@@ -324,6 +324,19 @@ TEST(Terminals, ShowTheListToChooseFromAsItIsMeant) {
     expectHarmless(outcome);
 }
 
+TEST(Terminals, ShowWhoIsToBeDeletedAsItIsMeant) {
+    const HostilePhoneBook tool;
+    tool("--store", tool.path(), "delete", "oid:" + tool.contact());
+    expectHarmless(tool("--store", tool.path(), "delete", part));
+    auto command = onTerminal(tool.command({"--store", tool.path(), "delete", part}));
+    command.typed = "n\n";
+    const Outcome outcome = withoutItsOwn(run(command));
+
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.err, HasSubstr("Delete \\u{1b}[31mred"));
+    expectHarmless(outcome);
+}
+
 TEST(Terminals, AreTestedWithEveryCommand) {
     const Tool tool;
     std::set<std::string> tested;

@@ -32,7 +32,7 @@ bool eraseContact(Store& store, DWORD oid) {
 }
 
 std::optional<Named> contactToDelete(Store& store, const std::string& argument) {
-    const auto contact = personNamed(store, argument, Purpose::change);
+    const auto contact = personNamed(store, argument, Purpose::removal);
     if (!contact) return std::nullopt;
     if (numberOf(argument) == contact->oid) return Named{contact->oid, {}};
     return Named{contact->oid, std::to_string(contact->oid) + ' ' + utf8Of(contact->record.strName.view())};
@@ -65,6 +65,9 @@ void defineDelete(Command& program, const Settings& settings, Action& chosen) {
          .details = {"Contacts that there are not are named on standard error, and the exit status is 1; the "
                      "others are deleted. Each PERSON is one contact; when one can be several, and nobody can be "
                      "asked which, nothing is deleted.",
+                     "Who is named by a part or the initials of a name alone is asked about before that, even if "
+                     "nobody else is meant; where nobody can be asked, nothing is deleted, and the error says how "
+                     "to name that contact for certain.",
                      "--all asks first on a terminal; anywhere else it needs --yes, which "
                      "also does without the question."},
          .examples = {"tessera delete 15 17", "tessera delete 김민수", "tessera delete --all --yes"}});

@@ -5,7 +5,7 @@
 #include "Arguments.h"
 #include "DisplayText.h"
 #include "Output.h"
-#include "System.h"
+#include "Question.h"
 
 namespace Tool {
 
@@ -21,16 +21,11 @@ bool deleteOne(Store& store, DWORD oid, const Deletable& what) {
 }  // namespace
 
 Confirmation::Confirmation(const std::string& command, bool yes) : yes_(yes) {
-    const bool canAsk = inputIsTerminal() && errorIsTerminal();
-    if (!yes && !canAsk) throw wrongUsage(command + " needs --yes where it cannot ask");
+    if (!yes && !canAsk()) throw wrongUsage(command + " needs --yes where it cannot ask");
 }
 
 void Confirmation::ask(const std::string& question) const {
-    if (yes_) return;
-    std::cerr << displayable(question) << " [y/N] " << std::flush;
-    std::string answer;
-    std::getline(std::cin, answer);
-    if (answer != "y" && answer != "Y" && answer != "yes") throw Failure("nothing was deleted");
+    if (!yes_) requireConsent(question);
 }
 
 std::string counted(std::size_t count, const Deletable& what) {

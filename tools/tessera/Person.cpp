@@ -11,6 +11,7 @@
 #include "DisplayText.h"
 #include "Numbers.h"
 #include "Output.h"
+#include "Question.h"
 #include "System.h"
 #include "TextTable.h"
 #include "tessera/platform/base/Unicode.h"
@@ -61,9 +62,15 @@ CString lowered(CString text) {
     return text;
 }
 
+/// Those whom a text can mean.
+struct Meant {
+    std::vector<Contact> contacts;
+    bool isByPart = false;  ///< The text is only a part or the initials of their names.
+};
+
 /// Those called just this; else those called so but for the case; else, unless the name must be whole, all whose name
 /// the search finds.
-std::vector<Contact> contactsCalled(PhoneBookDBMgr& manager, const CString& name, bool isWhole) {
+Meant contactsCalled(PhoneBookDBMgr& manager, const CString& name, bool isWhole) {
     std::vector<Contact> found = readContacts(manager, manager.searchPBRecord(PhoneBook::PBDBATTR_NAME, name));
     std::vector<Contact> called;
     const auto keepThose = [&](auto isCalled) {
@@ -71,12 +78,13 @@ std::vector<Contact> contactsCalled(PhoneBookDBMgr& manager, const CString& name
                      [&](const Contact& contact) { return isCalled(contact.record.strName); });
         return !called.empty();
     };
-    if (keepThose([&](const CString& its) { return its == name; })) return called;
-    if (keepThose([&](const CString& its) { return lowered(its) == lowered(name); })) return called;
-    return isWhole ? called : found;
+    if (keepThose([&](const CString& its) { return its == name; })) return {std::move(called)};
+    if (keepThose([&](const CString& its) { return lowered(its) == lowered(name); })) return {std::move(called)};
+    if (isWhole) return {};
+    return {std::move(found), true};
 }
 
-std::vector<Contact> contactsNamed(PhoneBookDBMgr& manager, const std::string& argument, Purpose purpose) {
+Meant contactsNamed(PhoneBookDBMgr& manager, const std::string& argument, Purpose purpose) {
     const Naming& naming = namingOf(argument);
     const bool isSaid = &naming != &anyNaming;
     const std::string text = argument.substr(std::string_view(naming.prefix).size());
@@ -84,14 +92,14 @@ std::vector<Contact> contactsNamed(PhoneBookDBMgr& manager, const std::string& a
     const CString words = textArgument("PERSON", text);
     if (naming.byIdentifier) {
         const auto oid = isSaid ? numberArgument(naming.prefix, text) : numberOf(text);
-        if (auto contact = oid ? readContact(manager, *oid) : std::nullopt) return {std::move(*contact)};
-        if (isSaid || (purpose == Purpose::change && looksLikeIdentifier(text))) return {};
+        if (auto contact = oid ? readContact(manager, *oid) : std::nullopt) return {{std::move(*contact)}};
+        if (isSaid || (purpose != Purpose::look && looksLikeIdentifier(text))) return {};
     }
     if (naming.byNumber && (isSaid || looksLikeNumber(text))) {
         const std::vector<CString> forms = formsOf(words);
         if (forms.empty() && isSaid) throw wrongUsage("\"" + text + "\" holds no digits, as 010-2345-6789 does");
         std::vector<Contact> callers = allCallersWith(manager, forms).contacts;
-        if (!callers.empty() || isSaid) return callers;
+        if (!callers.empty() || isSaid) return {std::move(callers)};
     }
     return contactsCalled(manager, words, !isSaid && isAllDigits(text));
 }
@@ -118,12 +126,21 @@ Contact chosenOf(const std::vector<Contact>& contacts, const std::string& argume
               << tableText(rows, {.width = terminalWidth()});
     if (offered < contacts.size())
         std::cerr << "and " << contacts.size() - offered << " more: type more of the name to see them\n";
-    std::cerr << "Which one? [1-" << offered << "] " << std::flush;
-    std::string answer;
-    std::getline(std::cin, answer);
-    const auto choice = numberOf(answer);
+    const auto choice = numberOf(answerTo("Which one? [1-" + std::to_string(offered) + "]"));
     if (!choice || *choice == 0 || *choice > offered) throw Failure("no one was chosen, and nothing was done");
     return contacts[*choice - 1];
+}
+
+/// The name and a number, by which a person knows who that is.
+std::string introductionOf(const Contact& contact) {
+    const std::string number = firstNumberOf(contact);
+    return utf8Of(contact.record.strName.view()) + (number.empty() ? "" : ", " + number);
+}
+
+Failure onlyPartFound(const Contact& contact, const std::string& argument) {
+    const std::string oid = std::to_string(contact.oid);
+    return wrongUsage("\"" + argument + "\" is only a part of a name; if contact " + oid + " is meant (" +
+                      introductionOf(contact) + "), say oid:" + oid + " or the whole name");
 }
 
 Failure severalFound(const std::vector<Contact>& contacts, const std::string& argument) {
@@ -143,11 +160,14 @@ Failure severalFound(const std::vector<Contact>& contacts, const std::string& ar
 }  // namespace
 
 std::optional<Contact> personNamed(Store& store, const std::string& argument, Purpose purpose) {
-    const std::vector<Contact> contacts = contactsNamed(store.manager(), argument, purpose);
+    const auto [contacts, isByPart] = contactsNamed(store.manager(), argument, purpose);
     if (contacts.empty()) return std::nullopt;
-    if (contacts.size() == 1) return contacts.front();
-    if (inputIsTerminal() && errorIsTerminal()) return chosenOf(contacts, argument);
-    throw severalFound(contacts, argument);
+    const bool isOne = contacts.size() == 1;
+    if (isOne && !(isByPart && purpose == Purpose::removal)) return contacts.front();
+    if (!canAsk()) throw isOne ? onlyPartFound(contacts.front(), argument) : severalFound(contacts, argument);
+    if (!isOne) return chosenOf(contacts, argument);
+    requireConsent("Delete " + introductionOf(contacts.front()) + "?");
+    return contacts.front();
 }
 
 std::string nobodyText(const std::string& argument) {

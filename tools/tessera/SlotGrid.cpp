@@ -14,7 +14,7 @@ namespace {
 using PhoneBook::SpeedDialInfo;
 
 constexpr std::size_t numberWidth = 3;  // two digits and a blank
-constexpr std::size_t gap = 2;
+constexpr std::size_t cellGap = 2;
 constexpr std::size_t shortestName = 4;
 constexpr std::size_t longestName = 16;
 constexpr std::size_t mostColumns = 10;  // a slot is easy to find in tens
@@ -42,15 +42,15 @@ std::string slotGrid(std::span<const SpeedDialInfo> slots, std::size_t width) {
     }
     const std::size_t room = width > numberWidth ? width - numberWidth : 1;
     const std::size_t nameWidth = std::min({longest, longestName, room});
-    const std::size_t cellWidth = numberWidth + nameWidth + gap;
-    const std::size_t columns = std::clamp<std::size_t>((width + gap) / cellWidth, 1, mostColumns);
+    const std::size_t cellWidth = numberWidth + nameWidth + cellGap;
+    const std::size_t columns = std::clamp<std::size_t>((width + cellGap) / cellWidth, 1, mostColumns);
 
     std::string grid;
     std::string line;
     for (std::size_t i = 0; i < names.size(); ++i) {
         line += cellOfSlot(i + 1, names[i], nameWidth);
         if ((i + 1) % columns != 0 && i + 1 != names.size()) {
-            line.append(gap, ' ');
+            line.append(cellGap, ' ');
             continue;
         }
         line.erase(line.find_last_not_of(' ') + 1);
