@@ -34,6 +34,12 @@ bool fits(const PBRecord& record) {
 
 }  // namespace
 
+void refuseTooLong(std::vector<ContactDraft>& drafts) {
+    for (ContactDraft& draft : drafts) {
+        if (draft.problem.empty() && !fits(draft.record)) draft.problem = "its values are longer than a contact can be";
+    }
+}
+
 DraftImport::DraftImport(Store* store, Duplicates* known, DraftReport& report)
     : store_(store), known_(known), report_(report) {}
 
@@ -48,7 +54,6 @@ void DraftImport::run(std::vector<ContactDraft>& drafts) {
 void DraftImport::take(ContactDraft& draft) {
     ++taken_;
     if (!draft.problem.empty()) return report_.skipped(draft, draft.problem);
-    if (!fits(draft.record)) return report_.skipped(draft, "its values are longer than a contact can be");
     separateCodes(draft.record);
     if (known_ != nullptr) {
         if (const auto as = known_->find(draft.record)) return report_.known(draft, *as);

@@ -10,6 +10,9 @@
 
 namespace Tool {
 
+/// Says of those that are too long to be contacts that they are.
+void refuseTooLong(std::vector<ContactDraft>& drafts);
+
 /// Puts drafts into the phone book, whoever made them.
 class DraftImport {
 public:

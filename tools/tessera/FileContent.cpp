@@ -14,6 +14,7 @@ namespace Tool {
 namespace {
 
 constexpr std::size_t longestFile = std::size_t{1} << 30;
+constexpr const char* inputPath = "-";
 
 /// Answers why the path cannot be read as a file at all; empty when it can.
 std::string whyNotReadable(const std::string& path) {
@@ -32,9 +33,11 @@ std::string whyNotReadable(const std::string& path) {
     }
 }
 
-}  // namespace
+void requireLength(const std::string& name, const std::string& bytes) {
+    if (bytes.size() > longestFile) throw Failure(name + ": is larger than 1 GiB");
+}
 
-std::string contentOf(const std::string& path) {
+std::string contentOfFile(const std::string& path) {
     if (const std::string why = whyNotReadable(path); !why.empty()) throw Failure(path + ": " + why);
     std::ifstream file(pathOf(path), std::ios::binary);
     if (!file) throw Failure(path + ": cannot be read: " + std::strerror(errno));
@@ -45,10 +48,28 @@ std::string contentOf(const std::string& path) {
     char block[1 << 16];
     while (file.read(block, sizeof block), file.gcount() > 0) {
         bytes.append(block, static_cast<std::size_t>(file.gcount()));
-        if (bytes.size() > longestFile) throw Failure(path + ": is larger than 1 GiB");
+        requireLength(path, bytes);
     }
     if (file.bad()) throw Failure(path + ": cannot be read to its end");
     return bytes;
+}
+
+std::string contentOfInput() {
+    const std::string name = nameOfSource(inputPath);
+    std::string bytes;
+    if (!readInput(bytes, longestFile)) throw Failure(name + ": cannot be read: " + std::strerror(errno));
+    requireLength(name, bytes);
+    return bytes;
+}
+
+}  // namespace
+
+std::string contentOf(const std::string& path) {
+    return path == inputPath ? contentOfInput() : contentOfFile(path);
+}
+
+std::string nameOfSource(const std::string& path) {
+    return path == inputPath ? "standard input" : path;
 }
 
 }  // namespace Tool

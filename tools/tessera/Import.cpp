@@ -35,13 +35,18 @@ struct ImportArguments {
 
 constexpr int contactLines = 0;  // the mode in which a file's name is not looked at
 
+Failure allBad(const SourceText& source, const std::string& units) {
+    return Failure(source.path() + ": none of its " + units + " can be imported");
+}
+
 /// The library's own import reads the lines, as far as the file is one of contacts.
 ExitStatus importOwn(const Settings& settings, const ImportArguments& arguments, const SourceText& source) {
     const ImportFile file(source.path(), source.utf8());  // before the store: a bad file makes none
     ImportReport report(settings, file, arguments.isDryRun);
-    if (arguments.isDryRun) {
+    if (arguments.isDryRun || file.isAllBad()) {
         report.tellAll();
         report.finish();
+        if (file.isAllBad()) throw allBad(source, "lines");
         return ExitStatus::done;
     }
     Store store(settings, Store::WhenMissing::make);
@@ -54,17 +59,20 @@ ExitStatus importOwn(const Settings& settings, const ImportArguments& arguments,
     return ExitStatus::done;
 }
 
-/// In a dry run a phone book that is missing stays so.
-std::unique_ptr<Store> storeFor(const Settings& settings, bool isDryRun) {
+/// Where nothing is to be written a phone book that is missing stays so.
+std::unique_ptr<Store> storeFor(const Settings& settings, bool isOnlyRead) {
     try {
-        return std::make_unique<Store>(settings, isDryRun ? Store::WhenMissing::fail : Store::WhenMissing::make);
+        return std::make_unique<Store>(settings, isOnlyRead ? Store::WhenMissing::fail : Store::WhenMissing::make);
     } catch (const NoPhoneBook&) {
         return nullptr;
     }
 }
 
-ExitStatus importDrafts(const Settings& settings, const ImportArguments& arguments, DraftedFile file) {
-    const std::unique_ptr<Store> store = storeFor(settings, arguments.isDryRun);
+ExitStatus importDrafts(const Settings& settings, const ImportArguments& arguments, const SourceText& source,
+                        DraftedFile file) {
+    refuseTooLong(file.drafts);
+    const bool isAllBad = file.isAllBad();
+    const std::unique_ptr<Store> store = storeFor(settings, arguments.isDryRun || isAllBad);
     Duplicates known;
     if (store && !arguments.keepsDuplicates) known.addContactsOf(store->manager());
     DraftReport report(settings, file, arguments.isDryRun);
@@ -72,6 +80,7 @@ ExitStatus importDrafts(const Settings& settings, const ImportArguments& argumen
                        report);
     import.run(file.drafts);
     report.finish();
+    if (isAllBad) throw allBad(source, file.units);
     return ExitStatus::done;
 }
 
@@ -101,14 +110,14 @@ void requireSense(const ImportArguments& arguments) {
 ExitStatus import(const Settings& settings, const ImportArguments& arguments) {
     const std::vector<ColumnMapping> mappings = mappingsOf(arguments);
     requireSense(arguments);
-    const SourceText source(arguments.path, contentOf(arguments.path), arguments.encoding);
+    const SourceText source(nameOfSource(arguments.path), contentOf(arguments.path), arguments.encoding);
     switch (formatOf(arguments, source)) {
         case FileFormat::tessera:
             return importOwn(settings, arguments, source);
         case FileFormat::vcard:
-            return importDrafts(settings, arguments, draftsOfVCards(source));
+            return importDrafts(settings, arguments, source, draftsOfVCards(source));
         case FileFormat::csv:
-            return importDrafts(settings, arguments, draftsOfCsv(source, source.utf8(), mappings));
+            return importDrafts(settings, arguments, source, draftsOfCsv(source, source.utf8(), mappings));
     }
     return ExitStatus::done;
 }
@@ -122,7 +131,7 @@ void defineImport(Command& program, const Settings& settings, Action& chosen) {
          .details =
              {"FILE holds cards of a phone or another program (vCard 2.1, 3.0 or 4.0), a table with headings as "
               "other programs write it, or an export of this phone book. Which it is, and the encoding of its "
-              "text, is told by its content, unless '--format' and '--encoding' say it.",
+              "text, is told by its content, unless '--format' and '--encoding' say it. '-' is standard input.",
               "Of a file that cannot be understood nothing is imported. A card, row or line that cannot is named "
               "with the reason, and the others are imported. What has no place in a contact is named as well.",
               "Somebody of a card or a table who is known already, from the phone book or from the file, is "
@@ -130,11 +139,14 @@ void defineImport(Command& program, const Settings& settings, Action& chosen) {
               "with the same e-mail address. An export of this phone book comes back line for line.",
               "The fields for '--map' are the keys of a contact in JSON, and 'first-name', 'last-name', 'company', "
               "'number' (of no kind) and 'nothing'. A number such as +821023456789 gets a space behind its country "
-              "calling code."},
-         .examples = {"tessera import contacts.csv", "tessera import --dry-run contacts.csv"}});
+              "calling code.",
+              "Exit status: 0 what can be imported is in the phone book, 2 wrong usage, 3 none of it can be, or "
+              "the import stopped."},
+         .examples = {"tessera import contacts.csv", "tessera import --dry-run contacts.csv",
+                      "tessera export --format vcard | tessera --store copy.db import -"}});
     const auto arguments = std::make_shared<ImportArguments>();
     command.completeWithFiles(
-        command.add_option("FILE", arguments->path, "Cards, a table with headings, or an export")->required());
+        command.add_option("FILE", arguments->path, "Cards, a table with headings, or an export; or -")->required());
     command.completeWithWords(
         command.add_option("--format", arguments->format, "What the file is: vcard, csv, or tessera for an export")
             ->type_name("FORMAT"),

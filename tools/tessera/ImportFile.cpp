@@ -23,6 +23,7 @@ namespace {
 
 constexpr std::size_t columns = PhoneBook::nNumPBAttrs_ - 1;
 constexpr std::size_t bufferSize = 1 << 16;
+constexpr const char* isBlankText = "it is blank";
 
 bool holdsZero(std::u16string_view line) {
     return line.find(u'\0') != std::u16string_view::npos;
@@ -65,7 +66,7 @@ const char* whySkip(const std::vector<std::u16string_view>& values) {
         blank = false;
         lengths[column + 1] = length;
     }
-    if (blank) return "it is blank";
+    if (blank) return isBlankText;
     return canBeStored(lengths) ? nullptr : "its values together are longer than a contact can be";
 }
 
@@ -141,6 +142,16 @@ void ImportFile::take(const CString& line, int number) {
     if (const char* const why = whySkip(values); why != nullptr) return skip(number, why);
     if (std::string note = noteOn(values); !note.empty()) notes_.push_back({number, std::move(note)});
     write(withSeparatedCodes(line, values));
+}
+
+bool ImportFile::isAllBad() const {
+    int passedOver = 0;
+    bool holdsMore = false;
+    for (const SkippedLines& each : skipped_) {
+        passedOver += each.count;
+        holdsMore = holdsMore || each.why != isBlankText;
+    }
+    return holdsMore && passedOver == lines_;
 }
 
 void ImportFile::skip(int number, const char* why) {

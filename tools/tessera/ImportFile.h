@@ -36,6 +36,8 @@ public:
     int lines() const { return lines_; }
     /// In their order; the header is line 1.
     const std::vector<SkippedLines>& skipped() const { return skipped_; }
+    /// Whether there are lines in it, and none of them can be imported; blank ones do not count.
+    bool isAllBad() const;
     /// In the order of their lines, one a line at most.
     const std::vector<LineNote>& notes() const { return notes_; }
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <sys/ioctl.h>
 #include <unistd.h>
+#include <vector>
 
 #include "Failure.h"
 #include "tessera/platform/base/Unicode.h"
@@ -84,6 +85,17 @@ std::string timeOfDay(const std::tm& local) {
     }
     std::snprintf(text, sizeof text, "%02d:%02d:%02d", local.tm_hour, local.tm_min, local.tm_sec);
     return text;
+}
+
+bool readInput(std::string& bytes, std::size_t most) {
+    std::vector<char> block(std::size_t{1} << 16);
+    while (bytes.size() <= most) {
+        const ssize_t length = read(STDIN_FILENO, block.data(), block.size());
+        if (length < 0 && errno == EINTR) continue;
+        if (length <= 0) return length == 0;
+        bytes.append(block.data(), static_cast<std::size_t>(length));
+    }
+    return true;
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {

@@ -27,6 +27,10 @@ std::optional<std::time_t> momentOfLocalTime(std::tm local);
 /// The time of day as the user's locale writes it, 13:05:00 where the system does not know the locale.
 std::string timeOfDay(const std::tm& local);
 
+/// Reads all that standard input has, but no more than that many bytes and a few more. False when that cannot be done;
+/// errno says why.
+bool readInput(std::string& bytes, std::size_t most);
+
 /// Writes all of it. False when that cannot be done; errno says why.
 bool writeAll(int descriptor, std::string_view bytes);
 

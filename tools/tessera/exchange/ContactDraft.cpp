@@ -68,6 +68,11 @@ std::string ContactDraft::note() const {
     return joined(all, "; ");
 }
 
+bool DraftedFile::isAllBad() const {
+    return !drafts.empty() &&
+           std::all_of(drafts.begin(), drafts.end(), [](const ContactDraft& draft) { return !draft.problem.empty(); });
+}
+
 bool isBlank(std::u16string_view text) {
     return text.find_first_not_of(u" \t\r\n\u00A0\u3000") == std::u16string_view::npos;
 }

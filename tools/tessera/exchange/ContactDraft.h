@@ -10,6 +10,9 @@
 
 namespace Tool {
 
+/// What of an e-mail address has no place in a contact: whether it is somebody's at home or at work.
+inline constexpr const char* emailLabelText = "label of an e-mail address";
+
 /// A contact as some file describes it: what every reader makes, and what is put into the phone book.
 struct ContactDraft {
     int number = 0;  ///< Of the card in the file; 0 where a line is enough.
@@ -40,6 +43,9 @@ struct DraftedFile {
     std::vector<ContactDraft> drafts;
     std::vector<std::string> remarks;  ///< On what belongs to no one contact.
     std::string units;                 ///< What the drafts were made of: "cards" or "lines".
+
+    /// Whether there are drafts, and none of them can be a contact.
+    bool isAllBad() const;
 };
 
 bool isBlank(std::u16string_view text);

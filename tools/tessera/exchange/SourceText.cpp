@@ -37,6 +37,13 @@ std::string withoutMark(std::u16string_view text) {
     return utf8Of(text);
 }
 
+/// What the user can do about a text that is in no encoding that was tried. `guess` may be empty.
+std::string adviceOn(bool wasSaid, const std::string& guess) {
+    return std::string("; name ") + (wasSaid ? "another" : "its") + " encoding with --encoding" +
+           (guess.empty() ? "" : ", maybe " + guess) +
+           ", if it holds cards, a table or an export at all (--format vcard, csv or tessera)";
+}
+
 }  // namespace
 
 SourceText::SourceText(std::string path, std::string bytes, const std::string& encoding)
@@ -55,9 +62,11 @@ SourceText::SourceText(std::string path, std::string bytes, const std::string& e
 void SourceText::recode() {
     if (encoding_.starts_with("UTF-16") && bytes_.size() % 2 != 0)
         throw Failure(path_ + ": is cut off: UTF-16 text has an even number of bytes, not " +
-                      std::to_string(bytes_.size()));
+                      std::to_string(bytes_.size()) + adviceOn(wasSaid_, {}));
     const Decoded decoded = decode(bytes(), encoding_);
-    if (!decoded.whole) throw Failure(path_ + ": " + lineBehind(decoded.text) + " is no " + encoding_ + " text");
+    if (!decoded.whole)
+        throw Failure(path_ + ": " + lineBehind(decoded.text) + " is no " + encoding_ + " text" +
+                      adviceOn(wasSaid_, {}));
     bytes_ = withoutMark(decoded.text);
     start_ = 0;
     encoding_ = "UTF-8";
@@ -69,10 +78,8 @@ std::string SourceText::utf8() const {
     const Decoded decoded = decode(bytes(), encoding_.empty() ? "UTF-8" : encoding_);
     if (decoded.whole) return withoutMark(decoded.text);
     const std::string place = path_ + ": " + lineBehind(decoded.text);
-    if (wasSaid_) throw Failure(place + " is no " + encoding_ + " text");
-    const std::string guess = guessEncoding(bytes());
-    throw Failure(place + " is neither UTF-8, UTF-16 nor CP949 text; name its encoding with --encoding" +
-                  (guess.empty() ? std::string() : ", maybe " + guess));
+    if (wasSaid_) throw Failure(place + " is no " + encoding_ + " text" + adviceOn(true, {}));
+    throw Failure(place + " is neither UTF-8, UTF-16 nor CP949 text" + adviceOn(false, guessEncoding(bytes())));
 }
 
 }  // namespace Tool
