@@ -51,8 +51,8 @@ TEST(ToolImportCards, TakesTheCardsOfASmartphone) {
         "\"annie@example.org\" has no place and is left out\n"
         "card 3 (line 36): its number \"010-3333-5555\" has no place and is left out; its number \"02-3\" has no place "
         "and is left out\n"
-        "left out, having no place in a contact: X-ABADR (1), address (1), nickname (1), organisation (1), picture "
-        "(1), title (1)\n"
+        "left out, having no place in a contact: X-ABADR (1), address (1), label of an e-mail address (1), nickname "
+        "(1), organisation (1), picture (1), title (1)\n"
         "imported 3 of 3 cards\n");
     EXPECT_EQ(
         contactsIn(tool),
@@ -197,6 +197,18 @@ TEST(ToolImportCards, TakesTheEncodingThatIsSaid) {
     EXPECT_THAT(imported(tool, path), HasSubstr("skipped: its name is in an encoding that --encoding can name"));
     EXPECT_EQ(imported(tool, path, "--encoding", "ISO-8859-1"), "imported 1 of 1 card\n");
     EXPECT_THAT(namesIn(tool), ElementsAre("Müller"));
+}
+
+TEST(ToolImportCards, CountsTheLabelsOfEmailAddressesThatAreLeftOut) {
+    const Tool tool;
+    const auto card = [](const std::string& name, const std::string& lines) {
+        return "BEGIN:VCARD\nFN:" + name + "\n" + lines + "\nEND:VCARD\n";
+    };
+    const std::string cards = card("Anna", "EMAIL;TYPE=INTERNET,HOME:a@x") + card("Bella", "EMAIL;TYPE=WORK:b@x") +
+                              card("Clara", "item1.EMAIL:c@x\nitem1.X-ABLabel:_$!<School>!$_") +
+                              card("Dora", "EMAIL;TYPE=INTERNET;TYPE=PREF:d@x\nTEL;TYPE=HOME:1");
+    EXPECT_EQ(imported(tool, cards),
+              "left out, having no place in a contact: label of an e-mail address (3)\nimported 4 of 4 cards\n");
 }
 
 TEST(ToolImportCards, RefusesAFileThatHoldsNone) {

@@ -55,7 +55,7 @@ TEST(ToolImportTables, TakesAWebAddressBooksTable) {
         "its e-mail address \"lee@example.com\" has no place and is left out; its birthday \"--03-05\" has no year and "
         "is "
         "left out; its second mobile number \"010-7777-2222\" is kept as its business number; left out, having no "
-        "place: column \"Website 1 - Value\", organisation");
+        "place: column \"Website 1 - Value\", label of an e-mail address, organisation");
     EXPECT_EQ(objects[1]["line"], 4);
     EXPECT_EQ(objects[2], (Json{{"imported", 2}, {"lines", 2}, {"skipped", 0}, {"known", 0}}));
     EXPECT_EQ(contactsIn(tool)[0], (Json{{"name", "Lee \"Bob\" Jr, Robert"},
@@ -96,6 +96,16 @@ TEST(ToolImportTables, SkipsRowsThatTellOfNobodyAndGoesOn) {
               "line 7 skipped: stands in the file already, in line 2\n"
               "imported 2 of 5 lines; 1 known already\n");
     EXPECT_THAT(namesIn(tool), ElementsAre("Anna", "Bella"));
+}
+
+TEST(ToolImportTables, CountsTheLabelsOfEmailAddressesThatAreLeftOut) {
+    const Tool tool;
+    const Outcome outcome = tool("import", tool.file("people.csv",
+                                                     "Name,E-mail 1 - Label,E-mail 1 - Value\n"
+                                                     "Anna,* Home,a@x\nBella,Work,b@x\nClara,*,c@x\nDora,SMTP,d@x\n"
+                                                     "Emma,Home,\nFlora,,f@x\n"));
+    EXPECT_EQ(outcome.out,
+              "left out, having no place in a contact: label of an e-mail address (2)\nimported 6 of 6 lines\n");
 }
 
 TEST(ToolImportTables, TakesAnEncodingThatCannotBeRecognised) {

@@ -25,6 +25,7 @@ enum class CsvRole {
     numberValue,  ///< Of the kind that the label with the same index has.
     numberLabel,
     email,
+    emailLabel,
     birthday,
     birthYear,
     birthMonth,

@@ -47,6 +47,12 @@ std::u16string_view withoutSpreadsheetMarks(std::u16string_view number) {
     return number.starts_with(u'\'') ? number.substr(1) : number;
 }
 
+/// A star alone says that the address is preferred, and some address books name the kind of mail there.
+bool saysWhichEmail(std::u16string_view label) {
+    static constexpr std::array<std::u16string_view, 4> others = {u"*", u"SMTP", u"EX", u"INTERNET"};
+    return std::find(others.begin(), others.end(), trimmed(label)) == others.end();
+}
+
 /// "8.21012E+11": the last digits are lost.
 bool isRounded(std::u16string_view number) {
     const std::size_t mark = number.find(u"E+");
@@ -72,6 +78,7 @@ public:
         draft_.put(PhoneBook::PBDBATTR_BODY, notes_);
         putBirthdayInParts();
         putGroupAndCategories();
+        if (hasEmailLabel_ && draft_.has(PhoneBook::PBDBATTR_EMAIL)) draft_.leftOut.insert(emailLabelText);
     }
 
 private:
@@ -106,6 +113,9 @@ private:
                 break;
             case CsvRole::email:
                 takeEmails(column.index.empty() ? std::vector{text} : severalIn(text));
+                break;
+            case CsvRole::emailLabel:
+                hasEmailLabel_ = hasEmailLabel_ || saysWhichEmail(text);
                 break;
             case CsvRole::birthday:
                 draft_.putBirthday(text);
@@ -236,6 +246,7 @@ private:
     std::vector<FoundNumber> numbers_;
     std::map<std::string, Indexed, ByNumber> indexed_;
     bool hasGroupColumn_ = false;
+    bool hasEmailLabel_ = false;
 };
 
 /// Some spreadsheets tell each other the separator in a line "sep=;" of its own.

@@ -161,8 +161,8 @@ inline constexpr auto knownHeadings = std::to_array<KnownHeading>({
     {u"speeddialslots", CsvRole::field, NumberKind::other, PhoneBook::PBDBATTR_PRIVATE},
     {u"primarynumber", CsvRole::field, NumberKind::other, PhoneBook::PBDBATTR_PRIMARYTELNO},
 
-    {u"emailtype", CsvRole::passedOver},
-    {u"emaillabel", CsvRole::passedOver},
+    {u"emailtype", CsvRole::emailLabel},
+    {u"emaillabel", CsvRole::emailLabel},
     {u"emaildisplayname", CsvRole::passedOver},
 });
 

@@ -88,6 +88,12 @@ int preferenceOf(const VCardProperty& property) {
     return std::clamp(preference, 1, FoundNumber::notPreferred);
 }
 
+struct FoundEmail {
+    std::u16string address;
+    int preference;
+    bool isLabelled;
+};
+
 /// One card on its way to a draft.
 class Reading {
 public:
@@ -219,7 +225,15 @@ private:
 
     void takeEmail(const VCardProperty& property) {
         const auto address = text(property);
-        if (address) emails_.emplace_back(preferenceOf(property), *address);
+        if (address) emails_.push_back({*address, preferenceOf(property), isLabelled(property)});
+    }
+
+    /// Whether the card says which of somebody's addresses that is, as no contact does.
+    bool isLabelled(const VCardProperty& property) const {
+        const auto types = property.types();
+        const auto label = groupLabels_.find(property.group);
+        return types.contains("HOME") || types.contains("WORK") ||
+               (label != groupLabels_.end() && !isBlank(label->second));
     }
 
     /// A label belongs to the property that has the same group.
@@ -232,9 +246,11 @@ private:
 
     void putEmail() {
         std::stable_sort(emails_.begin(), emails_.end(),
-                         [](const auto& left, const auto& right) { return left.first < right.first; });
-        for (const auto& [preference, address] : emails_)
+                         [](const auto& left, const auto& right) { return left.preference < right.preference; });
+        for (const auto& [address, preference, isLabelled] : emails_) {
             draft_.putEmail(address);
+            if (isLabelled && draft_.record.strEmail1Address.view() == address) draft_.leftOut.insert(emailLabelText);
+        }
     }
 
     void tellWhatIsLeftOut() {
@@ -252,7 +268,7 @@ private:
     std::u16string notes_;
     std::vector<std::u16string> categories_;
     std::vector<FoundNumber> numbers_;
-    std::vector<std::pair<int, std::u16string>> emails_;
+    std::vector<FoundEmail> emails_;
     OwnFields own_;
 };
 
