@@ -80,6 +80,32 @@ std::vector<CString> formsOf(const CString& received) {
     return forms.take();
 }
 
+std::vector<TextRange> placesOf(std::u16string_view sought, std::u16string_view number) {
+    constexpr std::size_t nowhere = std::u16string_view::npos;
+    const std::size_t length = PhoneBook::PhoneBookDBMgr::makeCNIP(CString(number)).view().size();
+    std::u16string counted;
+    std::vector<std::size_t> places;
+    std::size_t start = 0;
+    if (number.starts_with(u'+')) {
+        counted = u"0";
+        places.push_back(nowhere);
+        start = std::min(number.find_first_of(u" -"), number.size());
+    }
+    for (std::size_t i = start; i < number.size() && counted.size() < length; ++i) {
+        if (!counts(number[i])) continue;
+        counted += number[i];
+        places.push_back(i);
+    }
+    std::vector<TextRange> ranges;
+    if (sought.empty()) return ranges;
+    for (std::size_t at = 0; (at = counted.find(sought, at)) != nowhere; at += sought.size()) {
+        const std::size_t first = places[at] == nowhere ? at + 1 : at;
+        const std::size_t last = at + sought.size() - 1;
+        if (first <= last) ranges.push_back({places[first], places[last] + 1});
+    }
+    return ranges;
+}
+
 std::size_t missingSeparator(std::u16string_view number) {
     if (!number.starts_with(u'+')) return std::u16string_view::npos;
     // The phone book takes all up to the first of these for the code.

@@ -5,7 +5,9 @@
 
 #include "Colour.h"
 #include "DisplayText.h"
+#include "Numbers.h"
 #include "TextTable.h"
+#include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
 
@@ -25,18 +27,31 @@ Row headings() {
     return row;
 }
 
-Row rowOf(const Contact& contact) {
+/// The number with all that matches the digits marked.
+Cell cellOfNumber(std::u16string_view number, const CString& digits) {
+    const auto displayed = [number](std::size_t end) { return displayable(utf8Of(number.substr(0, end))); };
+    Cell cell = displayed(number.size());
+    for (const TextRange& range : placesOf(digits.view(), number))
+        cell.marked.push_back({displayed(range.begin).size(), displayed(range.end).size()});
+    return cell;
+}
+
+Row rowOf(const Contact& contact, const CString& digits) {
     Row row{std::to_string(contact.oid)};
-    for (const auto attribute : tableAttributes)
-        row.push_back(displayable(fieldText(contact, fieldOf(attribute))));
+    for (const auto attribute : tableAttributes) {
+        const Field& field = fieldOf(attribute);
+        const bool isNumber = PhoneBook::PhoneBookDBMgr::isTelNoAttr(attribute) && contact.has(field);
+        row.push_back(isNumber ? cellOfNumber((contact.record.*field.model().text).view(), digits)
+                               : Cell(displayable(fieldText(contact, field))));
+    }
     return row;
 }
 
-void writeContactTable(const Settings& settings, std::span<const Contact> contacts) {
+void writeContactTable(const Settings& settings, std::span<const Contact> contacts, const CString& digits) {
     std::vector<Row> rows{headings()};
     rows.reserve(contacts.size() + 1);
     for (const Contact& contact : contacts)
-        rows.push_back(rowOf(contact));
+        rows.push_back(rowOf(contact, digits));
     writeTable(settings, rows);
 }
 
@@ -95,8 +110,8 @@ void writeContact(const Settings& settings, const Contact& contact) {
     }
 }
 
-void writeContacts(const Settings& settings, std::span<const Contact> contacts) {
-    if (!settings.json) return writeContactTable(settings, contacts);
+void writeContacts(const Settings& settings, std::span<const Contact> contacts, const CString& digits) {
+    if (!settings.json) return writeContactTable(settings, contacts, digits);
     std::cout << jsonText(contacts);
 }
 

@@ -29,8 +29,8 @@ void writeJson(const Json& document);
 void writeContact(const Settings& settings, const Contact& contact);
 
 /// A table of contacts, aligned by display width, without the columns that all of them leave empty; or a
-/// JSON array with an object a line.
-void writeContacts(const Settings& settings, std::span<const Contact> contacts);
+/// JSON array with an object a line. In the table the digits that were looked for stand out in all numbers.
+void writeContacts(const Settings& settings, std::span<const Contact> contacts, const CString& digits = CString());
 void writeJsonArray(std::span<const Json> elements);
 
 /// Contacts as a JSON array with an object a line.

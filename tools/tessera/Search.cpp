@@ -36,9 +36,10 @@ struct SearchArguments {
     std::vector<std::string> narrowing;
 };
 
-ExitStatus report(const Settings& settings, const std::vector<Contact>& contacts, const std::string& whatIsMissing) {
+ExitStatus report(const Settings& settings, const std::vector<Contact>& contacts, const std::string& whatIsMissing,
+                  const CString& digits = CString()) {
     if (contacts.empty()) return nothingFound(settings, whatIsMissing, Json::array());
-    writeContacts(settings, contacts);
+    writeContacts(settings, contacts, digits);
     return ExitStatus::done;
 }
 
@@ -104,7 +105,7 @@ ExitStatus number(const Settings& settings, const std::string& argument) {
         throw wrongUsage("\"" + argument + "\" holds no digits to look for, as 2345 does");
     Store store(settings, Store::WhenMissing::fail);
     return report(settings, readContacts(store.manager(), store.manager().searchPBRecordOfTelNo(nullptr, digits)),
-                  "no number holds \"" + argument + "\"");
+                  "no number holds \"" + argument + "\"", digits);
 }
 
 }  // namespace
@@ -148,11 +149,12 @@ void defineSearch(Command& program, const Settings& settings, Action& chosen) {
 }
 
 void defineNumber(Command& program, const Settings& settings, Action& chosen) {
-    Command& command =
-        program.add({.name = "number",
-                     .summary = "Find contacts by a part of one of their numbers",
-                     .details = {"Blanks and dashes do not count, neither in DIGITS nor in the numbers."},
-                     .examples = {"tessera number 2345"}});
+    Command& command = program.add(
+        {.name = "number",
+         .summary = "Find contacts by a part of one of their numbers",
+         .details = {"Blanks and dashes do not count, neither in DIGITS nor in the numbers. Where there are "
+                     "colours the digits stand out in the numbers."},
+         .examples = {"tessera number 2345"}});
     const auto digits = std::make_shared<std::string>();
     command.add_option("DIGITS", *digits, "Digits that follow one another in the number")->required();
     command.callback(

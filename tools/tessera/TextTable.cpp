@@ -33,12 +33,12 @@ std::vector<Column> columnsOf(std::span<const Row> rows) {
     std::vector<Column> columns(rows.front().size());
     for (const Row& row : rows.subspan(1)) {
         for (std::size_t i = 0; i < columns.size(); ++i) {
-            columns[i].width = std::max(columns[i].width, displayWidth(row[i]));
-            columns[i].isNumber = columns[i].isNumber && isNumber(row[i]);
+            columns[i].width = std::max(columns[i].width, displayWidth(row[i].text));
+            columns[i].isNumber = columns[i].isNumber && isNumber(row[i].text);
         }
     }
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].width != 0) columns[i].width = std::max(columns[i].width, displayWidth(rows.front()[i]));
+        if (columns[i].width != 0) columns[i].width = std::max(columns[i].width, displayWidth(rows.front()[i].text));
     }
     return columns;
 }
@@ -71,23 +71,46 @@ void fit(std::vector<Column>& columns, std::size_t width) {
     shorten(columns, width, shortestCell, true);
 }
 
-std::string alignedLine(const Row& row, const std::vector<std::size_t>& widths) {
+std::string shownText(const Cell& cell, bool hasColour) {
+    if (!hasColour || cell.marked.empty()) return cell.text;
+    std::string shown;
+    std::size_t shownUpTo = 0;
+    for (const TextRange& range : cell.marked) {
+        shown += cell.text.substr(shownUpTo, range.begin - shownUpTo);
+        shown += accented(cell.text.substr(range.begin, range.end - range.begin), Accent::match, hasColour);
+        shownUpTo = range.end;
+    }
+    return shown + cell.text.substr(shownUpTo);
+}
+
+std::string alignedLine(const Row& row, const std::vector<std::size_t>& widths, bool hasColour) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
         if (widths[i] == 0) continue;
-        const std::size_t used = displayWidth(row[i]);
-        line += row[i];
+        const std::size_t used = displayWidth(row[i].text);
+        line += shownText(row[i], hasColour);
         line.append(widths[i] - std::min(widths[i], used) + gap, ' ');
     }
     line.erase(line.find_last_not_of(' ') + 1);
     return line;
 }
 
+/// What is marked stays so as far as it is still there.
+Cell cut(const Cell& cell, std::size_t width) {
+    Cell shorter = cutToWidth(cell.text, width);
+    const auto [kept, ofCell] = std::ranges::mismatch(shorter.text, cell.text);
+    const auto length = static_cast<std::size_t>(kept - shorter.text.begin());
+    for (const TextRange& range : cell.marked) {
+        if (range.begin < length) shorter.marked.push_back({range.begin, std::min(range.end, length)});
+    }
+    return shorter;
+}
+
 Row cut(const Row& row, const std::vector<std::size_t>& widths) {
     Row cells;
     cells.reserve(row.size());
     for (std::size_t i = 0; i < row.size(); ++i)
-        cells.push_back(cutToWidth(row[i], widths[i]));
+        cells.push_back(cut(row[i], widths[i]));
     return cells;
 }
 
@@ -104,7 +127,7 @@ std::string tableText(std::span<const Row> rows, const TableLook& look) {
         widths.push_back(isLimited ? column.width : std::min(column.width, widestAligned));
     std::string text;
     for (const Row& row : rows) {
-        const std::string line = alignedLine(isLimited ? cut(row, widths) : row, widths);
+        const std::string line = alignedLine(isLimited ? cut(row, widths) : row, widths, look.hasColour);
         text += accented(line, Accent::heading, look.hasColour && &row == &rows.front()) + '\n';
     }
     return text;
@@ -116,8 +139,8 @@ void writeTable(const Settings& settings, std::span<const Row> rows) {
 
 std::string GrowingTable::lineOf(const Row& row) {
     for (std::size_t column = 0; column < widths_.size(); ++column)
-        widths_[column] = std::max(widths_[column], std::min(displayWidth(row[column]), widestAligned));
-    const std::string line = alignedLine(row, widths_);
+        widths_[column] = std::max(widths_[column], std::min(displayWidth(row[column].text), widestAligned));
+    const std::string line = alignedLine(row, widths_, false);
     return outputIsTerminal() ? cutToWidth(line, terminalWidth()) : line;
 }
 

@@ -7,13 +7,23 @@
 #include <vector>
 
 #include "Settings.h"
+#include "TextRange.h"
 
 namespace Tool {
 
-/// The cells of a line, which are displayable.
-using Row = std::vector<std::string>;
+/// A text in a table, which is displayable.
+struct Cell {
+    Cell(std::string shown) : text(std::move(shown)) {}
+    Cell(const char* shown) : text(shown) {}
 
-/// How wide a table may be, and whether its headings stand out.
+    std::string text;
+    std::vector<TextRange> marked = {};  ///< In their order, what stands out where there are colours.
+};
+
+/// The cells of a line.
+using Row = std::vector<Cell>;
+
+/// How wide a table may be, and whether its headings, and what is marked, stand out.
 struct TableLook {
     std::size_t width = 0;  ///< 0: as wide as it comes.
     bool hasColour = false;
