@@ -1,5 +1,6 @@
 // check: damage in the store's file, what does not fit together in the phone book, and mending it.
 
+#include "tests/support/Sql.h"
 #include "tests/tools/ContactsOf.h"
 #include "tests/tools/StoreFolder.h"
 #include "tests/tools/ToolTest.h"
@@ -205,6 +206,18 @@ TEST(ToolCheck, SendsToRecoverForARecordThatCannotBeRead) {
     }
     EXPECT_EQ(tool.json(1, "check")["phoneBook"], Json());
     EXPECT_THAT(tool.backups(), IsEmpty());
+}
+
+TEST(ToolCheck, SendsToRecoverAndNotToItselfForDamageThatShowsWhenItMends) {
+    const Check tool;
+    addCategoryAlone(tool, u"chess", 40);
+    testing_support::runSql(tool.store(),
+                            "CREATE TRIGGER damage BEFORE INSERT ON record "
+                            "BEGIN SELECT RAISE(ABORT, 'damaged'); END");
+    const Outcome outcome = tool("check", "--repair");
+    expectFailure(outcome, 3, "the store is damaged; save what can be read with \"tessera recover\"");
+    EXPECT_THAT(outcome.err, Not(HasSubstr("tessera check")));
+    expectFailure(tool("add", "--name", "Anna"), 3, "see how far with \"tessera check\"");
 }
 
 TEST(ToolCheck, DoesNotMakeAStoreThatIsMissing) {

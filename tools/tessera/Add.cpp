@@ -29,13 +29,13 @@ ExitStatus add(const Settings& settings, const ContactOptions& options) {
     PhoneBook::PBRecord record = recordOf(options);
     Store store(settings, Store::WhenMissing::make);
     DWORD oid = 0;
-    if (FAILED(store.manager().insertPBRecord(record, &oid)) || oid == 0) throw storeFailure(store.path());
+    if (FAILED(store.manager().insertPBRecord(record, &oid)) || oid == 0) failStore(store.path());
     if (!settings.json) {
         std::cout << "added contact " << oid << '\n';
         return ExitStatus::done;
     }
     const auto added = readContact(store.manager(), oid);
-    if (!added) throw storeFailure(store.path());
+    if (!added) failStore(store.path());
     writeContact(settings, *added);
     return ExitStatus::done;
 }

@@ -18,7 +18,7 @@ namespace {
 ExitStatus backUp(const Settings& settings, const std::string& file) {
     if (file.empty()) throw wrongUsage("FILE wants the name of a file");
     const std::string store = storePathOf(settings);
-    if (!ObjectStoreFile::backUp(store, file)) throw storeFailure(store, file);
+    if (!ObjectStoreFile::backUp(store, file)) failStore(store, file);
     if (settings.json) {
         writeJson({{"store", store}, {"backup", file}});
     } else {

@@ -81,7 +81,7 @@ LoggedCall logged(Store& store, CallEntry entry) {
     for (const DWORD oid : callOids(store.manager())) {
         if (std::find(before.begin(), before.end(), oid) == before.end()) return {oid, entry};
     }
-    throw storeFailure(store.path());
+    failStore(store.path());
 }
 
 ExitStatus logCall(const Settings& settings, const CallArguments& arguments) {

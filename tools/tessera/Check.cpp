@@ -31,7 +31,7 @@ struct CheckArguments {
 
 void checkFile(CheckReport& report) {
     const auto depth = report.full ? ObjectStoreFile::Depth::full : ObjectStoreFile::Depth::quick;
-    if (!ObjectStoreFile::check(report.store, depth, report.file)) throw storeFailure(report.store);
+    if (!ObjectStoreFile::check(report.store, depth, report.file)) failStore(report.store);
 }
 
 /// The local time as 20261121-103015.
@@ -70,16 +70,25 @@ void checkPhoneBook(const Settings& settings, const CheckArguments& arguments, C
         return;
     }
     // A record can be damaged in a file that is whole: a quick look does not see that.
-    if (GetLastError() != ERROR_FILE_CORRUPT) throw storeFailure(report.store);
+    if (GetLastError() != ERROR_FILE_CORRUPT) failStore(report.store);
     report.phoneBook.reset();
     report.file.push_back(storeErrorText(report.store));
 }
 
-ExitStatus check(const Settings& settings, const CheckArguments& arguments) {
-    CheckReport report{.store = storePathOf(settings), .full = arguments.full};
+void checkAll(const Settings& settings, const CheckArguments& arguments, CheckReport& report) {
     checkFile(report);
     // To open a damaged store could make it worse.
     if (report.file.empty()) checkPhoneBook(settings, arguments, report);
+}
+
+ExitStatus check(const Settings& settings, const CheckArguments& arguments) {
+    CheckReport report{.store = storePathOf(settings), .full = arguments.full};
+    try {
+        checkAll(settings, arguments, report);
+    } catch (const DamagedStore& damaged) {  // whose advice is to do what has just been done
+        throw Failure(damaged.why() +
+                      R"(; save what can be read with "tessera recover", or take a backup in its place)");
+    }
     return writeReport(settings, report);
 }
 

@@ -53,7 +53,7 @@ ExitStatus edit(const Settings& settings, const EditArguments& arguments) {
         return ExitStatus::done;
     }
     const auto changed = readContact(store.manager(), oid);
-    if (!changed) throw storeFailure(store.path());
+    if (!changed) failStore(store.path());
     writeContact(settings, *changed);
     return ExitStatus::done;
 }

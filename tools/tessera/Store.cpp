@@ -30,7 +30,6 @@ struct Advice {
 };
 
 constexpr Advice advices[] = {
-    {ERROR_FILE_CORRUPT, R"(; see how far with "tessera check", and save what can be read with "tessera recover")"},
     {ERROR_LOCK_VIOLATION, "; try again when that is done"},
     {ERROR_REVISION_MISMATCH, "; use that version or a newer one"},
     {ERROR_BAD_FORMAT, "; name the phone book's file with --store or TESSERA_STORE"},
@@ -53,15 +52,21 @@ std::string storeErrorText(const std::string& path, const std::string& made) {
     return namesFile ? text : path + ": " + text;
 }
 
-Failure storeFailure(const std::string& path) {
-    return storeFailure(path, path);
+void failStore(const std::string& path) {
+    failStore(path, path);
 }
 
-Failure storeFailure(const std::string& path, const std::string& made) {
+void failStore(const std::string& path, const std::string& made) {
+    const std::string why = storeErrorText(path, made);
+    if (ObjectStore::errorText().empty()) throw Failure(why);
+    if (GetLastError() == ERROR_FILE_CORRUPT) throw DamagedStore(why);
     const auto* const advice = std::ranges::find(advices, GetLastError(), &Advice::error);
-    const bool hasSentence = !ObjectStore::errorText().empty();
-    return Failure(storeErrorText(path, made) + (hasSentence && advice != std::end(advices) ? advice->text : ""));
+    throw Failure(why + (advice != std::end(advices) ? advice->text : ""));
 }
+
+DamagedStore::DamagedStore(const std::string& why)
+    : Failure(why + R"(; see how far with "tessera check", and save what can be read with "tessera recover")"),
+      why_(why) {}
 
 Store::Store(const Settings& settings, WhenMissing whenMissing) : path_(storePathOf(settings)) {
     if (whenMissing == WhenMissing::fail && isMissing(path_)) throw noPhoneBook(path_);
@@ -69,7 +74,7 @@ Store::Store(const Settings& settings, WhenMissing whenMissing) : path_(storePat
     manager_ = std::make_unique<PhoneBook::PhoneBookDBMgr>();
     if (SUCCEEDED(manager_->openDB(nullptr))) return;
     // A store that another program made may be without a phone book; anything else is an error.
-    if (GetLastError() != ERROR_FILE_NOT_FOUND) throw storeFailure(path_);
+    if (GetLastError() != ERROR_FILE_NOT_FOUND) failStore(path_);
     if (whenMissing == WhenMissing::fail) throw noPhoneBook(path_);
     makePhoneBook();
 }
@@ -80,11 +85,11 @@ Store::~Store() {
 }
 
 void Store::mount() {
-    if (!ObjectStore::mount(path_)) throw storeFailure(path_);
+    if (!ObjectStore::mount(path_)) failStore(path_);
 }
 
 void Store::require(bool done) const {
-    if (!done) throw storeFailure(path_);
+    if (!done) failStore(path_);
 }
 
 void Store::makePhoneBook() {

@@ -16,6 +16,18 @@ public:
     using Failure::Failure;
 };
 
+/// The store is damaged.
+class DamagedStore : public Failure {
+public:
+    explicit DamagedStore(const std::string& why);
+
+    /// The same without what the user can do about it.
+    const std::string& why() const { return why_; }
+
+private:
+    std::string why_;
+};
+
 /// The phone book, open while this lives.
 class Store {
 public:
@@ -69,8 +81,8 @@ std::string storePathOf(const Settings& settings);
 std::string storeErrorText(const std::string& path);
 /// The same where another file was made of it: the sentence can be about that one.
 std::string storeErrorText(const std::string& path, const std::string& made);
-/// The same as the end of a command, with what the user can do about it.
-Failure storeFailure(const std::string& path);
-Failure storeFailure(const std::string& path, const std::string& made);
+/// Throws the same as a Failure, with what the user can do about it: a DamagedStore if it is that.
+[[noreturn]] void failStore(const std::string& path);
+[[noreturn]] void failStore(const std::string& path, const std::string& made);
 
 }  // namespace Tool
