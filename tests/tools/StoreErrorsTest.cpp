@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include "tests/tools/ContactsOf.h"
 #include "tests/tools/ToolTest.h"
 
 using namespace tool_test;
@@ -87,6 +88,20 @@ TEST(ToolStore, MayHaveANameInAnyScript) {
     const std::string store = (tool / "전화번호부 \x1B.db").string();
     EXPECT_EQ(tool("--store", store, "add", "--name", "Anna").status, 0);
     EXPECT_TRUE(std::filesystem::exists(store));
+}
+
+TEST(ToolStore, ThatAnotherProgramWritesToIsToBeTriedAgain) {
+    const Tool tool;
+    tool("add", "--name", "Anna");
+    asAnotherProgram(tool, [&] {
+        const ObjectStoreBatch writing;
+        ASSERT_TRUE(writing.begun());
+        const Outcome outcome = tool("add", "--name", "Bella");
+        expectFailure(outcome, 3, tool.store().string() + ": another program (tool_tests, process ");
+        EXPECT_THAT(outcome.err,
+                    ::testing::EndsWith("is writing to it; gave up after 10 s; try again when that is done\n"));
+    });
+    EXPECT_EQ(tool("add", "--name", "Bella").status, 0);
 }
 
 TEST(ToolStore, OfAnotherProgramGetsAPhoneBookFromInitAlone) {

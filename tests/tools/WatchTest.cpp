@@ -245,6 +245,38 @@ TEST(ToolWatch, ShowsWhatMightUpsetATerminalInPlainText) {
     EXPECT_EQ(Json::parse(line)["name"], "김\x1b[2J\xc2\x9b\n수");
 }
 
+TEST(ToolWatch, CutsItsLinesToTheTerminal) {
+    const Watched tool;
+    Watch stream(tool.command({"watch"}));
+    Command onTerminal = tool.command({"watch"});
+    onTerminal.outputToTerminal = true;
+    onTerminal.terminalColumns = 70;
+    onTerminal.environment["COLUMNS"] = "";
+    Watch watch(onTerminal);
+    for (const std::string& name :
+         {std::string(60, 'x'), std::string("김민수김민수김민수김민수김민수"), std::string("Anna")}) {
+        tool.added(name);
+        const std::string whole = stream.line();
+        const std::string cut = watch.line();  // which the terminal ends with a carriage return
+
+        ASSERT_TRUE(cut.ends_with('\r'));
+        EXPECT_TRUE(whole.ends_with(name)) << whole;
+        const std::string shown = cut.substr(0, cut.size() - 1);
+        if (name == "Anna") {
+            EXPECT_EQ(shown, whole);
+            continue;
+        }
+        ASSERT_TRUE(shown.ends_with("…")) << shown;
+        const std::string kept = shown.substr(0, shown.size() - std::string("…").size());
+        EXPECT_TRUE(whole.starts_with(kept));
+        // The columns before the name are ASCII: what is left of it fills the terminal but for half a character.
+        const std::size_t place = whole.find(name);
+        const bool isWide = name.front() != 'x';
+        const std::size_t width = place + (kept.size() - place) * (isWide ? 2 : 3) / 3 + 1;
+        EXPECT_THAT(width, ::testing::AnyOf(70u, isWide ? 69u : 70u)) << shown;
+    }
+}
+
 TEST(ToolWatch, GivesAContactWithCategoriesItsGroupBeforeItTells) {
     const Watched tool;
     Watch watch(tool.watching());

@@ -146,7 +146,7 @@ void defineImport(Command& program, const Settings& settings, Action& chosen) {
                       "tessera export --format vcard | tessera --store copy.db import -"}});
     const auto arguments = std::make_shared<ImportArguments>();
     command.completeWithFiles(
-        command.add_option("FILE", arguments->path, "Cards, a table with headings, or an export; or -")->required());
+        command.add_option("FILE", arguments->path, "Cards, a table with headings, or an export")->required());
     command.completeWithWords(
         command.add_option("--format", arguments->format, "What the file is: vcard, csv, or tessera for an export")
             ->type_name("FORMAT"),

@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::size_t columns = PhoneBook::nNumPBAttrs_ - 1;
 constexpr std::size_t bufferSize = 1 << 16;
-constexpr const char* isBlankText = "it is blank";
+constexpr const char* blankText = "it is blank";
 
 bool holdsZero(std::u16string_view line) {
     return line.find(u'\0') != std::u16string_view::npos;
@@ -66,7 +66,7 @@ const char* whySkip(const std::vector<std::u16string_view>& values) {
         blank = false;
         lengths[column + 1] = length;
     }
-    if (blank) return isBlankText;
+    if (blank) return blankText;
     return canBeStored(lengths) ? nullptr : "its values together are longer than a contact can be";
 }
 
@@ -149,7 +149,7 @@ bool ImportFile::isAllBad() const {
     bool holdsMore = false;
     for (const SkippedLines& each : skipped_) {
         passedOver += each.count;
-        holdsMore = holdsMore || each.why != isBlankText;
+        holdsMore = holdsMore || std::string_view(each.why) != blankText;
     }
     return holdsMore && passedOver == lines_;
 }
