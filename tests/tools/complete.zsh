@@ -1,5 +1,6 @@
-# Types lines into an interactive zsh, completes each, and prints what has become of it.
-# zsh -f complete.zsh COMPLETIONS LINE...     COMPLETIONS is a folder; ZDOTDIR one of the shell's own, empty at first.
+# Types lines into an interactive shell, completes each, and prints what has become of it.
+# zsh -f complete.zsh bash|zsh COMPLETIONS LINE...     COMPLETIONS is the folder of zsh's, or the file of bash's; ZDOTDIR
+# is a folder of the shell's own, empty at first.
 zmodload zsh/zpty
 
 cat >$ZDOTDIR/.zshrc <<'end'
@@ -15,10 +16,23 @@ bindkey '^T' show
 bindkey '^U' kill-whole-line
 end
 
-export COMPLETIONS=$1
-zpty shell zsh -i
+cat >$ZDOTDIR/.bashrc <<'end'
+PS1='<ready>' PS2=
+source "$COMPLETIONS"
+show() { printf '<%s>\n' "$READLINE_LINE"; }
+bind 'set enable-bracketed-paste off'
+bind '"\C-u": kill-whole-line'
+bind -x '"\C-t": show'
+end
+
+shell=$1
+export COMPLETIONS=$2
+case $shell in
+    zsh) zpty shell zsh -i ;;
+    bash) zpty shell bash --noprofile --rcfile $ZDOTDIR/.bashrc -i ;;
+esac
 zpty -r shell ready '*<ready>*'
-for typed in "${@:2}"; do
+for typed in "${@:3}"; do
     zpty -w -n shell "$typed"$'\t\C-t\C-u'
     zpty -r shell line '*<tessera*>*'
     print -r -- "${${line##*<}%>*}"

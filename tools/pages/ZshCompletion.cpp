@@ -7,6 +7,20 @@ namespace Pages {
 
 namespace {
 
+// The functions are called one by the other, each with what is left of the line: the first keeps all of it.
+constexpr const char* namesReader = R"zsh(
+# Offers the names of the kind in the last argument that the phone book has; those before are for compadd.
+_tessera_names() {
+    local -a names store
+    local at=${_tessera_line[(I)--store]} joined=${_tessera_line[(R)--store=*]}
+    ((at)) && store=(--store ${~${(Q)_tessera_line[at + 1]}})
+    [[ -n $joined ]] && store=(--store ${~${(Q)joined#--store=}})
+    names=(${(f)"$(command ${~${(Q)_tessera_line[1]}} $store candidates $argv[-1] -- "${(Q)PREFIX}" 2>/dev/null)"})
+    compadd "${(@)argv[1,-2]}" -a names
+}
+
+)zsh";
+
 /// Between single quotes, where nothing but they mean anything to the shell.
 std::string shellQuoted(const std::string& text) {
     std::string result = "'";
@@ -18,6 +32,7 @@ std::string shellQuoted(const std::string& text) {
 std::string actionOf(const Command& command, const CLI::Option* option) {
     const Tool::Completion completion = command.completionOf(option);
     if (completion.isFile) return "_files";
+    if (!completion.names.empty()) return "_tessera_names " + completion.names;
     return completion.words.empty() ? " " : '(' + joined(completion.words) + ')';
 }
 
@@ -76,8 +91,8 @@ std::string functionOfFamily(const Command& family) {
     }
     return functions + functionNameOf(family) +
            "() {\n"
-           "    local curcontext=$curcontext state line ret=1\n"
-           "    local -a commands=(\n" +
+           "    local curcontext=$curcontext state line ret=1\n" +
+           (family.path().empty() ? "    local -a _tessera_line=($words)\n" : "") + "    local -a commands=(\n" +
            commands +
            "    )\n"
            "    _arguments -C $_tessera_everywhere '1: :->command' '*:: :->rest' && ret=0\n"
@@ -109,7 +124,7 @@ std::string zshCompletion(const Command& program) {
            "# Completion of tessera's command line for zsh, made from the commands that tessera has.\n"
            "\n"
            "typeset -ga _tessera_everywhere=(\n" +
-           optionsEverywhere(program) + ")\n\n" + functionsOf(program) + "_tessera \"$@\"\n";
+           optionsEverywhere(program) + ")\n" + namesReader + functionsOf(program) + "_tessera \"$@\"\n";
 }
 
 }  // namespace Pages

@@ -176,8 +176,9 @@ void defineLog(CommandFamily<CallArguments>& family) {
            "When it was: 2026-11-21T10:30, local, or with Z or +09:00 behind it; now without it")
         ->type_name("TIME");
     log.add_option("--duration", arguments.duration, "How many seconds it took")->type_name("N");
-    log.add_option("--name", arguments.name, "Whose contact to look for before the number's; kept if withheld")
-        ->type_name("TEXT");
+    CLI::Option* name =
+        log.add_option("--name", arguments.name, "Whose contact to look for before the number's; kept if withheld");
+    log.completeWithNames(name->type_name("TEXT"), Completion::persons);
     log.add_option("--cnap", arguments.cnap, "The name that the network gave")->type_name("TEXT");
     log.add_option("--cdnip", arguments.cdnip, "A second number")->type_name("TEXT");
 }

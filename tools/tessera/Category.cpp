@@ -130,9 +130,14 @@ void defineCategory(Command& program, const Settings& settings, Action& chosen) 
                      "into step with all of them."},
          .examples = {"tessera category list", "tessera category add 동호회"}});
     CategoryArguments& arguments = family.arguments();
-    const auto addNamed = [&](const CommandText& text, auto run) -> Command& {
+    const auto addNewName = [&](const CommandText& text, auto run) -> Command& {
         Command& command = family.add(text, run);
         command.add_option("NAME", arguments.name, "The category's name")->required();
+        return command;
+    };
+    const auto addNamed = [&](const CommandText& text, auto run) -> Command& {
+        Command& command = addNewName(text, run);
+        command.completeWithNames(command.get_option("NAME"), Completion::categories);
         return command;
     };
 
@@ -141,11 +146,11 @@ void defineCategory(Command& program, const Settings& settings, Action& chosen) 
                 .details = {"The categories are listed in the order of their names."},
                 .examples = {"tessera category list"}},
                listCategories);
-    addNamed({.name = "add",
-              .summary = "Add a category, and its group",
-              .details = {"A group of that name that has no category becomes the group of this one."},
-              .examples = {"tessera category add 동호회"}},
-             addCategory);
+    addNewName({.name = "add",
+                .summary = "Add a category, and its group",
+                .details = {"A group of that name that has no category becomes the group of this one."},
+                .examples = {"tessera category add 동호회"}},
+               addCategory);
     Command& rename = addNamed({.name = "rename",
                                 .summary = "Rename a category in all contacts that carry it, and its group",
                                 .details = {"The other categories of the contacts stay as they are."},

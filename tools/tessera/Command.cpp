@@ -53,9 +53,15 @@ Command& Command::add(const CommandText& text) {
     return *command;
 }
 
+Command& Command::addHidden(const CommandText& text) {
+    Command& command = add(text);
+    command.group("");
+    return command;
+}
+
 std::vector<const Command*> Command::commands() const {
     std::vector<const Command*> below;
-    for (const CLI::App* app : get_subcommands([](const CLI::App*) { return true; }))
+    for (const CLI::App* app : get_subcommands([](const CLI::App* each) { return !each->get_group().empty(); }))
         below.push_back(dynamic_cast<const Command*>(app));
     return below;
 }

@@ -18,8 +18,14 @@ struct CommandText {
 
 /// What an argument or the value of an option can be, as far as a shell can complete it.
 struct Completion {
+    // The kinds of what a phone book has names for, as 'candidates' knows them.
+    static constexpr const char* persons = "persons";
+    static constexpr const char* groups = "groups";
+    static constexpr const char* categories = "categories";
+
     bool isFile = false;
     std::vector<std::string> words = {};
+    std::string names = {};  ///< One of the kinds: the phone book says which there are. Empty: none.
 };
 
 /// A command of the tool, a family of them, or the tool itself.
@@ -30,15 +36,18 @@ public:
 
     /// Adds a command below this one, which owns it.
     Command& add(const CommandText& text);
+    /// The same for one that programs call: nobody is told of it.
+    Command& addHidden(const CommandText& text);
 
     const CommandText& text() const { return text_; }
-    /// The commands below, in the order in which they were added.
+    /// The commands below that people are told of, in the order in which they were added.
     std::vector<const Command*> commands() const;
     /// What is typed behind "tessera" for it: "speed-dial set".
     std::string path() const;
 
     /// Says what an option of this command can be; those of which nothing is said can be anything.
     void completeWithFiles(const CLI::Option* option) { completions_[option] = {.isFile = true}; }
+    void completeWithNames(const CLI::Option* option, const char* kind) { completions_[option] = {.names = kind}; }
     void completeWithWords(const CLI::Option* option, const std::vector<std::string>& words) {
         completions_[option] = {.words = words};
     }

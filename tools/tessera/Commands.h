@@ -34,6 +34,7 @@ void defineCall(Command& program, const Settings& settings, Action& chosen);
 void defineCheck(Command& program, const Settings& settings, Action& chosen);
 void defineBackup(Command& program, const Settings& settings, Action& chosen);
 void defineRecover(Command& program, const Settings& settings, Action& chosen);
+void defineCandidates(Command& program, const Settings& settings, Action& chosen);
 void defineWatch(Command& program, const Settings& settings, Action& chosen);
 
 }  // namespace Tool

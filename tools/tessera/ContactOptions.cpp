@@ -89,10 +89,10 @@ void takeOut(PBRecord& record, const Option& option) {
 void ContactOptions::define(Command& command) {
     static_assert(options.size() == count);
     for (std::size_t i = 0; i < count; ++i) {
-        command
-            .add_option_function<std::string>(
-                options[i].name, [this, i](const std::string& value) { values_[i] = value; }, options[i].description)
-            ->type_name(options[i].valueName);
+        CLI::Option* option = command.add_option_function<std::string>(
+            options[i].name, [this, i](const std::string& value) { values_[i] = value; }, options[i].description);
+        option->type_name(options[i].valueName);
+        if (options[i].attribute == PhoneBook::PBDBATTR_GROUP) command.completeWithNames(option, Completion::groups);
     }
 }
 

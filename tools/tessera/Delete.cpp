@@ -73,6 +73,7 @@ void defineDelete(Command& program, const Settings& settings, Action& chosen) {
          .examples = {"tessera delete 15 17", "tessera delete 김민수", "tessera delete --all --yes"}});
     const auto arguments = std::make_shared<DeleteArguments>();
     CLI::Option* persons = command.add_option("PERSON", arguments->persons, personText);
+    command.completeWithNames(persons, Completion::persons);
     CLI::Option* all = command.add_flag("--all", arguments->all, "Delete every contact; asks first")->excludes(persons);
     command.add_flag("--yes", arguments->yes, "Do not ask")->needs(all);
     command.callback([&settings, &chosen, arguments] {

@@ -68,7 +68,8 @@ void defineEdit(Command& program, const Settings& settings, Action& chosen) {
                      "group that it had; its other categories stay, behind the group."},
          .examples = {"tessera edit 15 --home \"\" --group family", "tessera edit 김민수 --email minsu@example.com"}});
     const auto arguments = std::make_shared<EditArguments>();
-    command.add_option("PERSON", arguments->person, personText)->required();
+    command.completeWithNames(command.add_option("PERSON", arguments->person, personText)->required(),
+                              Completion::persons);
     arguments->options.define(command);
     command.callback(
         [&settings, &chosen, arguments] { chosen = [&settings, arguments] { return edit(settings, *arguments); }; });

@@ -207,9 +207,14 @@ void defineGroup(Command& program, const Settings& settings, Action& chosen) {
          .details = {"A group follows the contact category of its name."},
          .examples = {"tessera group list", "tessera group ring 가족 --call bells.mp3"}});
     GroupArguments& arguments = family.arguments();
-    const auto addNamed = [&](const CommandText& text, auto run) -> Command& {
+    const auto addNewName = [&](const CommandText& text, auto run) -> Command& {
         Command& command = family.add(text, run);
         command.add_option("NAME", arguments.name, "The group's name")->required();
+        return command;
+    };
+    const auto addNamed = [&](const CommandText& text, auto run) -> Command& {
+        Command& command = addNewName(text, run);
+        command.completeWithNames(command.get_option("NAME"), Completion::groups);
         return command;
     };
 
@@ -218,11 +223,11 @@ void defineGroup(Command& program, const Settings& settings, Action& chosen) {
                 .details = {"The groups are listed in the order of their names."},
                 .examples = {"tessera group list"}},
                listGroups);
-    addNamed({.name = "add",
-              .summary = "Add a group, and its category",
-              .details = {"A category of that name that has no group becomes the category of this one."},
-              .examples = {"tessera group add 동호회"}},
-             addGroup);
+    addNewName({.name = "add",
+                .summary = "Add a group, and its category",
+                .details = {"A category of that name that has no group becomes the category of this one."},
+                .examples = {"tessera group add 동호회"}},
+               addGroup);
     Command& rename = addNamed({.name = "rename",
                                 .summary = "Rename a group; its members stay in it",
                                 .details = {"Its category is renamed as well, in every contact that carries it."},

@@ -11,7 +11,7 @@ namespace {
 constexpr auto define = {defineInit,     defineImport,    defineExport, defineAdd,      defineEdit,
                          defineDelete,   defineShow,      defineList,   defineSearch,   defineNumber,
                          defineIdentify, defineSpeedDial, defineGroup,  defineCategory, defineCall,
-                         defineWatch,    defineCheck,     defineBackup, defineRecover};
+                         defineWatch,    defineCheck,     defineBackup, defineRecover,  defineCandidates};
 
 Settings::Colour colourArgument(const std::string& when) {
     if (when == "auto") return Settings::Colour::automatic;

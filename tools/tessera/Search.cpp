@@ -123,6 +123,7 @@ void defineList(Command& program, const Settings& settings, Action& chosen) {
     CLI::Option* prefix = command.add_option("--prefix", arguments->prefix, "Only whose name begins so, in any case");
     group->type_name("NAME")->excludes(noGroup)->excludes(prefix);
     prefix->type_name("TEXT")->excludes(noGroup);
+    command.completeWithNames(group, Completion::groups);
     arguments->groupGiven = group;
     arguments->prefixGiven = prefix;
     command.callback(

@@ -30,7 +30,7 @@ void defineShow(Command& program, const Settings& settings, Action& chosen) {
                      .details = {"What the contact lacks is left out."},
                      .examples = {"tessera show 15", "tessera show 김민수", "tessera show 010-2345-6789"}});
     const auto person = std::make_shared<std::string>();
-    command.add_option("PERSON", *person, personText)->required();
+    command.completeWithNames(command.add_option("PERSON", *person, personText)->required(), Completion::persons);
     command.callback(
         [&settings, &chosen, person] { chosen = [&settings, person] { return show(settings, *person); }; });
 }

@@ -232,7 +232,7 @@ void defineSpeedDial(Command& program, const Settings& settings, Action& chosen)
                     .examples = {"tessera speed-dial set 5 15 mobile", "tessera speed-dial set 6 김민수 mobile"}},
                    setSlot);
     set.add_option("SLOT", arguments.slot, "The slot; who has it loses it")->required();
-    set.add_option("PERSON", arguments.person, personText)->required();
+    set.completeWithNames(set.add_option("PERSON", arguments.person, personText)->required(), Completion::persons);
     CLI::Option* number =
         set.add_option("NUMBER", arguments.type, "Which number: mobile, home or business")->required();
     set.completeWithWords(number, {"mobile", "home", "business"});
