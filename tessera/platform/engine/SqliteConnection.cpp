@@ -1,6 +1,7 @@
 #include "tessera/platform/engine/SqliteConnection.h"
 
 #include <algorithm>
+#include <system_error>
 #include <thread>
 
 #include <sqlite3.h>
@@ -148,6 +149,7 @@ void SqliteConnection::copyTo(SqliteConnection& target) {
     if (copying == nullptr) throw target.failureOf(sqlite3_errcode(target.database_.get()));
     const int result = sqlite3_backup_step(copying, allPages);
     const int finished = sqlite3_backup_finish(copying);
+    if (result == SQLITE_FULL) throw target.failureOf(result);  // to be read takes no room
     if (result != SQLITE_DONE) throw failureOf(result);
     target.check(finished);
 }
@@ -171,8 +173,14 @@ SqliteFailure SqliteConnection::failureOf(int result) const {
     const auto found = std::find_if(troubles.begin(), troubles.end(),
                                     [&](const Trouble& trouble) { return trouble.result == primary; });
     if (found == troubles.end()) return failure(ERROR_GEN_FAILURE, sqlite3_errstr(result));
+    if (primary == SQLITE_CANTOPEN) return failure(found->error, found->sentence + systemReason());
     if (primary != SQLITE_BUSY) return failure(found->error, found->sentence);
     return failure(found->error, writerAtWork() + " is writing to it; gave up after " + spell(writerWait_));
+}
+
+std::string SqliteConnection::systemReason() const {
+    const int error = sqlite3_system_errno(database_.get());
+    return error == 0 ? "" : ": " + std::system_category().message(error);
 }
 
 std::string SqliteConnection::writerAtWork() const {

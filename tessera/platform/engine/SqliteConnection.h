@@ -77,6 +77,8 @@ private:
     };
 
     static int waitForWriter(void* connection, int attempts);
+    /// What the system said of a file that SQLite could not open, behind a sentence of ours.
+    std::string systemReason() const;
     std::string writerAtWork() const;
     sqlite3_stmt* prepared(Sql statement);
     void check(int result) const;

@@ -44,6 +44,34 @@ namespace fs = std::filesystem;
     return setStoreError(ERROR_ALREADY_EXISTS, nameOf(file) + ": there is a file of this name");
 }
 
+/// What a store cannot be made for, behind a sentence that says so; "" where no more is known.
+std::string reasonOf(DWORD error) {
+    switch (error) {
+        case ERROR_FILE_NOT_FOUND:
+            return ": there is no such folder";
+        case ERROR_ACCESS_DENIED:
+            return ": its folder may not be written";
+        case ERROR_DISK_FULL:
+            return ": the disk is full";
+        default:
+            return "";
+    }
+}
+
+/// What was said of the file that a store is made in, said of the name that the store is to have.
+std::string saidOf(const fs::path& file, const fs::path& made, std::string text) {
+    const std::string name = nameOf(made);
+    if (text.starts_with(name)) text.replace(0, name.size(), nameOf(file));
+    return text;
+}
+
+/// Whether a closed store has a part of it in a log still: SQLite says nothing when the disk has no room for what it
+/// brings into the file at the end, and the file alone would be a damaged store.
+bool keepsLog(const fs::path& file) {
+    std::error_code none;
+    return fs::exists(file.string() + "-wal", none);
+}
+
 /// Removes a store that was not finished, and what SQLite left beside it.
 void removeStore(const fs::path& file) {
     std::error_code ignored;
@@ -85,19 +113,24 @@ DWORD makeStoreFile(const fs::path& file, const std::function<void(const fs::pat
     if (const DWORD error = refuseForeignLog(file)) return error;
     fs::path made;
     if (const DWORD error = port::makePrivateFileBeside(file, made))
-        return setStoreError(error, nameOf(file) + ": the store cannot be made in this folder");
+        return setStoreError(error, nameOf(file) + ": the store cannot be made" + reasonOf(error));
     try {
         fill(made);
     } catch (const SqliteFailure& failure) {
         removeStore(made);
-        return setStoreError(failure.error, failure.text);
+        return setStoreError(failure.error, saidOf(file, made, failure.text));
     } catch (...) {
         removeStore(made);
         throw;
     }
+    if (keepsLog(made)) {
+        removeStore(made);
+        return setStoreError(ERROR_DISK_FULL, nameOf(file) + ": the store cannot be made" + reasonOf(ERROR_DISK_FULL));
+    }
     const DWORD error = port::publishFile(made, file);
     if (error == ERROR_ALREADY_EXISTS) return refuseTakenName(file);
-    return error == ERROR_SUCCESS ? error : setStoreError(error, nameOf(file) + ": the store cannot be made");
+    return error == ERROR_SUCCESS ? error
+                                  : setStoreError(error, nameOf(file) + ": the store cannot be made" + reasonOf(error));
 }
 
 }  // namespace Platform

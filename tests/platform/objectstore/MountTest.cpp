@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <fstream>
+#include <sys/resource.h>
 #include <thread>
 
 #include "tessera/platform/objectstore/ObjectStore.h"
@@ -33,6 +34,22 @@ public:
 private:
     const char* name_;
     std::optional<std::string> before_;
+};
+
+/// While this lives the process can open no file.
+class NoMoreFiles {
+public:
+    NoMoreFiles() {
+        getrlimit(RLIMIT_NOFILE, &former_);
+        const rlimit none{0, former_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &former_); }
+    NoMoreFiles(const NoMoreFiles&) = delete;
+    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+
+private:
+    rlimit former_{};
 };
 
 TEST(Mount, MakesTheStoreWhereThereIsNone) {
@@ -148,6 +165,16 @@ TEST(Mount, FileThatIsNoStoreIsRefusedByNameAndLeftUntouched) {
     EXPECT_EQ(GetLastError(), ERROR_BAD_FORMAT);
     EXPECT_NE(ObjectStore::errorText().find("notes.txt"), std::string::npos) << ObjectStore::errorText();
     EXPECT_EQ(readFile(file), content);
+}
+
+TEST(Mount, SaysWhyTheSystemDoesNotOpenTheFile) {
+    const TemporaryStore store;
+    ObjectStore::unmount();
+    {
+        const NoMoreFiles none;
+        EXPECT_FALSE(ObjectStore::mount(store.path(), quickOptions()));
+    }
+    EXPECT_EQ(ObjectStore::errorText(), store.path() + ": it cannot be opened: Too many open files");
 }
 
 TEST(Mount, FolderIsRefused) {
