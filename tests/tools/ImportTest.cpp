@@ -352,3 +352,18 @@ TEST(ToolImport, KeepsPeopleApartFromOtherUsersOfTheMachine) {
     ASSERT_EQ(stat(tool.store().c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600u);
 }
+
+// A shell can take a program's room away, the signal for that ignored.
+TEST(ToolImport, NamesTheFolderThatHasNoRoomForItsWorkingFile) {
+    const Tool tool;
+    tool("init");
+    const std::string people = tool.file("people.csv", utf16Bytes(threePeople));
+    auto command = tool.command({"-c", "trap '' XFSZ; ulimit -f 0; exec " TESSERA_TOOL " import '" + people + "'"});
+    command.program = "/bin/sh";
+    command.environment["TMPDIR"] = tool.store().parent_path().string();
+    expectFailure(run(command), 3,
+                  command.environment["TMPDIR"] + ": cannot write a temporary file here: File too large");
+    command.environment["TMPDIR"] = "/proc";
+    expectFailure(run(command), 3, "name another folder with TMPDIR");
+    EXPECT_EQ(tool.json(0, "list"), Json::array());
+}

@@ -18,8 +18,9 @@ namespace Tool {
 
 namespace {
 
-Failure temporaryFileFailure(const std::string& path) {
-    return Failure(path + ": cannot write a temporary file: " + std::strerror(errno));
+Failure temporaryFileFailure(const std::string& folder) {
+    return Failure(folder + ": cannot write a temporary file here: " + std::strerror(errno) +
+                   "; name another folder with TMPDIR");
 }
 
 /// The file that a path leads to: a link stays, and what it points at is replaced.
@@ -110,11 +111,11 @@ bool writeAll(int descriptor, std::string_view bytes) {
 
 PrivateFile::PrivateFile() {
     std::error_code error;
-    const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+    folder_ = std::filesystem::temp_directory_path(error).string();
     if (error) throw Failure("there is no folder for temporary files: " + error.message());
-    path_ = (folder / "tessera-import-XXXXXX").string();
+    path_ = (std::filesystem::path(folder_) / "tessera-import-XXXXXX").string();
     descriptor_ = mkostemp(path_.data(), O_CLOEXEC);
-    if (descriptor_ < 0) throw temporaryFileFailure(folder.string());
+    if (descriptor_ < 0) throw temporaryFileFailure(folder_);
     const std::string withoutName = "/dev/fd/" + std::to_string(descriptor_);
     if (access(withoutName.c_str(), R_OK) != 0) return;
     unlink(path_.c_str());
@@ -128,7 +129,7 @@ PrivateFile::~PrivateFile() {
 }
 
 void PrivateFile::append(std::string_view bytes) {
-    if (!writeAll(descriptor_, bytes)) throw temporaryFileFailure(path_);
+    if (!writeAll(descriptor_, bytes)) throw temporaryFileFailure(folder_);
 }
 
 void replaceFile(const std::string& path, std::string_view bytes) {

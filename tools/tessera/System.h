@@ -51,6 +51,7 @@ public:
 
 private:
     int descriptor_ = -1;
+    std::string folder_;
     std::string path_;
     bool named_ = true;
 };
