@@ -122,6 +122,18 @@ TEST(Guide, KnowsTheCallerByTheReducedNumberAlone) {
     EXPECT_EQ(callerOf(book.manager(), u"010-9"), u"");
 }
 
+TEST(Guide, FindsTheCallerOfANumberAsANetworkGivesIt) {
+    const MemoryStoreMount store;
+    OpenPhoneBook book;
+    DWORD kim = 0;
+    ASSERT_EQ(addKim(book.manager(), kim), S_OK);
+
+    EXPECT_EQ(callerOf(book.manager(), u"+821023456789"), u"");
+    EXPECT_EQ(callerOf(book.manager(), asReceived(u"+821023456789", u"82")), u"김민수");
+    EXPECT_EQ(asReceived(u"+4420", u"82"), u"+4420");
+    EXPECT_EQ(asReceived(u"0104+82", u"82"), u"0104+82");
+}
+
 TEST(Guide, SetsTheRingToneOfAGroupAndKeepsTheRest) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
@@ -204,6 +216,24 @@ TEST(Guide, FollowsOthersOnlyWhenPumped) {
     EXPECT_THAT(storedGroups(own.phoneBook), SizeIs(1));
     EXPECT_TRUE(list.isOutdated);
     own.phoneBook.registerNotificationReceiver(nullptr);
+}
+
+TEST(Guide, IsToldOfContactsThatOthersWriteAndNotOfItsOwn) {
+    FollowingPhoneBook own;
+    ContactWatch watch;
+    DWORD kim = 0;
+    ASSERT_EQ(addKim(own.phoneBook, kim), S_OK);
+    elsewhere([&] { ContactsSession().rename(kim, u"김민서"); });
+
+    pump();
+
+    EXPECT_THAT(watch.changed, testing::ElementsAre(kim));
+    EXPECT_EQ(callerOf(own.phoneBook, u"010-2345-6789"), u"김민서");
+
+    watch.changed.clear();
+    ASSERT_EQ(addKim(own.phoneBook, kim), S_OK);
+    pump();
+    EXPECT_THAT(watch.changed, IsEmpty());
 }
 
 TEST(Guide, FollowsInALoopOfItsOwnUntilToldToEnd) {

@@ -168,5 +168,6 @@ TESSERA_API BOOL CeDeleteRecord(HANDLE handle, CEOID record);
 /// Tells of a database, whether or not anybody has it open. FALSE when there is none, or with a store error.
 TESSERA_API BOOL CeOidGetInfoEx2(CEOID database, CEOIDINFOEX* info);
 
-/// Frees a notification; `request` is the one it came from.
+/// Frees a notification; `request` is the one it came from, or any other: only that there is one is looked at.
+/// FALSE with ERROR_INVALID_PARAMETER when either is null.
 TESSERA_API BOOL CeFreeNotification(const CENOTIFYREQUEST* request, CENOTIFICATION* notification);
