@@ -39,6 +39,15 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   tessera_install_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog ${folder} ${component})
 endforeach()
 
+# Whoever has the packages alone gets what there is to begin with.
+set(folder ${CMAKE_INSTALL_DATADIR}/doc/${packageOf_development})
+tessera_install_compressed(${PROJECT_SOURCE_DIR}/docs/guide.md guide.md ${folder} development)
+install(FILES examples/identify.cpp examples/caller_id_service.cpp DESTINATION ${folder}/examples COMPONENT development)
+if(TESSERA_BUILD_TOOL)
+  set(folder ${CMAKE_INSTALL_DATADIR}/doc/${packageOf_tools})
+  install(FILES examples/contacts.csv DESTINATION ${folder}/examples COMPONENT tools)
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tessera)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each has its own

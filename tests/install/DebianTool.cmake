@@ -13,12 +13,14 @@ function(run expected)
   endif()
 endfunction()
 
-run("imported 200 of 200 lines" ${ROOT}/usr/bin/tessera import ${PEOPLE})
+run("imported 200 of 200 lines" ${ROOT}/usr/bin/tessera import ${ROOT}/usr/share/doc/tessera/examples/contacts.csv)
 run("김민수" ${ROOT}/usr/bin/tessera identify "+82 10-2345-6789")
 run("keeps a phone book" gzip -dc ${ROOT}/usr/share/man/man1/tessera.1.gz)
 run("complete -F _tessera tessera" bash -c
   "source '${ROOT}/usr/share/bash-completion/completions/tessera' && complete -p tessera")
-foreach(file IN ITEMS zsh/vendor-completions/_tessera doc/tessera/copyright doc/tessera/changelog.Debian.gz)
+run("link the library" gzip -dc ${ROOT}/usr/share/doc/libtessera-dev/guide.md.gz)
+foreach(file IN ITEMS zsh/vendor-completions/_tessera doc/tessera/copyright doc/tessera/changelog.Debian.gz
+    doc/libtessera-dev/examples/identify.cpp doc/libtessera-dev/examples/caller_id_service.cpp)
   if(NOT EXISTS ${ROOT}/usr/share/${file})
     message(FATAL_ERROR "${file} is missing")
   endif()
