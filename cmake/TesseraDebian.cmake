@@ -46,6 +46,8 @@ install(FILES examples/identify.cpp examples/caller_id_service.cpp DESTINATION $
 if(TESSERA_BUILD_TOOL)
   set(folder ${CMAKE_INSTALL_DATADIR}/doc/${packageOf_tools})
   install(FILES examples/contacts.csv DESTINATION ${folder}/examples COMPONENT tools)
+  install(FILES cmake/debian/lintian-overrides
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME ${packageOf_tools} COMPONENT tools)
 endif()
 
 set(CPACK_GENERATOR DEB)
