@@ -1,21 +1,20 @@
 #include "tessera/common/CommaSepValList.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace common {
 namespace {
 
-constexpr auto npos = std::u16string_view::npos;
+constexpr auto npos = WStringView::npos;
 
 CString withoutMargins(CString item) {
-    item.TrimRight(u"\" \t");
+    item.TrimRight(TEXT("\" \t"));
     item.TrimLeft(u'"');
     return item;
 }
 
 // Where to look for the separator that ends the item at `start`. A quote that is never closed quotes nothing.
-std::size_t endOfQuotes(std::u16string_view text, std::size_t start) {
+std::size_t endOfQuotes(WStringView text, std::size_t start) {
     if (start >= text.size() || text[start] != u'"') return start;
     const std::size_t closing = text.find(u'"', start + 1);
     return closing == npos ? start : closing + 1;
@@ -24,16 +23,16 @@ std::size_t endOfQuotes(std::u16string_view text, std::size_t start) {
 }  // namespace
 
 int CommaSepValList::addValue(const CString& value) {
-    const std::u16string_view text = str.view();
+    const WStringView text = str.view();
     int walked = 0;
     for (std::size_t start = 0, end = 0; end != npos; start = end + 1) {
         end = text.find(sep, start);
         // What follows the last separator is never compared, and counts as an empty item: meant so.
-        const std::u16string_view item = end == npos ? std::u16string_view() : text.substr(start, end - start);
+        const WStringView item = end == npos ? WStringView() : text.substr(start, end - start);
         if (item == value.view()) return 0;
         ++walked;
     }
-    const bool needsSeparator = !str.IsEmpty() && str != u"Empty";  // "Empty" is joined on directly: meant so
+    const bool needsSeparator = !str.IsEmpty() && str != TEXT("Empty");  // "Empty" is joined on directly: meant so
     if (needsSeparator) str += sep;
     str += value;
     return walked + 1;
@@ -48,7 +47,7 @@ int CommaSepValList::deleteValue(const CString& value) {
 
 int CommaSepValList::getList(CStringArray& values) const {
     values.RemoveAll();
-    const std::u16string_view text = str.view();
+    const WStringView text = str.view();
     if (text.empty()) return 0;
     for (std::size_t start = 0, end = 0; end != npos; start = end + 1) {
         start = std::min(text.find_first_not_of(u' ', start), text.size());

@@ -46,7 +46,7 @@ public:
 
 private:
     CString str;
-    const WCHAR* sep = u",";
+    const WCHAR* sep = TEXT(",");
 };
 
 }  // namespace common

@@ -10,7 +10,7 @@ namespace Database {
 
 HRESULT contactWithNumber(const CString& number, DWORD& oid) {
     static const DatabaseReader contacts(szContactsDatabase, ContactProperty::fileAs);
-    const std::u16string_view characters = number.view();
+    const WStringView characters = number.view();
     if (!std::ranges::all_of(characters, [](WCHAR ch) { return ch < 0x80; }))
         return S_FALSE;  // a reduced number is ASCII
     if (contacts.findNumber(std::string(characters.begin(), characters.end()), oid)) return S_OK;

@@ -147,9 +147,9 @@ CCeDBProp CeDBTable::sampleOf(const AttrDef& attribute) {
         case CCeDBProp::typeFileTime:
             return CCeDBProp::ofFileTime(ident, currentFileTime());
         case CCeDBProp::typeText:
-            return CCeDBProp::ofText(ident, u"한글 테스트.");
+            return CCeDBProp::ofText(ident, TEXT("한글 테스트."));
         case CCeDBProp::typeBlob:
-            return CCeDBProp::ofBlob(ident, u"한글이다. 와~", 12);
+            return CCeDBProp::ofBlob(ident, TEXT("한글이다. 와~"), 12);
         case CCeDBProp::typeBool:
             return CCeDBProp::ofBool(ident, true);
         case CCeDBProp::typeR8:

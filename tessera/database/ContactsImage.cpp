@@ -59,7 +59,7 @@ private:
 };
 
 /// Whether the name begins with these initials, blanks and commas passed over.
-bool beginsWith(std::u16string_view lowerName, std::span<const SoughtInitial> initials) {
+bool beginsWith(WStringView lowerName, std::span<const SoughtInitial> initials) {
     for (const WCHAR ch : lowerName) {
         if (initials.empty()) break;
         const auto initial = initialOf(ch);
@@ -70,7 +70,7 @@ bool beginsWith(std::u16string_view lowerName, std::span<const SoughtInitial> in
     return initials.empty();
 }
 
-std::array<WCHAR, 2> firstInitialsOf(std::u16string_view lowerName) {
+std::array<WCHAR, 2> firstInitialsOf(WStringView lowerName) {
     std::array<WCHAR, 2> initials{};
     std::size_t found = 0;
     for (std::size_t i = 0; i < lowerName.size() && found < initials.size(); ++i) {
@@ -96,7 +96,7 @@ ContactsImage::Slot ContactsImage::addSlot(const ScannedContact& contact) {
     const auto numbersStart = static_cast<std::uint32_t>(numbers_.size());
     const auto keyStart = static_cast<std::uint32_t>(keys_.size());
 
-    CString lower(std::u16string_view(contact.name));
+    CString lower(WStringView(contact.name));
     lower.MakeLower();
     names_.append(contact.name).push_back(u'\0');
     lowerNames_.append(lower.view()).push_back(u'\0');
@@ -118,7 +118,7 @@ ContactsImage::Slot ContactsImage::addSlot(const ScannedContact& contact) {
     return slot;
 }
 
-ContactsImage::CategoriesNumber ContactsImage::numberOf(const std::optional<std::u16string>& categories) {
+ContactsImage::CategoriesNumber ContactsImage::numberOf(const std::optional<WString>& categories) {
     if (!categories) return noCategories;
     const auto next = static_cast<CategoriesNumber>(categories_.size() + 1);
     return categories_.try_emplace(*categories, next).first->second;
@@ -176,12 +176,12 @@ bool ContactsImage::wasteful() const {
     return contacts_.size() > worthwhile && contacts_.size() > order_.size() + order_.size() / 4;
 }
 
-std::u16string_view ContactsImage::nameOf(const Contact& contact) const {
-    return std::u16string_view(names_).substr(contact.nameStart, contact.nameLength);
+WStringView ContactsImage::nameOf(const Contact& contact) const {
+    return WStringView(names_).substr(contact.nameStart, contact.nameLength);
 }
 
-std::u16string_view ContactsImage::lowerNameOf(const Contact& contact) const {
-    return std::u16string_view(lowerNames_).substr(contact.nameStart, contact.nameLength);
+WStringView ContactsImage::lowerNameOf(const Contact& contact) const {
+    return WStringView(lowerNames_).substr(contact.nameStart, contact.nameLength);
 }
 
 std::string_view ContactsImage::keyOf(const Contact& contact) const {
@@ -212,7 +212,7 @@ ScanMatch ContactsImage::matchOf(Slot slot) const {
     return {.oid = contacts_[slot].oid, .name = CString(nameOf(contacts_[slot]))};
 }
 
-std::vector<ContactsImage::Slot> ContactsImage::slotsWithInitials(std::u16string_view initials) const {
+std::vector<ContactsImage::Slot> ContactsImage::slotsWithInitials(WStringView initials) const {
     if (initials.empty()) return order_;
     const std::vector<SoughtInitial> sought(initials.begin(), initials.end());
     std::vector<Slot> slots;
@@ -240,13 +240,13 @@ ContactsImage::Slot ContactsImage::slotAt(std::uint32_t Contact::*start, std::si
     return static_cast<Slot>(known);
 }
 
-std::vector<ContactsImage::Slot> ContactsImage::slotsWithName(std::u16string_view lowerKey) const {
+std::vector<ContactsImage::Slot> ContactsImage::slotsWithName(WStringView lowerKey) const {
     if (lowerKey.empty()) return order_;
     std::vector<Slot> slots;
-    if (lowerKey.find(u'\0') != std::u16string_view::npos) return slots;  // zeros stand between names, in none
-    const std::u16string_view names = lowerNames_;
+    if (lowerKey.find(u'\0') != WStringView::npos) return slots;  // zeros stand between names, in none
+    const WStringView names = lowerNames_;
     Slot slot = 0;
-    for (std::size_t hit = findInPacked(names, lowerKey); hit != std::u16string_view::npos;) {
+    for (std::size_t hit = findInPacked(names, lowerKey); hit != WStringView::npos;) {
         // The contact whose name the hit begins in; a zero behind each name keeps a hit within one.
         slot = slotAt(&Contact::nameStart, hit, slot);
         const Contact& contact = contacts_[slot];
@@ -291,7 +291,7 @@ bool ContactsImage::firstHitStandsBehindName(const Contact& contact, std::string
 }
 
 std::vector<ScanMatch> ContactsImage::withCategories(const CString& categories) const {
-    const auto known = categories_.find(std::u16string(categories.view()));
+    const auto known = categories_.find(WString(categories.view()));
     return known == categories_.end() ? std::vector<ScanMatch>() : categorized(known->second);
 }
 

@@ -17,10 +17,10 @@ namespace Database {
 struct ScannedContact {
     DWORD oid = 0;
     std::string sortKey;  ///< Contacts are in the order of (sort key, identifier): name order.
-    std::u16string name;
+    WString name;
     std::vector<std::string> numbers;   ///< Reduced, in the record's property order.
     std::size_t numbersBeforeName = 0;  ///< How many of them stand before the name in the record.
-    std::optional<std::u16string> categories{};
+    std::optional<WString> categories{};
 };
 
 /// The names, reduced numbers and categories of all contacts, packed so that a search is one pass over memory.
@@ -80,11 +80,11 @@ private:
     };
 
     Slot addSlot(const ScannedContact& contact);
-    CategoriesNumber numberOf(const std::optional<std::u16string>& categories);
+    CategoriesNumber numberOf(const std::optional<WString>& categories);
     std::vector<ScanMatch> categorized(CategoriesNumber categories) const;
     ScanMatch matchOf(Slot slot) const;
-    std::u16string_view nameOf(const Contact& contact) const;
-    std::u16string_view lowerNameOf(const Contact& contact) const;
+    WStringView nameOf(const Contact& contact) const;
+    WStringView lowerNameOf(const Contact& contact) const;
     std::string_view keyOf(const Contact& contact) const;
     bool standsBefore(Slot left, Slot right) const;
     bool firstHitStandsBehindName(const Contact& contact, std::string_view digits) const;
@@ -92,8 +92,8 @@ private:
     /// The last slot from `from` on whose texts of a kind begin at `place` or before. Near ones are found soonest.
     Slot slotAt(std::uint32_t Contact::*start, std::size_t place, Slot from) const;
     std::vector<Slot> slotsWithNumber(std::string_view digits) const;
-    std::vector<Slot> slotsWithName(std::u16string_view lowerKey) const;
-    std::vector<Slot> slotsWithInitials(std::u16string_view initials) const;
+    std::vector<Slot> slotsWithName(WStringView lowerKey) const;
+    std::vector<Slot> slotsWithInitials(WStringView initials) const;
     std::vector<Slot> inNameOrder(std::vector<Slot> slots) const;
 
     std::vector<Contact> contacts_;        ///< By slot: the order in which they came.
@@ -101,12 +101,12 @@ private:
     bool identifiersSorted_ = true;
     std::vector<Slot> order_;                   ///< Live contacts in name order.
     bool slotsInOrder_ = true;                  ///< Slots ascend along order_.
-    std::u16string names_;                      ///< All names, each behind the other, a zero after each.
-    std::u16string lowerNames_;                 ///< The same in lower case, at the same places.
+    WString names_;                             ///< All names, each behind the other, a zero after each.
+    WString lowerNames_;                        ///< The same in lower case, at the same places.
     std::string numbers_;                       ///< All numbers, a zero after each.
     std::string keys_;                          ///< All sort keys.
     std::vector<FirstInitials> firstInitials_;  ///< By slot.
-    std::unordered_map<std::u16string, CategoriesNumber> categories_;  ///< Every text met, numbered from 1.
+    std::unordered_map<WString, CategoriesNumber> categories_;  ///< Every text met, numbered from 1.
 };
 
 }  // namespace Database

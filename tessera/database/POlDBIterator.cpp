@@ -67,15 +67,15 @@ HRESULT POlDBIterator::countItems() {
 CString POlDBIterator::rangeRestriction() const {
     CCeDBProp* from = getMinRange();
     CCeDBProp* to = getMaxRange();
-    const CString property = sortIdx != 0 ? getTable()->getAttrName(sortIdx) : CString(u"FileAs");
+    const CString property = sortIdx != 0 ? getTable()->getAttrName(sortIdx) : CString(TEXT("FileAs"));
     const auto comparison = [&property](const WCHAR* op, const CCeDBProp* bound) {
-        return u"[" + property + u"] " + op + u" \"" + bound->getText() + u"\"";
+        return TEXT("[") + property + TEXT("] ") + op + TEXT(" \"") + bound->getText() + TEXT("\"");
     };
-    if (to == nullptr) return comparison(u">=", from);
-    if (from == nullptr) return comparison(u"<=", to);  // inclusive, unlike the upper of two bounds: meant so
+    if (to == nullptr) return comparison(TEXT(">="), from);
+    if (from == nullptr) return comparison(TEXT("<="), to);  // inclusive, unlike the upper of two bounds: meant so
     // One object given twice means equality; two objects of equal value are an empty range: meant so.
-    if (from == to) return comparison(u"=", from);
-    return comparison(u">=", from) + u" and " + comparison(u"<", to);
+    if (from == to) return comparison(TEXT("="), from);
+    return comparison(TEXT(">="), from) + TEXT(" and ") + comparison(TEXT("<"), to);
 }
 
 bool POlDBIterator::isOpened() {

@@ -39,7 +39,7 @@ HRESULT removeAll(IPOutlookItemCollection& items) {
 
 }  // namespace
 
-POlDBTable::POlDBTable() : POlDBTable(u"POlContacts", nullptr, olFolderContacts) {}
+POlDBTable::POlDBTable() : POlDBTable(TEXT("POlContacts"), nullptr, olFolderContacts) {}
 
 POlDBTable::POlDBTable(const WCHAR* tableName, const RecordDef* def, int folderId)
     : Table(tableName, def), folderId_(folderId) {
@@ -115,7 +115,7 @@ Iterator* POlDBTable::getIterator(int sortAttr, CCeDBProp* from, CCeDBProp* to) 
     return openedOrNull([&]() -> Iterator* {
         ComPtr<IPOutlookItemCollection> items;
         if (FAILED(getItems(items.out()))) return nullptr;
-        items = withColumns(items.get(), u"FileAs");
+        items = withColumns(items.get(), TEXT("FileAs"));
         return new POlDBIterator(this, items.detach(), sortAttr, from, to);
     });
 }

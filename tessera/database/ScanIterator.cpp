@@ -31,9 +31,9 @@ HRESULT ScanIterator::init(const CString& key) {
     }
     auto columns = ComPtr<IPOutlookItemCollection2>::adopt(static_cast<IPOutlookItemCollection2*>(hinted));
     const HRESULT result = columns->SetColumns(
-        Bstr(CString(byNumber ? u"FileAs,MobileTelephoneNumber,HomeTelephoneNumber,BusinessTelephoneNumber,"
-                                u"PagerNumber,BusinessFaxNumber"
-                              : u"FileAs"))
+        Bstr(CString(byNumber ? TEXT("FileAs,MobileTelephoneNumber,HomeTelephoneNumber,BusinessTelephoneNumber,")
+                                    TEXT("PagerNumber,BusinessFaxNumber")
+                              : TEXT("FileAs")))
             .get());
     if (FAILED(result)) return result;
 

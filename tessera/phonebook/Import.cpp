@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <chrono>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "tessera/common/CommaSepValList.h"
@@ -29,10 +28,10 @@ std::optional<std::vector<WCHAR>> readText(const CString& path) {
 }
 
 /// Takes the next line off the text, without its line feed.
-std::u16string_view takeLine(std::u16string_view& text) {
+WStringView takeLine(WStringView& text) {
     const std::size_t end = text.find(u'\n');
-    const std::u16string_view line = text.substr(0, end);
-    text.remove_prefix(end == std::u16string_view::npos ? text.size() : end + 1);
+    const WStringView line = text.substr(0, end);
+    text.remove_prefix(end == WStringView::npos ? text.size() : end + 1);
     return line;
 }
 
@@ -40,14 +39,14 @@ std::u16string_view takeLine(std::u16string_view& text) {
 int tableNamedBy(const CString& path) {
     const CString fileName = path.Mid(path.ReverseFind(u'/') + 1);
     for (int id = 0; id < nNumTables_; ++id) {
-        if (fileName == CString(aszTableName_[static_cast<std::size_t>(id)]) + u".csv") return id;
+        if (fileName == CString(aszTableName_[static_cast<std::size_t>(id)]) + TEXT(".csv")) return id;
     }
     return -1;
 }
 
 CCeDBProp valueOfColumn(const Database::AttrDef& attr, const CString& text) {
     // What a block column receives, whatever the file holds: meant so.
-    static constexpr std::u16string_view filler = u"한글이다. ";
+    static constexpr WStringView filler = TEXT("한글이다. ");
     switch (attr.getType()) {
         case CCeDBProp::typeI2:
             return CCeDBProp::ofI2(attr.getIdent(), static_cast<std::int16_t>(wcstolText(text)));
@@ -112,7 +111,7 @@ HRESULT PhoneBookDBMgr::buildDBFromFile(CString& path, int mode, ImportListener*
         const auto text = readText(path);
         if (!text.has_value()) return E_FAIL;
 
-        std::u16string_view rest(text->data(), text->size());
+        WStringView rest(text->data(), text->size());
         takeLine(rest);  // the header, whatever it holds
         ImportBatches batches(listener);
         CStringArray values;

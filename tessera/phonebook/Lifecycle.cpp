@@ -59,7 +59,7 @@ PhoneBookDBMgr::~PhoneBookDBMgr() {
 }
 
 BOOL PhoneBookDBMgr::Create(UINT /*unused*/) {
-    return CreateEx(WS_EX_NOACTIVATE, AfxRegisterWndClass(0), u"PBDBMgrWnd", 0, CW_USEDEFAULT, CW_USEDEFAULT,
+    return CreateEx(WS_EX_NOACTIVATE, AfxRegisterWndClass(0), TEXT("PBDBMgrWnd"), 0, CW_USEDEFAULT, CW_USEDEFAULT,
                     CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, nullptr);
 }
 

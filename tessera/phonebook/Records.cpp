@@ -110,7 +110,7 @@ CString PhoneBookDBMgr::makeCategories(POlDBTable* contacts, DWORD oid, const CS
     Bstr current;
     Database::contactOf(item.get())->get_Categories(current.out());
     // A group that is there already is put in front again: meant so.
-    return current.isEmpty() ? group : group + u", " + current.text();
+    return current.isEmpty() ? group : group + TEXT(", ") + current.text();
 }
 
 CString PhoneBookDBMgr::getPBGroupName(const CString& categories, const CString& group) {

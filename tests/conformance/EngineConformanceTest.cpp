@@ -33,7 +33,7 @@ constexpr CEPROPID picture = property(3, Platform::kindBlob);
 
 class Engine : public testing::TestWithParam<EngineKind> {
 protected:
-    CEOID makeDatabase(std::u16string_view called = u"Things", std::vector<SortOrder> orders = {}) {
+    CEOID makeDatabase(WStringView called = TEXT("Things"), std::vector<SortOrder> orders = {}) {
         CEOID database = 0;
         EXPECT_EQ(engine->createDatabase(called, 7, orders, database), ERROR_SUCCESS);
         return database;
@@ -66,7 +66,7 @@ protected:
     }
     CEOID idOfContacts() {
         CEOID database = 0;
-        EXPECT_EQ(engine->findDatabase(u"Contacts Database", database), ERROR_SUCCESS);
+        EXPECT_EQ(engine->findDatabase(TEXT("Contacts Database"), database), ERROR_SUCCESS);
         return database;
     }
     /// 0 when nobody has it.
@@ -95,8 +95,8 @@ protected:
 TEST_P(Engine, NewStoreHoldsTheSystemDatabases) {
     CEOID contacts = 0;
     CEOID categories = 0;
-    ASSERT_EQ(engine->findDatabase(u"Contacts Database", contacts), ERROR_SUCCESS);
-    ASSERT_EQ(engine->findDatabase(u"\\Categories Database", categories), ERROR_SUCCESS);
+    ASSERT_EQ(engine->findDatabase(TEXT("Contacts Database"), contacts), ERROR_SUCCESS);
+    ASSERT_EQ(engine->findDatabase(TEXT("\\Categories Database"), categories), ERROR_SUCCESS);
 
     EXPECT_THAT(infoOf(contacts).declaredOrders, ElementsAre(SortOrder{property(0x4013, Platform::kindText), 0}));
     EXPECT_THAT(infoOf(categories).declaredOrders, IsEmpty());
@@ -104,25 +104,25 @@ TEST_P(Engine, NewStoreHoldsTheSystemDatabases) {
 }
 
 TEST_P(Engine, DatabaseNamesAreComparedWithoutCaseAndCutAtThirtyOneCharacters) {
-    const CEOID plain = makeDatabase(u"Straße und 김");
-    const CEOID longer = makeDatabase(std::u16string(40, u'x'));
+    const CEOID plain = makeDatabase(TEXT("Straße und 김"));
+    const CEOID longer = makeDatabase(WString(40, u'x'));
 
     CEOID found = 0;
-    EXPECT_EQ(engine->findDatabase(u"STRAßE UND 김", found), ERROR_SUCCESS);
+    EXPECT_EQ(engine->findDatabase(TEXT("STRAßE UND 김"), found), ERROR_SUCCESS);
     EXPECT_EQ(found, plain);
-    EXPECT_EQ(engine->findDatabase(std::u16string(31, u'X'), found), ERROR_SUCCESS);
+    EXPECT_EQ(engine->findDatabase(WString(31, u'X'), found), ERROR_SUCCESS);
     EXPECT_EQ(found, longer);
-    EXPECT_EQ(engine->findDatabase(std::u16string(50, u'x'), found), ERROR_SUCCESS);
+    EXPECT_EQ(engine->findDatabase(WString(50, u'x'), found), ERROR_SUCCESS);
     EXPECT_EQ(found, longer);
-    EXPECT_EQ(infoOf(longer).name, std::u16string(31, u'x'));
-    EXPECT_EQ(infoOf(plain).name, u"Straße und 김");
-    EXPECT_EQ(engine->createDatabase(std::u16string(35, u'X'), 0, {}, found), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(infoOf(longer).name, WString(31, u'x'));
+    EXPECT_EQ(infoOf(plain).name, TEXT("Straße und 김"));
+    EXPECT_EQ(engine->createDatabase(WString(35, u'X'), 0, {}, found), ERROR_ALREADY_EXISTS);
 }
 
 TEST_P(Engine, DatabaseInformationIsWhatItWasMadeWith) {
     const std::vector<SortOrder> orders{{rank, Platform::sortDescending}, {name, 2}, {name, 0}, {0, 0}};
 
-    const DatabaseInfo info = infoOf(makeDatabase(u"Things", orders));
+    const DatabaseInfo info = infoOf(makeDatabase(TEXT("Things"), orders));
 
     EXPECT_EQ(info.type, 7u);
     EXPECT_EQ(info.declaredOrders, orders);
@@ -136,12 +136,12 @@ TEST_P(Engine, RefusesDatabasesThatCannotBe) {
     const std::vector<SortOrder> ofBlob{{picture, 0}};
     const std::vector<SortOrder> unknown{{property(1, 4), 0}};
 
-    EXPECT_EQ(engine->createDatabase(u"", 0, {}, database), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(engine->createDatabase(u"a", 0, five, database), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(engine->createDatabase(u"a", 0, ofBlob, database), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(engine->createDatabase(u"a", 0, unknown, database), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(engine->createDatabase(TEXT(""), 0, {}, database), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(engine->createDatabase(TEXT("a"), 0, five, database), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(engine->createDatabase(TEXT("a"), 0, ofBlob, database), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(engine->createDatabase(TEXT("a"), 0, unknown, database), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(database, 77u);
-    EXPECT_EQ(engine->findDatabase(u"a", database), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(engine->findDatabase(TEXT("a"), database), ERROR_FILE_NOT_FOUND);
     EXPECT_THAT(Platform::storeErrorText(), Not(IsEmpty()));
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
@@ -173,8 +173,8 @@ TEST_P(Engine, MissingThingsAreNamedByTheirError) {
 }
 
 TEST_P(Engine, RecordOfAnotherDatabaseIsNotFound) {
-    const CEOID here = makeDatabase(u"Here");
-    const CEOID there = makeDatabase(u"There");
+    const CEOID here = makeDatabase(TEXT("Here"));
+    const CEOID there = makeDatabase(TEXT("There"));
     CEOID record = put(there, Writing().set(rank, 1));
 
     std::string packed;
@@ -247,7 +247,7 @@ TEST_P(Engine, TiesGoByIdentifierAndBackwardsMirrorsThem) {
 }
 
 TEST_P(Engine, OrdersThatDifferOnlyInDirectionAreOne) {
-    const CEOID database = makeDatabase(u"Things", {{rank, Platform::sortDescending}});
+    const CEOID database = makeDatabase(TEXT("Things"), {{rank, Platform::sortDescending}});
 
     EXPECT_EQ(openOrder(database, {rank, 0}), openOrder(database, {rank, Platform::sortDescending}));
     EXPECT_EQ(openOrder(database, {rank, 0}), openOrder(database, {rank, Platform::sortCaseInsensitive}));
@@ -258,11 +258,11 @@ TEST_P(Engine, OrdersThatDifferOnlyInDirectionAreOne) {
 
 TEST_P(Engine, UndeclaredOrderIsBuiltOfTheRecordsThereAndKeptUp) {
     const CEOID database = makeDatabase();
-    const CEOID b = put(database, Writing().set(name, u"b"));
-    const CEOID a = put(database, Writing().set(name, u"a"));
+    const CEOID b = put(database, Writing().set(name, TEXT("b")));
+    const CEOID a = put(database, Writing().set(name, TEXT("a")));
 
     const OrderId order = openOrder(database, {name, 0});
-    const CEOID middle = put(database, Writing().set(name, u"ab"));
+    const CEOID middle = put(database, Writing().set(name, TEXT("ab")));
 
     EXPECT_THAT(walk(order), ElementsAre(a, middle, b));
     EXPECT_THAT(recordsOf(*second, order), ElementsAre(a, middle, b));
@@ -270,7 +270,7 @@ TEST_P(Engine, UndeclaredOrderIsBuiltOfTheRecordsThereAndKeptUp) {
 
 TEST_P(Engine, OrderBuiltByAnotherIsKnownAtOnce) {
     const CEOID database = makeDatabase();
-    const CEOID record = put(database, Writing().set(name, u"b"));
+    const CEOID record = put(database, Writing().set(name, TEXT("b")));
     OrderId order = 0;
     ASSERT_EQ(second->openOrder(database, {name, 0}, order), ERROR_SUCCESS);
 
@@ -279,7 +279,7 @@ TEST_P(Engine, OrderBuiltByAnotherIsKnownAtOnce) {
     ASSERT_EQ(engine->placeOf(order, record, place), ERROR_SUCCESS);
     ASSERT_EQ(engine->findEqual(order, place.key, openOrder(database, {}), Direction::forward, found), ERROR_SUCCESS);
 
-    EXPECT_EQ(place.key, *engine->sortKeys().keyOf({name, 0}, bytesOf(u"b")));
+    EXPECT_EQ(place.key, *engine->sortKeys().keyOf({name, 0}, bytesOf(TEXT("b"))));
     EXPECT_EQ(found.record, record);
 }
 
@@ -306,9 +306,9 @@ TEST_P(Engine, FindEqualTakesTheFirstAlongAnotherOrder) {
     const CEOID database = makeDatabase();
     const OrderId byRank = openOrder(database, {rank, 0});
     const OrderId byName = openOrder(database, {name, 0});
-    put(database, Writing().set(rank, 1).set(name, u"m"));
-    const CEOID z = put(database, Writing().set(rank, 2).set(name, u"z"));
-    const CEOID c = put(database, Writing().set(rank, 2).set(name, u"c"));
+    put(database, Writing().set(rank, 1).set(name, TEXT("m")));
+    const CEOID z = put(database, Writing().set(rank, 2).set(name, TEXT("z")));
+    const CEOID c = put(database, Writing().set(rank, 2).set(name, TEXT("c")));
     const std::string key = *engine->sortKeys().keyOf({rank, 0}, bytesOf(2));
 
     Place found;
@@ -330,12 +330,11 @@ TEST_P(Engine, FindEqualAmongVeryManyStillTakesTheFirst) {
     const OrderId byRank = openOrder(database, {rank, 0});
     const OrderId byName = openOrder(database, {name, 0});
     ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
-    put(database, Writing().set(rank, 1).set(name, u"0"));
+    put(database, Writing().set(rank, 1).set(name, TEXT("0")));
     CEOID last = 0;
     for (int i = 999; i > 100; --i) {
         const std::string digits = std::to_string(i);
-        last = put(database,
-                   Writing().set(rank, 2).set(name, std::u16string_view(std::u16string(digits.begin(), digits.end()))));
+        last = put(database, Writing().set(rank, 2).set(name, WStringView(WString(digits.begin(), digits.end()))));
     }
     ASSERT_EQ(engine->endUnit(), ERROR_SUCCESS);
 
@@ -346,8 +345,8 @@ TEST_P(Engine, FindEqualAmongVeryManyStillTakesTheFirst) {
 }
 
 TEST_P(Engine, FindEqualRefusesOrdersOfTwoDatabases) {
-    const OrderId here = openOrder(makeDatabase(u"Here"), {rank, 0});
-    const OrderId there = openOrder(makeDatabase(u"There"), {rank, 0});
+    const OrderId here = openOrder(makeDatabase(TEXT("Here")), {rank, 0});
+    const OrderId there = openOrder(makeDatabase(TEXT("There")), {rank, 0});
 
     Place found;
     EXPECT_EQ(engine->findEqual(here, "x", there, Direction::forward, found), ERROR_INVALID_PARAMETER);
@@ -359,9 +358,8 @@ TEST_P(Engine, AContactIsFoundByAnyOfItsFiveNumbersHoweverItIsWritten) {
     const CEOID contacts = idOfContacts();
     std::vector<CEOID> records;
     for (const WORD ident : std::to_array<WORD>({0x3A1C, 0x3A09, 0x3A08, 0x4009, 0x3A24})) {
-        const std::u16string number = u"+82 10-1234-567" + std::u16string(1, u"56789"[records.size()]);
-        records.push_back(
-            put(contacts, Writing().set(property(ident, Platform::kindText), std::u16string_view(number))));
+        const WString number = TEXT("+82 10-1234-567") + WString(1, TEXT("56789")[records.size()]);
+        records.push_back(put(contacts, Writing().set(property(ident, Platform::kindText), WStringView(number))));
     }
 
     EXPECT_EQ(findNumber("01012345675"), records[0]);
@@ -374,11 +372,11 @@ TEST_P(Engine, AContactIsFoundByAnyOfItsFiveNumbersHoweverItIsWritten) {
 
 TEST_P(Engine, OfTwoHoldersOfANumberTheFirstInTheOrderIsFound) {
     const CEOID contacts = idOfContacts();
-    const CEOID zoe = put(contacts, Writing().set(name, u"Zoe").set(mobile, u"112"));
-    const CEOID anna = put(contacts, Writing().set(name, u"Anna").set(mobile, u"1-1-2"));
+    const CEOID zoe = put(contacts, Writing().set(name, TEXT("Zoe")).set(mobile, TEXT("112")));
+    const CEOID anna = put(contacts, Writing().set(name, TEXT("Anna")).set(mobile, TEXT("1-1-2")));
 
     EXPECT_EQ(findNumber("112"), anna);
-    put(contacts, Writing().set(mobile, u"113"), anna);
+    put(contacts, Writing().set(mobile, TEXT("113")), anna);
     EXPECT_EQ(findNumber("112"), zoe);
     EXPECT_EQ(findNumber("113"), anna);
     EXPECT_EQ(engine->erase(contacts, zoe), ERROR_SUCCESS);
@@ -387,14 +385,14 @@ TEST_P(Engine, OfTwoHoldersOfANumberTheFirstInTheOrderIsFound) {
 
 TEST_P(Engine, OnlyContactsAreFoundByTheirNumbers) {
     const CEOID things = makeDatabase();
-    put(things, Writing().set(mobile, u"112"));
+    put(things, Writing().set(mobile, TEXT("112")));
     EXPECT_EQ(findNumber("112"), 0u);
 
-    put(idOfContacts(), Writing().set(mobile, u"112"));
+    put(idOfContacts(), Writing().set(mobile, TEXT("112")));
     EXPECT_EQ(engine->dropDatabase(idOfContacts()), ERROR_SUCCESS);
-    const CEOID again = makeDatabase(u"CONTACTS DATABASE");
+    const CEOID again = makeDatabase(TEXT("CONTACTS DATABASE"));
     EXPECT_EQ(findNumber("112"), 0u) << "its contacts went with the first database";
-    const CEOID holder = put(again, Writing().set(mobile, u"112"));
+    const CEOID holder = put(again, Writing().set(mobile, TEXT("112")));
     EXPECT_EQ(findNumber("112"), holder);
 }
 
@@ -437,7 +435,7 @@ TEST_P(Engine, OrderVersionMovesWithItsEntriesOnly) {
     const OrderId byRank = openOrder(database, {rank, 0});
     const OrderId byName = openOrder(database, {name, 0});
     const OrderId created = openOrder(database, {});
-    const CEOID record = put(database, Writing().set(rank, 1).set(name, u"a"));
+    const CEOID record = put(database, Writing().set(rank, 1).set(name, TEXT("a")));
     const auto versions = [&] { return std::array{versionOf(byRank), versionOf(byName), versionOf(created)}; };
     const auto before = versions();
 
@@ -501,8 +499,8 @@ TEST_P(Engine, ChangesAreNumberedWithoutGapsInCommitOrder) {
 }
 
 TEST_P(Engine, DroppingADatabaseRecordsEachOfItsRecordsAsDeleted) {
-    const CEOID kept = makeDatabase(u"Kept");
-    const CEOID dropped = makeDatabase(u"Dropped");
+    const CEOID kept = makeDatabase(TEXT("Kept"));
+    const CEOID dropped = makeDatabase(TEXT("Dropped"));
     const CEOID survivor = put(kept, {});
     const CEOID first = put(dropped, Writing().set(rank, 2));
     const CEOID last = put(dropped, Writing().set(rank, 1));
@@ -570,7 +568,7 @@ TEST_P(Engine, FailedCallLeavesTheUnitAsItWas) {
     CEOID missing = 99'999;
     EXPECT_EQ(engine->put(database, missing, {}), ERROR_KEY_DELETED);
     EXPECT_EQ(engine->put(database, missing = 0, Writing().setBytes(rank, "").edits()), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(engine->createDatabase(u"things", 0, {}, missing), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(engine->createDatabase(TEXT("things"), 0, {}, missing), ERROR_ALREADY_EXISTS);
 
     EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
 
@@ -600,14 +598,14 @@ TEST_P(Engine, UnitThatIsNeverEndedLeavesNothing) {
     const CEOID database = makeDatabase();
     ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
     put(database, {});
-    makeDatabase(u"Other");
+    makeDatabase(TEXT("Other"));
 
     engine.reset();
     engine = store.connect();
 
     EXPECT_THAT(walk(openOrder(database, {})), IsEmpty());
     CEOID other = 0;
-    EXPECT_EQ(engine->findDatabase(u"Other", other), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(engine->findDatabase(TEXT("Other"), other), ERROR_FILE_NOT_FOUND);
     EXPECT_THAT(changesAfter(0), IsEmpty());
 }
 
@@ -629,7 +627,7 @@ TEST_P(Engine, WriterGivesUpWaitingForAUnitWithAReason) {
 TEST_P(Engine, WritersOfSeveralThreadsWaitForEachOther) {
     FreshStore shared(GetParam().onDisk, {std::chrono::seconds(60), false}, "");
     CEOID database = 0;
-    ASSERT_EQ(shared.connect()->createDatabase(u"Shared", 0, {}, database), ERROR_SUCCESS);
+    ASSERT_EQ(shared.connect()->createDatabase(TEXT("Shared"), 0, {}, database), ERROR_SUCCESS);
     constexpr int writes = 50;
     const auto count = [&] {
         const auto own = shared.connect();

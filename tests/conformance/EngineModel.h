@@ -89,16 +89,16 @@ private:
         const auto right = std::bit_cast<double>(number<std::uint64_t>(b));
         return int{left > right} - int{left < right};
     }
-    static std::u16string text(const std::string& bytes) {
-        std::u16string text;
+    static WString text(const std::string& bytes) {
+        WString text;
         for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-            text.push_back(static_cast<char16_t>(number<std::uint16_t>(bytes.substr(i, 2))));
+            text.push_back(static_cast<WCHAR>(number<std::uint16_t>(bytes.substr(i, 2))));
         }
         return text;
     }
     int compareTexts(const std::string& a, const std::string& b) const {
-        const std::u16string left = text(a);
-        const std::u16string right = text(b);
+        const WString left = text(a);
+        const WString right = text(b);
         const int collated = collator_.sortKey(left).compare(collator_.sortKey(right));
         return collated != 0 ? collated : left.compare(right);
     }
@@ -114,7 +114,7 @@ struct ModelOrder {
 };
 
 struct ModelDatabase {
-    std::u16string name;
+    WString name;
     std::vector<SortOrder> declared;
     std::map<CEOID, ModelRecord> records;
     std::map<Platform::OrderId, ModelOrder> orders;  ///< Those that were opened.

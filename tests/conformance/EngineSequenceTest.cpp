@@ -22,7 +22,7 @@ using Platform::Place;
 using Platform::RecordEngine;
 
 constexpr const char* locale = "ko_KR";
-const std::u16string contactsDatabase = u"Contacts Database";
+const WString contactsDatabase = TEXT("Contacts Database");
 
 /// Two of those by which contacts are found.
 constexpr CEPROPID mobileNumber = property(0x3A1C, Platform::kindText);
@@ -41,20 +41,22 @@ constexpr std::array testProperties{property(1, Platform::kindI2),
                                     mobileNumber,
                                     homeNumber};
 
-const std::array<std::u16string, 12> texts{
-    u"",  u"a", u"A", u"b", u"가", u"각", u"김민수", u"e\u0301", u"\u00e9", u"\xD800", std::u16string(u"a\0b", 3),
-    u"Zz"};
+const std::array<WString, 12> texts{TEXT(""),
+                                    TEXT("a"),
+                                    TEXT("A"),
+                                    TEXT("b"),
+                                    TEXT("가"),
+                                    TEXT("각"),
+                                    TEXT("김민수"),
+                                    TEXT("e\u0301"),
+                                    TEXT("\u00e9"),
+                                    TEXT("\xD800"),
+                                    WString(TEXT("a\0b"), 3),
+                                    TEXT("Zz")};
 
-const std::array<std::u16string, 8> telephoneNumbers{u"010-1234-5678",
-                                                     u"+82 10 1234 5678",
-                                                     u"01012345678",
-                                                     u"*23#",
-                                                     u"",
-                                                     u"none",
-                                                     u"02 123",
-                                                     std::u16string(u"02\0"
-                                                                    "123",
-                                                                    6)};
+const std::array<WString, 8> telephoneNumbers{
+    TEXT("010-1234-5678"), TEXT("+82 10 1234 5678"), TEXT("01012345678"),           TEXT("*23#"), TEXT(""),
+    TEXT("none"),          TEXT("02 123"),           WString(TEXT("02\0") "123", 6)};
 
 /// One of a few values of the property's kind, so that ties are common and extremes come up.
 std::string valueFor(CEPROPID id, unsigned choice) {
@@ -85,10 +87,10 @@ std::string valueFor(CEPROPID id, unsigned choice) {
 }
 
 std::string reduced(std::string_view value) {
-    std::u16string number;
+    WString number;
     for (std::size_t i = 0; i + 1 < value.size(); i += 2)
-        number.push_back(static_cast<char16_t>(static_cast<unsigned char>(value[i]) |
-                                               static_cast<unsigned char>(value[i + 1]) << 8));
+        number.push_back(
+            static_cast<WCHAR>(static_cast<unsigned char>(value[i]) | static_cast<unsigned char>(value[i + 1]) << 8));
     return Platform::reducedNumber(number.c_str());
 }
 
@@ -531,8 +533,8 @@ private:
 
     void makeDatabase(Side& side, const Command& command) {
         const bool contacts = command.choice % 6 == 5;  // which may have been dropped
-        const std::u16string name =
-            contacts ? contactsDatabase : u"Db" + std::u16string(1, static_cast<char16_t>(u'a' + command.choice % 6));
+        const WString name =
+            contacts ? contactsDatabase : TEXT("Db") + WString(1, static_cast<WCHAR>(u'a' + command.choice % 6));
         std::vector<SortOrder> declared;
         for (unsigned i = 0; i < command.amount % 4; ++i) {
             const SortOrder order{testProperties[(command.amount + i) % testProperties.size()], command.choice % 8};
@@ -543,7 +545,7 @@ private:
             std::any_of(databases.begin(), databases.end(), [&](const auto& each) { return each.second.name == name; });
         CEOID id = 0;
         if (taken && !other(side).unit) {
-            const std::u16string shouted = contacts ? u"CONTACTS DATABASE" : u"DB" + name.substr(2);
+            const WString shouted = contacts ? TEXT("CONTACTS DATABASE") : TEXT("DB") + name.substr(2);
             RC_ASSERT(side.engine->createDatabase(shouted, 1, declared, id) == ERROR_ALREADY_EXISTS);
             return;
         }
@@ -576,7 +578,7 @@ private:
     }
 
     void adoptSystemDatabases() {
-        for (const std::u16string& name : {contactsDatabase, std::u16string(u"\\Categories Database")}) {
+        for (const WString& name : {contactsDatabase, WString(TEXT("\\Categories Database"))}) {
             CEOID id = 0;
             RC_ASSERT(sides_[0].engine->findDatabase(name, id) == ERROR_SUCCESS);
             Platform::DatabaseInfo info;

@@ -133,7 +133,7 @@ TEST_P(IteratorConformance, ReadsAPropertyOfTheRowOnlyWhereRowsHaveProperties) {
 
     EXPECT_EQ(rows->getProp(mobileIdx).isEmpty(), !traits.readsProperties);
     if (traits.readsProperties) {
-        EXPECT_EQ(rows->getProp(mobileIdx).getText(), u"010-2");
+        EXPECT_EQ(rows->getProp(mobileIdx).getText(), TEXT("010-2"));
     }
     for (const int attrIdx : {-1, 99}) {
         EXPECT_TRUE(rows->getProp(attrIdx).isEmpty()) << attrIdx;
@@ -178,7 +178,7 @@ TEST_P(IteratorConformance, GoesToTheRowWhoseTextItIsAskedForUnlessItTakesTheInd
     standOn(Place::second);
     ASSERT_GT(oidOf(Place::first), DWORD{count}) << "no index may be an identifier here";
 
-    EXPECT_EQ(rows->getStringAt(0, nameIdx), traits.textAtTakesAnIdentifier ? u"" : u"aa kim");
+    EXPECT_EQ(rows->getStringAt(0, nameIdx), traits.textAtTakesAnIdentifier ? TEXT("") : TEXT("aa kim"));
     EXPECT_EQ(current(), traits.textAtTakesAnIdentifier ? Place::second : Place::first);
     EXPECT_TRUE(rows->getStringAt(count, nameIdx).IsEmpty());
     EXPECT_EQ(current(), traits.textAtTakesAnIdentifier ? Place::second : Place::none);
@@ -293,12 +293,12 @@ TEST_P(IteratorConformance, OfARowThatIsGoneNothingButAKeptNameIsRead) {
 
 TEST_P(IteratorConformance, ShowsARenamedRowByItsNewNameOrByTheOneItWasFoundBy) {
     standOn(Place::second);
-    CCeDBRecord renamed = recordOf(made->table(), {u"bc kim", u"010-7", u""});
+    CCeDBRecord renamed = recordOf(made->table(), {TEXT("bc kim"), TEXT("010-7"), TEXT("")});
 
     ASSERT_EQ(made->table().updateRecord(oidOf(Place::second), &renamed, 0, nullptr), S_OK);
 
-    EXPECT_EQ(rows->getString(nameIdx), traits.showsRenamedRows ? u"bc kim" : u"bb kim");
-    EXPECT_EQ(rows->getString(mobileIdx), u"010-7");
+    EXPECT_EQ(rows->getString(nameIdx), traits.showsRenamedRows ? TEXT("bc kim") : TEXT("bb kim"));
+    EXPECT_EQ(rows->getString(mobileIdx), TEXT("010-7"));
     EXPECT_EQ(current(), Place::second);
 }
 

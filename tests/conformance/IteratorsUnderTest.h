@@ -19,14 +19,18 @@ namespace conformance {
 
 /// What a row holds, by its place. The number differs in its last digit only.
 struct RowContents {
-    const char16_t* name;
-    const char16_t* mobile;
+    const WCHAR* name;
+    const WCHAR* mobile;
 };
 inline constexpr RowContents contentsOf[] = {
-    {u"", u""}, {u"aa kim", u"010-1"}, {u"ab kim", u"010-9"}, {u"bb kim", u"010-2"}, {u"cc kim", u"010-3"},
+    {TEXT(""), TEXT("")},
+    {TEXT("aa kim"), TEXT("010-1")},
+    {TEXT("ab kim"), TEXT("010-9")},
+    {TEXT("bb kim"), TEXT("010-2")},
+    {TEXT("cc kim"), TEXT("010-3")},
 };
 /// A row behind the others, which no iterator that selects is to show.
-inline constexpr RowContents outsider{u"zz lee", u"02-5"};
+inline constexpr RowContents outsider{TEXT("zz lee"), TEXT("02-5")};
 
 /// Three rows in a new store, and iterators over them.
 class IteratorUnderTest {
@@ -50,7 +54,7 @@ public:
         return std::unique_ptr<Database::Iterator>(table_.getIterator(nullptr, nullptr));
     }
     DWORD add(const RowContents& contents) override {
-        CCeDBRecord record = recordOf(other_, {contents.name, contents.mobile, u""});
+        CCeDBRecord record = recordOf(other_, {contents.name, contents.mobile, TEXT("")});
         DWORD oid = 0;
         return other_.insertRecord(&record, oid) == S_OK ? oid : 0;
     }
@@ -58,8 +62,8 @@ public:
 
 private:
     testing_support::MemoryStoreMount store_;
-    Database::CeDBTable table_{u"QZ_Conformance", &PhoneBook::recdefPOlCRaw_};
-    Database::CeDBTable other_{u"QZ_Conformance", &PhoneBook::recdefPOlCRaw_};
+    Database::CeDBTable table_{TEXT("QZ_Conformance"), &PhoneBook::recdefPOlCRaw_};
+    Database::CeDBTable other_{TEXT("QZ_Conformance"), &PhoneBook::recdefPOlCRaw_};
 };
 
 /// Contacts, looked for in one of the phone book's ways.
@@ -74,7 +78,7 @@ public:
         return book_.add(testing_support::contact()
                              .name(contents.name)
                              .mobile(contents.mobile)
-                             .group(isMember ? u"Family" : u"Work"));
+                             .group(isMember ? TEXT("Family") : TEXT("Work")));
     }
     Database::Table& table() override { return *book_->getTable(PhoneBook::PBDBTBL_POLCONTACTS); }
 
@@ -87,16 +91,16 @@ inline Database::Iterator* allContacts(PhoneBook::PhoneBookDBMgr& book) {
     return book.getTable(PhoneBook::PBDBTBL_POLCONTACTS)->getIterator(nullptr, nullptr);
 }
 inline Database::Iterator* restrictedContacts(PhoneBook::PhoneBookDBMgr& book) {
-    return book.searchPBRecord(CString(u"[FileAs] < \"dd\""));
+    return book.searchPBRecord(CString(TEXT("[FileAs] < \"dd\"")));
 }
 inline Database::Iterator* contactsOfName(PhoneBook::PhoneBookDBMgr& book) {
-    return book.searchPBRecord(PhoneBook::PBDBATTR_NAME, CString(u"KIM"));
+    return book.searchPBRecord(PhoneBook::PBDBATTR_NAME, CString(TEXT("KIM")));
 }
 inline Database::Iterator* contactsOfNumber(PhoneBook::PhoneBookDBMgr& book) {
-    return book.searchPBRecordOfTelNo(nullptr, CString(u"010"));
+    return book.searchPBRecordOfTelNo(nullptr, CString(TEXT("010")));
 }
 inline Database::Iterator* contactsOfGroup(PhoneBook::PhoneBookDBMgr& book) {
-    return book.searchPBRecordOfPBGroup(CString(u"Family"));
+    return book.searchPBRecordOfPBGroup(CString(TEXT("Family")));
 }
 
 /// A kind of iterator that the suite is run over.

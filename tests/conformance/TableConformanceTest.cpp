@@ -38,8 +38,8 @@ private:
 };
 
 TEST_P(TableConformance, NotOpenFailsAndCountsNothing) {
-    CCeDBRecord record = recordOf(table(), {u"aa", u"1", u"x"});
-    std::vector<CCeDBProp> props = propsOf(table(), {u"aa", u"1", u"x"});
+    CCeDBRecord record = recordOf(table(), {TEXT("aa"), TEXT("1"), TEXT("x")});
+    std::vector<CCeDBProp> props = propsOf(table(), {TEXT("aa"), TEXT("1"), TEXT("x")});
     DWORD oid = 1;
 
     EXPECT_FALSE(table().isOpen());
@@ -54,7 +54,7 @@ TEST_P(TableConformance, NotOpenFailsAndCountsNothing) {
 
 TEST_P(TableConformance, ClosingItEndsItAndOpeningItAgainShowsItsRows) {
     open();
-    const DWORD oid = add({u"aa", u"1", u"x"});
+    const DWORD oid = add({TEXT("aa"), TEXT("1"), TEXT("x")});
 
     EXPECT_TRUE(table().close());
     EXPECT_FALSE(table().isOpen());
@@ -62,7 +62,7 @@ TEST_P(TableConformance, ClosingItEndsItAndOpeningItAgainShowsItsRows) {
     open();
 
     EXPECT_TRUE(table().isOpen());
-    EXPECT_EQ(rowsOf(table()), (Rows{{oid, {u"aa", u"1", u"x"}}}));
+    EXPECT_EQ(rowsOf(table()), (Rows{{oid, {TEXT("aa"), TEXT("1"), TEXT("x")}}}));
 }
 
 TEST_P(TableConformance, ANewTableIsEmpty) {
@@ -85,19 +85,19 @@ TEST_P(TableConformance, RefusesARecordThatIsNotThere) {
 
 TEST_P(TableConformance, FailsOnAnIdentifierThatItDoesNotHold) {
     open();
-    const DWORD kept = add({u"aa", u"1", u"x"});
-    CCeDBRecord record = recordOf(table(), {u"bb", u"2", u"y"});
+    const DWORD kept = add({TEXT("aa"), TEXT("1"), TEXT("x")});
+    CCeDBRecord record = recordOf(table(), {TEXT("bb"), TEXT("2"), TEXT("y")});
     DWORD unknown = unknownOid;
 
     EXPECT_TRUE(FAILED(table().deleteRecord(unknown)));
     EXPECT_TRUE(FAILED(table().updateRecord(unknown, &record, 0, nullptr)));
-    EXPECT_EQ(rowsOf(table()), (Rows{{kept, {u"aa", u"1", u"x"}}}));
+    EXPECT_EQ(rowsOf(table()), (Rows{{kept, {TEXT("aa"), TEXT("1"), TEXT("x")}}}));
 }
 
 TEST_P(TableConformance, TakesARowAsARecordAndAsAnArray) {
     open();
-    CCeDBRecord record = recordOf(table(), {u"aa", u"1", u"x"});
-    std::vector<CCeDBProp> props = propsOf(table(), {u"bb", u"2", u"y"});
+    CCeDBRecord record = recordOf(table(), {TEXT("aa"), TEXT("1"), TEXT("x")});
+    std::vector<CCeDBProp> props = propsOf(table(), {TEXT("bb"), TEXT("2"), TEXT("y")});
     DWORD first = 0;
     DWORD second = 0;
 
@@ -125,10 +125,10 @@ TEST_P(TableConformance, DescribesItselfByItsSchema) {
 
 TEST_P(TableConformance, AnIteratorCountsWhatThereIsWhenItIsMade) {
     open();
-    add({u"aa", u"1", u"x"});
+    add({TEXT("aa"), TEXT("1"), TEXT("x")});
     const std::unique_ptr<Iterator> rows = walk();
 
-    add({u"bb", u"2", u"y"});
+    add({TEXT("bb"), TEXT("2"), TEXT("y")});
 
     EXPECT_TRUE(rows->isOpened());
     EXPECT_EQ(rows->getNumItems(), 1);
@@ -137,7 +137,7 @@ TEST_P(TableConformance, AnIteratorCountsWhatThereIsWhenItIsMade) {
 
 TEST_P(TableConformance, AnIteratorStandsOnNoRowUntilItIsMoved) {
     open();
-    const DWORD oid = add({u"aa", u"1", u"x"});
+    const DWORD oid = add({TEXT("aa"), TEXT("1"), TEXT("x")});
     const std::unique_ptr<Iterator> rows = walk();
 
     EXPECT_EQ(rows->getCur(), 0u);
@@ -147,9 +147,9 @@ TEST_P(TableConformance, AnIteratorStandsOnNoRowUntilItIsMoved) {
 
 TEST_P(TableConformance, WalksForwardInOrderAndStopsBehindTheLastRow) {
     open();
-    const DWORD second = add({u"bb", u"2", u"y"});
-    const DWORD third = add({u"cc", u"3", u"z"});
-    const DWORD first = add({u"aa", u"1", u"x"});
+    const DWORD second = add({TEXT("bb"), TEXT("2"), TEXT("y")});
+    const DWORD third = add({TEXT("cc"), TEXT("3"), TEXT("z")});
+    const DWORD first = add({TEXT("aa"), TEXT("1"), TEXT("x")});
     const std::unique_ptr<Iterator> rows = walk();
 
     for (const DWORD expected : {first, second, third}) {
@@ -161,9 +161,9 @@ TEST_P(TableConformance, WalksForwardInOrderAndStopsBehindTheLastRow) {
 
 TEST_P(TableConformance, WalksBackFromTheLastRowAndStopsBeforeTheFirst) {
     open();
-    const DWORD second = add({u"bb", u"2", u"y"});
-    const DWORD third = add({u"cc", u"3", u"z"});
-    const DWORD first = add({u"aa", u"1", u"x"});
+    const DWORD second = add({TEXT("bb"), TEXT("2"), TEXT("y")});
+    const DWORD third = add({TEXT("cc"), TEXT("3"), TEXT("z")});
+    const DWORD first = add({TEXT("aa"), TEXT("1"), TEXT("x")});
     const std::unique_ptr<Iterator> rows = walk();
 
     ASSERT_EQ(rows->last(), S_OK);
@@ -179,7 +179,7 @@ TEST_P(TableConformance, RowsOfOneNameComeInTheOrderOfTheirIdentifiers) {
     open();
     std::vector<DWORD> expected;
     for (int i = 0; i < 5; ++i)
-        expected.push_back(add({u"aa", u"1", u"x"}));
+        expected.push_back(add({TEXT("aa"), TEXT("1"), TEXT("x")}));
     std::ranges::sort(expected);
 
     std::vector<DWORD> walked;
@@ -191,22 +191,22 @@ TEST_P(TableConformance, RowsOfOneNameComeInTheOrderOfTheirIdentifiers) {
 
 TEST_P(TableConformance, GoesToAnIndexWithinItsBounds) {
     open();
-    const DWORD second = add({u"bb", u"2", u"y"});
-    const DWORD first = add({u"aa", u"1", u"x"});
+    const DWORD second = add({TEXT("bb"), TEXT("2"), TEXT("y")});
+    const DWORD first = add({TEXT("aa"), TEXT("1"), TEXT("x")});
     const std::unique_ptr<Iterator> rows = walk();
 
     EXPECT_EQ(rows->getAt(1), second);
-    EXPECT_EQ(rows->getString(mobileIdx), u"2");
+    EXPECT_EQ(rows->getString(mobileIdx), TEXT("2"));
     EXPECT_EQ(rows->getAt(0), first);
-    EXPECT_EQ(rows->getString(nameIdx), u"aa");
+    EXPECT_EQ(rows->getString(nameIdx), TEXT("aa"));
     for (const int outside : {-1, 2, 3, 1000})
         EXPECT_EQ(rows->getAt(outside), 0u) << outside;
 }
 
 TEST_P(TableConformance, DeletingAtAnIndexKeepsToItsBounds) {
     open();
-    for (const char16_t* name : {u"aa", u"bb", u"cc"})
-        add({name, u"1", u"x"});
+    for (const WCHAR* name : {TEXT("aa"), TEXT("bb"), TEXT("cc")})
+        add({name, TEXT("1"), TEXT("x")});
     const std::unique_ptr<Iterator> rows = walk();
 
     EXPECT_EQ(rows->deleteAt(-1, false), E_FAIL);
@@ -220,7 +220,7 @@ TEST_P(TableConformance, DeletingAtAnIndexKeepsToItsBounds) {
 TEST_P(TableConformance, DeletesEveryRow) {
     open();
     for (int i = 0; i < 50; ++i)
-        add({u"aa", u"1", u"x"});
+        add({TEXT("aa"), TEXT("1"), TEXT("x")});
 
     EXPECT_EQ(table().deleteAllRecords(), S_OK);
 

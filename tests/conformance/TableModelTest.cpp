@@ -34,12 +34,12 @@ struct System {
 using Command = rc::state::Command<Model, System>;
 
 // Names that every collation puts into the order of their characters.
-rc::Gen<std::u16string> anyName() {
-    return rc::gen::container<std::u16string>(2, rc::gen::element(u'a', u'b', u'c'));
+rc::Gen<WString> anyName() {
+    return rc::gen::container<WString>(2, rc::gen::element(u'a', u'b', u'c'));
 }
 
-rc::Gen<std::u16string> anyText() {
-    return rc::gen::container<std::u16string>(rc::gen::element(u'0', u'7', u'-', u'가', u'"', u'Z', u' '));
+rc::Gen<WString> anyText() {
+    return rc::gen::container<WString>(rc::gen::element(u'0', u'7', u'-', u'가', u'"', u'Z', u' '));
 }
 
 rc::Gen<Row> anyRow() {
@@ -202,7 +202,7 @@ protected:
     }
 
 private:
-    std::u16string doomed = *anyName();
+    WString doomed = *anyName();
 };
 
 class TableModel : public testing::TestWithParam<TableKind> {};

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <memory>
 #include <ostream>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -19,9 +18,9 @@ inline constexpr int emailIdx = 5;
 
 /// What the suite writes into a row, and expects to read of it.
 struct Row {
-    std::u16string name;
-    std::u16string mobile;
-    std::u16string email;
+    WString name;
+    WString mobile;
+    WString email;
 
     friend bool operator==(const Row&, const Row&) = default;
     friend std::ostream& operator<<(std::ostream& out, const Row& row) {
@@ -39,7 +38,7 @@ inline std::vector<CCeDBProp> propsOf(Database::Table& table, const Row& row) {
         const Database::AttrDef& attribute = *table.getAttrDef(i);
         props.emplace_back(attribute.getType(), attribute.getIdent());
     }
-    const auto setText = [&](int attrIdx, const std::u16string& text) {
+    const auto setText = [&](int attrIdx, const WString& text) {
         props[static_cast<std::size_t>(attrIdx)] = CCeDBProp::ofText(table.getAttrIdent(attrIdx), CString(text));
     };
     setText(nameIdx, row.name);
@@ -59,7 +58,7 @@ inline bool isWalkable(Database::Iterator* rows) {
 }
 
 inline Row currentRow(Database::Iterator& rows) {
-    const auto text = [&](int attrIdx) { return std::u16string(rows.getString(attrIdx).view()); };
+    const auto text = [&](int attrIdx) { return WString(rows.getString(attrIdx).view()); };
     return {text(nameIdx), text(mobileIdx), text(emailIdx)};
 }
 

@@ -36,7 +36,7 @@ public:
 
 private:
     Store store_;
-    Database::CeDBTable table_{u"QZ_Conformance", &PhoneBook::recdefPOlCRaw_};
+    Database::CeDBTable table_{TEXT("QZ_Conformance"), &PhoneBook::recdefPOlCRaw_};
 };
 
 template <class Store>
@@ -47,7 +47,7 @@ public:
 
 private:
     Store store_;
-    Database::POlDBTable table_{u"QZ_POlContacts", &PhoneBook::aRecDef_[PhoneBook::PBDBTBL_POLCONTACTS], 10};
+    Database::POlDBTable table_{TEXT("QZ_POlContacts"), &PhoneBook::aRecDef_[PhoneBook::PBDBTBL_POLCONTACTS], 10};
 };
 
 template <class Kind>

@@ -23,10 +23,10 @@ TEST(CeDBIterator, ReadsTheCurrentRecord) {
     ASSERT_EQ(records.next(), S_OK);
 
     EXPECT_EQ(records.getRecord(&record), S_OK);
-    EXPECT_EQ(record.findProp(nameIdent)->getText(), u"b");
+    EXPECT_EQ(record.findProp(nameIdent)->getText(), TEXT("b"));
     EXPECT_EQ(records.getProp(0), rank(2));
-    EXPECT_EQ(records.getString(0), u"2");
-    EXPECT_EQ(records.getString(1), u"b");
+    EXPECT_EQ(records.getString(0), TEXT("2"));
+    EXPECT_EQ(records.getString(1), TEXT("b"));
     EXPECT_EQ(records.curIdx, 1);
     EXPECT_EQ(records.getRecord(nullptr), E_POINTER);
 }
@@ -38,19 +38,19 @@ TEST(CeDBIterator, ReadsTheRecordItStandsOnWhereverTheTableWasMoved) {
     ASSERT_EQ(records.next(), S_OK);
     table.getDB()->seekToEnd();
 
-    EXPECT_EQ(records.getString(1), u"a");
+    EXPECT_EQ(records.getString(1), TEXT("a"));
     EXPECT_EQ(records.getRecord(&record), S_OK);
-    EXPECT_EQ(record.findProp(nameIdent)->getText(), u"a");
+    EXPECT_EQ(record.findProp(nameIdent)->getText(), TEXT("a"));
 }
 
 TEST(CeDBIterator, WithoutAPositionReadsNothingAndFailsNot) {
     ThreeRecords table;
     OpenIterator records(&table, nullptr, nullptr);
-    CCeDBRecord record = recordOf(note(u"untouched"));
+    CCeDBRecord record = recordOf(note(TEXT("untouched")));
 
     EXPECT_EQ(records.getRecord(&record), S_OK);
     ASSERT_EQ(record.getNumProps(), 1);
-    EXPECT_EQ(record.getPropAt(0), note(u"untouched"));
+    EXPECT_EQ(record.getPropAt(0), note(TEXT("untouched")));
     EXPECT_TRUE(records.getString(1).IsEmpty());
     EXPECT_TRUE(records.getProp(1).isEmpty());
 }
@@ -58,7 +58,7 @@ TEST(CeDBIterator, WithoutAPositionReadsNothingAndFailsNot) {
 TEST(CeDBIterator, ReadsNothingOfACurrentRecordThatIsGone) {
     ThreeRecords table;
     OpenIterator records(&table, nullptr, nullptr);
-    CCeDBRecord record = recordOf(note(u"untouched"));
+    CCeDBRecord record = recordOf(note(TEXT("untouched")));
     ASSERT_EQ(records.next(), S_OK);
     ASSERT_EQ(table.deleteRecord(table.first), S_OK);
 
@@ -82,7 +82,7 @@ TEST(CeDBIterator, AnAttributeOutsideTheSchemaIsEmpty) {
 
 TEST(CeDBIterator, AnAttributeThatTheRecordLacksIsEmpty) {
     SampleTable table;
-    table.add(recordOf(rank(1), name(u"a"), CCeDBProp::ofI4(0x777, 1)));
+    table.add(recordOf(rank(1), name(TEXT("a")), CCeDBProp::ofI4(0x777, 1)));
     OpenIterator records(&table, nullptr, nullptr);
     ASSERT_EQ(records.next(), S_OK);
 
@@ -92,14 +92,14 @@ TEST(CeDBIterator, AnAttributeThatTheRecordLacksIsEmpty) {
 
 TEST(CeDBIterator, AnAttributeBeyondTheNumberOfPropertiesIsEmptyThoughTheRecordHasIt) {
     SampleTable table;
-    table.add(recordOf(rank(1), note(u"there")));
+    table.add(recordOf(rank(1), note(TEXT("there"))));
     OpenIterator records(&table, nullptr, nullptr);
     ASSERT_EQ(records.next(), S_OK);
 
     EXPECT_TRUE(records.getString(2).IsEmpty());
     EXPECT_TRUE(records.getProp(2).isEmpty());
     EXPECT_TRUE(records.getPropAt(0, 2).isEmpty());
-    EXPECT_EQ(records.getString(0), u"1");
+    EXPECT_EQ(records.getString(0), TEXT("1"));
 }
 
 TEST(CeDBIterator, GoesToAnIndex) {
@@ -129,7 +129,7 @@ TEST(CeDBIterator, AnIndexOutsideIsNoRecordAndChangesNothing) {
 TEST(CeDBIterator, TheCountItselfIsTriedAsAnIndex) {
     ThreeRecords table;
     OpenIterator records(&table, nullptr, nullptr);
-    const DWORD fourth = table.add(4, u"d");  // not counted by the iterator, and reached all the same
+    const DWORD fourth = table.add(4, TEXT("d"));  // not counted by the iterator, and reached all the same
 
     EXPECT_EQ(records.getNumItems(), 3);
     EXPECT_EQ(records.getAt(3), fourth);
@@ -143,7 +143,7 @@ TEST(CeDBIterator, ReadsTheRecordAtAnIndexAndGoesThere) {
 
     EXPECT_EQ(records.getRecordAt(1, &record), S_OK);
 
-    EXPECT_EQ(record.findProp(nameIdent)->getText(), u"b");
+    EXPECT_EQ(record.findProp(nameIdent)->getText(), TEXT("b"));
     EXPECT_EQ(records.curIdx, 1);
     EXPECT_EQ(records.getCur(), table.second);
 }
@@ -163,7 +163,7 @@ TEST(CeDBIterator, ReadsAPropertyAtAnIndexAndGoesThere) {
     ThreeRecords table;
     OpenIterator records(&table, nullptr, nullptr);
 
-    EXPECT_EQ(records.getPropAt(2, 1), name(u"c"));
+    EXPECT_EQ(records.getPropAt(2, 1), name(TEXT("c")));
     EXPECT_EQ(records.curIdx, 2);
     EXPECT_EQ(records.getCur(), table.third);
     EXPECT_TRUE(records.getPropAt(3, 1).isEmpty());
@@ -185,14 +185,14 @@ TEST(CeDBIterator, TextAtFindsARecordWhoseIdentifierIsWithinTheCount) {
     SampleTable table;
     DWORD highest = 0;
     while (highest < 40)
-        highest = table.add(static_cast<LONG>(highest), u"row");
+        highest = table.add(static_cast<LONG>(highest), TEXT("row"));
     const DWORD wanted = table.oids().front();
     while (table.getNumRecords() < wanted)
-        table.add(1000, u"filler");
+        table.add(1000, TEXT("filler"));
     OpenIterator records(&table, nullptr, nullptr);
     const int idx = static_cast<int>(wanted);
 
-    EXPECT_EQ(records.getStringAt(idx, 1), u"row");
+    EXPECT_EQ(records.getStringAt(idx, 1), TEXT("row"));
 
     EXPECT_EQ(records.curIdx, idx);
     EXPECT_EQ(records.getCur(), wanted);
@@ -202,13 +202,13 @@ TEST(CeDBIterator, TextAtFindsARecordWhoseIdentifierIsWithinTheCount) {
 
 TEST(CeDBIterator, TextAtFindsAnAttributeBeyondTheNumberOfPropertiesToo) {
     SampleTable table;
-    const DWORD wanted = table.add(recordOf(rank(1), note(u"there")));
+    const DWORD wanted = table.add(recordOf(rank(1), note(TEXT("there"))));
     while (table.getNumRecords() < wanted)
-        table.add(1000, u"filler");
+        table.add(1000, TEXT("filler"));
     OpenIterator records(&table, nullptr, nullptr);
     const int idx = static_cast<int>(wanted);
 
-    EXPECT_EQ(records.getStringAt(idx, 2), u"there");
+    EXPECT_EQ(records.getStringAt(idx, 2), TEXT("there"));
     EXPECT_EQ(records.curIdx, idx);
     EXPECT_TRUE(records.getStringAt(idx, 1).IsEmpty()) << "it has no name";
 }

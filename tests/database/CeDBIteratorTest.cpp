@@ -115,9 +115,9 @@ TEST(CeDBIterator, StandsBeforeTheFirstRecordUntilItIsMoved) {
 
 TEST(CeDBIterator, WalksForwardInTheTablesOrder) {
     SampleTable table;
-    const DWORD second = table.add(2, u"b");
-    const DWORD first = table.add(1, u"a");
-    const DWORD third = table.add(3, u"c");
+    const DWORD second = table.add(2, TEXT("b"));
+    const DWORD first = table.add(1, TEXT("a"));
+    const DWORD third = table.add(3, TEXT("c"));
     OpenIterator records(&table, nullptr, nullptr);
 
     for (const DWORD expected : {first, second, third}) {
@@ -193,10 +193,10 @@ TEST(CeDBIterator, LastCountsAsOneStepBack) {
 
 TEST(CeDBIterator, VisitsOnlyTheRecordsThatEqualTheLowerBound) {
     SampleTable table;
-    table.add(1, u"a");
-    const DWORD first = table.add(2, u"b");
-    const DWORD second = table.add(2, u"c");
-    table.add(3, u"d");
+    table.add(1, TEXT("a"));
+    const DWORD first = table.add(2, TEXT("b"));
+    const DWORD second = table.add(2, TEXT("c"));
+    table.add(3, TEXT("d"));
     CCeDBProp wanted = rank(2);
     CCeDBProp ignored = rank(3);
     OpenIterator records(&table, 0, &wanted, &ignored);

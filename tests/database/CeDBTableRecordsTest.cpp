@@ -23,10 +23,10 @@ using testing_support::TemporaryStore;
 
 TEST(CeDBTable, NotOpenFailsEveryRecordOperation) {
     SampleTable opened;
-    opened.add(1, u"a");
-    CeDBTable table(u"QZ_Sample", &sampleSchema);
+    opened.add(1, TEXT("a"));
+    CeDBTable table(TEXT("QZ_Sample"), &sampleSchema);
     CCeDBRecord record = recordOf(rank(1));
-    CCeDBProp props[] = {rank(1), name(u"a"), note(u"b")};
+    CCeDBProp props[] = {rank(1), name(TEXT("a")), note(TEXT("b"))};
     CObArray array;
     CCeDBProp key = rank(1);
     DWORD oid = 1;
@@ -52,8 +52,8 @@ TEST(CeDBTable, NotOpenFailsEveryRecordOperation) {
 
 TEST(CeDBTable, WhoseDatabaseIsGoneFailsInsteadOfFindingNothing) {
     SampleTable table;
-    DWORD oid = table.add(1, u"a");
-    CCeDBRecord record = recordOf(note(u"untouched"));
+    DWORD oid = table.add(1, TEXT("a"));
+    CCeDBRecord record = recordOf(note(TEXT("untouched")));
     CCeDBProp key = rank(1);
     DWORD found = 99;
     ASSERT_TRUE(CeDeleteDatabaseEx(table.getCEOID()));
@@ -68,12 +68,12 @@ TEST(CeDBTable, WhoseDatabaseIsGoneFailsInsteadOfFindingNothing) {
     EXPECT_EQ(table.insertRecord(&record), E_FAIL);
     EXPECT_EQ(table.getRecord(oid, &record), S_OK);
     ASSERT_EQ(record.getNumProps(), 1);
-    EXPECT_EQ(record.getPropAt(0), note(u"untouched"));
+    EXPECT_EQ(record.getPropAt(0), note(TEXT("untouched")));
 }
 
 TEST(CeDBTableInsert, AnswersTheIdentifierOfTheNewRecord) {
     SampleTable table;
-    CCeDBRecord record = recordOf(rank(7), name(u"김민수"));
+    CCeDBRecord record = recordOf(rank(7), name(TEXT("김민수")));
     DWORD oid = 0;
 
     EXPECT_EQ(table.insertRecord(&record, oid), S_OK);
@@ -82,7 +82,7 @@ TEST(CeDBTableInsert, AnswersTheIdentifierOfTheNewRecord) {
     ASSERT_NE(oid, 0u);
     EXPECT_EQ(table.getRecord(oid, &stored), S_OK);
     EXPECT_EQ(stored.getNumProps(), 2);
-    EXPECT_EQ(stored.findProp(nameIdent)->getText(), u"김민수");
+    EXPECT_EQ(stored.findProp(nameIdent)->getText(), TEXT("김민수"));
     EXPECT_EQ(table.getNumRecords(), 1u);
     EXPECT_GT(table.getSize(), 0u);
 }
@@ -111,7 +111,7 @@ TEST(CeDBTableInsert, OfWhatTheStoreRefusesFails) {
 
 TEST(CeDBTableInsert, TakesAsManyPropertiesOfAnArrayAsThereAreAttributes) {
     SampleTable table;
-    CCeDBProp props[] = {rank(1), name(u"a"), note(u"b"), CCeDBProp::ofI4(0x777, 9)};
+    CCeDBProp props[] = {rank(1), name(TEXT("a")), note(TEXT("b")), CCeDBProp::ofI4(0x777, 9)};
     DWORD oid = 0;
 
     EXPECT_EQ(table.insertRecord(props, oid), S_OK);
@@ -125,7 +125,7 @@ TEST(CeDBTableInsert, TakesAsManyPropertiesOfAnArrayAsThereAreAttributes) {
 TEST(CeDBTableInsert, OfAnObjectArrayPassesOverNullAndSurplusElements) {
     SampleTable table;
     CCeDBProp first = rank(1);
-    CCeDBProp third = note(u"b");
+    CCeDBProp third = note(TEXT("b"));
     CCeDBProp surplus = CCeDBProp::ofI4(0x777, 9);
     CObArray props;
     for (CCeDBProp* prop : {&first, static_cast<CCeDBProp*>(nullptr), &third, &surplus})
@@ -144,12 +144,14 @@ TEST(CeDBTableInsert, OfAnObjectArrayPassesOverNullAndSurplusElements) {
 TEST(CeDBTableInsert, WithoutArgumentsAddsASampleOfEveryType) {
     const MemoryStoreMount store;
     AttrDef columns[] = {
-        {u"I2", CCeDBProp::typeI2, 1},     {u"UI2", CCeDBProp::typeUI2, 2},       {u"I4", CCeDBProp::typeI4, 3},
-        {u"UI4", CCeDBProp::typeUI4, 4},   {u"Time", CCeDBProp::typeFileTime, 5}, {u"Text", CCeDBProp::typeText, 6},
-        {u"Blob", CCeDBProp::typeBlob, 7}, {u"Bool", CCeDBProp::typeBool, 8},     {u"R8", CCeDBProp::typeR8, 9},
+        {TEXT("I2"), CCeDBProp::typeI2, 1},         {TEXT("UI2"), CCeDBProp::typeUI2, 2},
+        {TEXT("I4"), CCeDBProp::typeI4, 3},         {TEXT("UI4"), CCeDBProp::typeUI4, 4},
+        {TEXT("Time"), CCeDBProp::typeFileTime, 5}, {TEXT("Text"), CCeDBProp::typeText, 6},
+        {TEXT("Blob"), CCeDBProp::typeBlob, 7},     {TEXT("Bool"), CCeDBProp::typeBool, 8},
+        {TEXT("R8"), CCeDBProp::typeR8, 9},
     };
     const RecordDef schema(9, columns);
-    CeDBTable table(u"QZ_Types", &schema);
+    CeDBTable table(TEXT("QZ_Types"), &schema);
     ASSERT_NE(table.create(), 0u);
     ASSERT_TRUE(table.open(nullptr));
     const FILETIME before = currentFileTime();
@@ -165,10 +167,10 @@ TEST(CeDBTableInsert, WithoutArgumentsAddsASampleOfEveryType) {
     EXPECT_EQ(records->getProp(3).getUI4(), table.getCEOID());
     EXPECT_GE(ticksOf(records->getProp(4).getFileTime()), ticksOf(before));
     EXPECT_LE(ticksOf(records->getProp(4).getFileTime()), ticksOf(after));
-    EXPECT_EQ(records->getProp(5).getText(), u"한글 테스트.");
+    EXPECT_EQ(records->getProp(5).getText(), TEXT("한글 테스트."));
     const CCeDBProp blob = records->getProp(6);
     ASSERT_EQ(blob.getBlob().size(), 12u);
-    EXPECT_EQ(std::memcmp(blob.getBlob().data(), u"한글이다. ", 12), 0);
+    EXPECT_EQ(std::memcmp(blob.getBlob().data(), TEXT("한글이다. "), 12), 0);
     EXPECT_TRUE(records->getProp(7).getBool());
     EXPECT_EQ(records->getProp(8).getR8(), 1.11);
     EXPECT_EQ(table.getNumRecords(), 1u);
@@ -176,8 +178,8 @@ TEST(CeDBTableInsert, WithoutArgumentsAddsASampleOfEveryType) {
 
 TEST(CeDBTableDelete, TakesTheNamedRecordAndLeavesTheCallersIdentifier) {
     SampleTable table;
-    const DWORD kept = table.add(1, u"a");
-    DWORD doomed = table.add(2, u"b");
+    const DWORD kept = table.add(1, TEXT("a"));
+    DWORD doomed = table.add(2, TEXT("b"));
     const DWORD given = doomed;
 
     EXPECT_EQ(table.deleteRecord(doomed), S_OK);
@@ -189,8 +191,8 @@ TEST(CeDBTableDelete, TakesTheNamedRecordAndLeavesTheCallersIdentifier) {
 
 TEST(CeDBTableDelete, OfIdentifierZeroTakesTheRecordAtThePosition) {
     SampleTable table;
-    const DWORD first = table.add(1, u"a");
-    const DWORD second = table.add(2, u"b");
+    const DWORD first = table.add(1, TEXT("a"));
+    const DWORD second = table.add(2, TEXT("b"));
     DWORD current = 0;
     ASSERT_EQ(table.getDB()->seekToRecord(second), second);
 
@@ -202,7 +204,7 @@ TEST(CeDBTableDelete, OfIdentifierZeroTakesTheRecordAtThePosition) {
 
 TEST(CeDBTableDelete, OfIdentifierZeroWithoutAPositionFails) {
     SampleTable table;
-    table.add(1, u"a");
+    table.add(1, TEXT("a"));
     table.close();
     ASSERT_TRUE(table.openByRank());
     DWORD current = 0;
@@ -214,9 +216,9 @@ TEST(CeDBTableDelete, OfIdentifierZeroWithoutAPositionFails) {
 
 TEST(CeDBTableDelete, ByKeyTakesTheFirstThatEqualsIt) {
     SampleTable table;
-    const DWORD other = table.add(1, u"a");
-    table.add(2, u"b");
-    const DWORD second = table.add(2, u"c");
+    const DWORD other = table.add(1, TEXT("a"));
+    table.add(2, TEXT("b"));
+    const DWORD second = table.add(2, TEXT("c"));
     CCeDBProp key = rank(2);
 
     EXPECT_EQ(table.deleteRecord(key), S_OK);
@@ -226,7 +228,7 @@ TEST(CeDBTableDelete, ByKeyTakesTheFirstThatEqualsIt) {
 
 TEST(CeDBTableDelete, ByAKeyThatNothingHasFindsNothing) {
     SampleTable table;
-    table.add(1, u"a");
+    table.add(1, TEXT("a"));
     CCeDBProp key = rank(2);
 
     EXPECT_EQ(table.deleteRecord(key), S_FALSE);
@@ -237,13 +239,13 @@ TEST(CeDBTableDelete, ByAKeyThatNothingHasFindsNothing) {
 TEST(CeDBTableDeleteAll, LeavesAnEmptyTableOpen) {
     SampleTable table;
     for (LONG i = 0; i < 300; ++i)
-        table.add(i % 7, u"a");
+        table.add(i % 7, TEXT("a"));
 
     EXPECT_EQ(table.deleteAllRecords(), S_OK);
 
     EXPECT_EQ(table.getNumRecords(), 0u);
     EXPECT_TRUE(table.isOpen());
-    EXPECT_NE(table.add(1, u"a"), 0u);
+    EXPECT_NE(table.add(1, TEXT("a")), 0u);
 }
 
 TEST(CeDBTableDeleteAll, OnAnEmptyTableSucceeds) {
@@ -254,9 +256,9 @@ TEST(CeDBTableDeleteAll, OnAnEmptyTableSucceeds) {
 
 TEST(CeDBTableUpdate, WritesTheNamedPropertiesAndKeepsTheOthers) {
     SampleTable table;
-    const DWORD oid = table.add(recordOf(rank(1), name(u"a"), note(u"kept")));
-    table.add(2, u"other");
-    CCeDBRecord change = recordOf(name(u"b"), rank(9));
+    const DWORD oid = table.add(recordOf(rank(1), name(TEXT("a")), note(TEXT("kept"))));
+    table.add(2, TEXT("other"));
+    CCeDBRecord change = recordOf(name(TEXT("b")), rank(9));
 
     EXPECT_EQ(table.updateRecord(oid, &change, 0, nullptr), S_OK);
 
@@ -264,47 +266,47 @@ TEST(CeDBTableUpdate, WritesTheNamedPropertiesAndKeepsTheOthers) {
     DWORD asked = oid;
     EXPECT_EQ(table.getRecord(asked, &stored), S_OK);
     EXPECT_EQ(stored.findProp(rankIdent)->getI4(), 9);
-    EXPECT_EQ(stored.findProp(nameIdent)->getText(), u"b");
-    EXPECT_EQ(stored.findProp(noteIdent)->getText(), u"kept");
+    EXPECT_EQ(stored.findProp(nameIdent)->getText(), TEXT("b"));
+    EXPECT_EQ(stored.findProp(noteIdent)->getText(), TEXT("kept"));
 }
 
 TEST(CeDBTableUpdate, WritesAnExtraPropertyAlong) {
     SampleTable table;
-    const DWORD oid = table.add(1, u"a");
-    CCeDBRecord change = recordOf(name(u"b"));
-    CCeDBProp extra = note(u"extra");
+    const DWORD oid = table.add(1, TEXT("a"));
+    CCeDBRecord change = recordOf(name(TEXT("b")));
+    CCeDBProp extra = note(TEXT("extra"));
 
     EXPECT_EQ(table.updateRecord(oid, &change, 2, &extra), S_OK);
 
     CCeDBRecord stored;
     DWORD asked = oid;
     EXPECT_EQ(table.getRecord(asked, &stored), S_OK);
-    EXPECT_EQ(stored.findProp(nameIdent)->getText(), u"b");
-    EXPECT_EQ(stored.findProp(noteIdent)->getText(), u"extra");
+    EXPECT_EQ(stored.findProp(nameIdent)->getText(), TEXT("b"));
+    EXPECT_EQ(stored.findProp(noteIdent)->getText(), TEXT("extra"));
 }
 
 TEST(CeDBTableUpdate, OfIdentifierZeroWritesTheRecordAtThePosition) {
     SampleTable table;
-    table.add(1, u"a");
-    DWORD second = table.add(2, u"b");
-    CCeDBRecord change = recordOf(name(u"changed"));
+    table.add(1, TEXT("a"));
+    DWORD second = table.add(2, TEXT("b"));
+    CCeDBRecord change = recordOf(name(TEXT("changed")));
     ASSERT_EQ(table.getDB()->seekToRecord(second), second);
 
     EXPECT_EQ(table.updateRecord(0, &change, 0, nullptr), S_OK);
 
     CCeDBRecord stored;
     EXPECT_EQ(table.getRecord(second, &stored), S_OK);
-    EXPECT_EQ(stored.findProp(nameIdent)->getText(), u"changed");
+    EXPECT_EQ(stored.findProp(nameIdent)->getText(), TEXT("changed"));
     EXPECT_EQ(table.getNumRecords(), 2u);
 }
 
 TEST(CeDBTableUpdate, WithoutARecordToWriteFailsAndAddsNone) {
     SampleTable table;
-    DWORD gone = table.add(1, u"a");
+    DWORD gone = table.add(1, TEXT("a"));
     ASSERT_EQ(table.deleteRecord(gone), S_OK);
     table.close();
     ASSERT_TRUE(table.openByRank());
-    CCeDBRecord change = recordOf(name(u"b"));
+    CCeDBRecord change = recordOf(name(TEXT("b")));
 
     EXPECT_EQ(table.updateRecord(gone, &change, 0, nullptr), E_FAIL);
     EXPECT_EQ(table.updateRecord(0, &change, 0, nullptr), E_FAIL);
@@ -314,31 +316,31 @@ TEST(CeDBTableUpdate, WithoutARecordToWriteFailsAndAddsNone) {
 
 TEST(CeDBTableGetRecord, OfAnIdentifierThatIsGoneLeavesTheRecordAlone) {
     SampleTable table;
-    DWORD gone = table.add(1, u"a");
-    table.add(2, u"b");
+    DWORD gone = table.add(1, TEXT("a"));
+    table.add(2, TEXT("b"));
     ASSERT_EQ(table.deleteRecord(gone), S_OK);
     DWORD none = 0;
-    CCeDBRecord record = recordOf(note(u"untouched"));
+    CCeDBRecord record = recordOf(note(TEXT("untouched")));
 
     EXPECT_EQ(table.getRecord(gone, &record), S_OK);
     EXPECT_EQ(table.getRecord(none, &record), S_OK);
 
     ASSERT_EQ(record.getNumProps(), 1);
-    EXPECT_EQ(record.getPropAt(0), note(u"untouched"));
+    EXPECT_EQ(record.getPropAt(0), note(TEXT("untouched")));
 }
 
 TEST(CeDBTableGetRecord, WithoutARecordToFillFails) {
     SampleTable table;
-    DWORD oid = table.add(1, u"a");
+    DWORD oid = table.add(1, TEXT("a"));
 
     EXPECT_EQ(table.getRecord(oid, nullptr), E_FAIL);
 }
 
 TEST(CeDBTableQuery, FindsAndReadsTheFirstEqualRecord) {
     SampleTable table;
-    table.add(1, u"a");
-    const DWORD first = table.add(2, u"b");
-    table.add(2, u"c");
+    table.add(1, TEXT("a"));
+    const DWORD first = table.add(2, TEXT("b"));
+    table.add(2, TEXT("c"));
     CCeDBProp key = rank(2);
     CCeDBRecord record;
     DWORD oid = 0;
@@ -346,26 +348,26 @@ TEST(CeDBTableQuery, FindsAndReadsTheFirstEqualRecord) {
     EXPECT_EQ(table.queryRecord(key, &oid, &record), S_OK);
 
     EXPECT_EQ(oid, first);
-    EXPECT_EQ(record.findProp(nameIdent)->getText(), u"b");
+    EXPECT_EQ(record.findProp(nameIdent)->getText(), TEXT("b"));
     EXPECT_EQ(table.queryRecord(key, &oid, nullptr), S_OK);
 }
 
 TEST(CeDBTableQuery, WithoutTheIdentifierReportsTheRecordAlone) {
     SampleTable table;
-    table.add(2, u"b");
+    table.add(2, TEXT("b"));
     CCeDBProp key = rank(2);
     CCeDBRecord record;
 
     EXPECT_EQ(table.queryRecord(key, &record), S_OK);
 
-    EXPECT_EQ(record.findProp(nameIdent)->getText(), u"b");
+    EXPECT_EQ(record.findProp(nameIdent)->getText(), TEXT("b"));
 }
 
 TEST(CeDBTableQuery, ThatMatchesNothingZeroesTheIdentifierAndLeavesTheRecord) {
     SampleTable table;
-    table.add(1, u"a");
+    table.add(1, TEXT("a"));
     CCeDBProp key = rank(2);
-    CCeDBRecord record = recordOf(note(u"untouched"));
+    CCeDBRecord record = recordOf(note(TEXT("untouched")));
     DWORD oid = 99;
 
     EXPECT_EQ(table.queryRecord(key, &oid, &record), S_FALSE);
@@ -383,7 +385,7 @@ TEST(CeDBTableQuery, WithoutAPlaceForTheIdentifierIsRefused) {
 
 TEST(CeDBTableQuery, ForAValueThatNoOrderHasFails) {
     SampleTable table;
-    table.add(1, u"a");
+    table.add(1, TEXT("a"));
     CCeDBProp key = CCeDBProp::ofBlob(noteIdent, "x", 1);
     DWORD oid = 99;
 
@@ -394,9 +396,9 @@ TEST(CeDBTableQuery, ForAValueThatNoOrderHasFails) {
 
 TEST(CeDBTableQuery, FindsByAnotherPropertyThanTheOrders) {
     SampleTable table;
-    table.add(1, u"a");
-    const DWORD wanted = table.add(2, u"b");
-    CCeDBProp key = name(u"b");
+    table.add(1, TEXT("a"));
+    const DWORD wanted = table.add(2, TEXT("b"));
+    CCeDBProp key = name(TEXT("b"));
     DWORD oid = 0;
 
     EXPECT_EQ(table.queryRecord(key, &oid, nullptr), S_OK);
@@ -421,18 +423,18 @@ TEST(CeDBTable, CountsTheLowSixteenBitsOfItsRecords) {
 TEST(CeDBTable, RecordsOutliveTheStoresClosing) {
     TemporaryStore store;
     {
-        CeDBTable table(u"QZ_Sample", &sampleSchema);
+        CeDBTable table(TEXT("QZ_Sample"), &sampleSchema);
         ASSERT_NE(table.create(), 0u);
         ASSERT_TRUE(table.open(nullptr));
-        CCeDBRecord record = recordOf(rank(7), name(u"김민수"));
+        CCeDBRecord record = recordOf(rank(7), name(TEXT("김민수")));
         ASSERT_EQ(table.insertRecord(&record), S_OK);
     }
 
     store.remount();
 
-    CeDBTable table(u"QZ_Sample", &sampleSchema);
+    CeDBTable table(TEXT("QZ_Sample"), &sampleSchema);
     ASSERT_TRUE(table.open(nullptr));
-    CCeDBProp key = name(u"김민수");
+    CCeDBProp key = name(TEXT("김민수"));
     CCeDBRecord stored;
     EXPECT_EQ(table.queryRecord(key, &stored), S_OK);
     EXPECT_EQ(stored.findProp(rankIdent)->getI4(), 7);

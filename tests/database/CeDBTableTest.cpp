@@ -20,7 +20,7 @@ CEOIDINFOEX infoOf(CEOID database) {
 
 TEST(CeDBTableOpen, ANameThatDoesNotExistLeavesNoDatabaseObject) {
     const MemoryStoreMount store;
-    CeDBTable table(u"QZ_Nowhere", &sampleSchema);
+    CeDBTable table(TEXT("QZ_Nowhere"), &sampleSchema);
 
     EXPECT_EQ(table.open(nullptr), FALSE);
     EXPECT_EQ(table.getDB(), nullptr);
@@ -41,7 +41,7 @@ TEST(CeDBTableOpen, WhenTheDatabaseIsGoneLetsGoOfItAndIsFalse) {
 
 TEST(CeDBTableOpen, OpensWhatWasCreatedAndStaysOpen) {
     const MemoryStoreMount store;
-    CeDBTable table(u"QZ_Sample", &sampleSchema);
+    CeDBTable table(TEXT("QZ_Sample"), &sampleSchema);
     ASSERT_NE(table.create(), 0u);
 
     EXPECT_FALSE(table.isOpen());
@@ -55,8 +55,8 @@ TEST(CeDBTableOpen, OpensWhatWasCreatedAndStaysOpen) {
 
 TEST(CeDBTableOpen, WhileOpenKeepsTheOrderItHas) {
     SampleTable table;
-    const DWORD second = table.add(2, u"a");
-    const DWORD first = table.add(1, u"b");
+    const DWORD second = table.add(2, TEXT("a"));
+    const DWORD first = table.add(1, TEXT("b"));
 
     EXPECT_TRUE(table.open(0, CEDB_SORT_DESCENDING, nullptr));
 
@@ -65,8 +65,8 @@ TEST(CeDBTableOpen, WhileOpenKeepsTheOrderItHas) {
 
 TEST(CeDBTableOpen, WithoutASortAttributeTakesTheOrderOfCreation) {
     SampleTable table;
-    const DWORD first = table.add(2, u"b");
-    const DWORD second = table.add(1, u"a");
+    const DWORD first = table.add(2, TEXT("b"));
+    const DWORD second = table.add(1, TEXT("a"));
 
     table.close();
     ASSERT_TRUE(table.open(nullptr));
@@ -76,9 +76,9 @@ TEST(CeDBTableOpen, WithoutASortAttributeTakesTheOrderOfCreation) {
 
 TEST(CeDBTableOpen, SortsOnAnyAttributeEitherWay) {
     SampleTable table;
-    const DWORD one = table.add(1, u"c");
-    const DWORD two = table.add(2, u"a");
-    const DWORD three = table.add(3, u"b");
+    const DWORD one = table.add(1, TEXT("c"));
+    const DWORD two = table.add(2, TEXT("a"));
+    const DWORD three = table.add(3, TEXT("b"));
 
     table.close();
     ASSERT_TRUE(table.open(0, CEDB_SORT_DESCENDING, nullptr));
@@ -90,20 +90,20 @@ TEST(CeDBTableOpen, SortsOnAnyAttributeEitherWay) {
 
 TEST(CeDBTableCreate, AnswersTheIdentifierOfANewDatabase) {
     const MemoryStoreMount store;
-    CeDBTable table(u"QZ_Sample", &sampleSchema);
+    CeDBTable table(TEXT("QZ_Sample"), &sampleSchema);
 
     const DWORD created = table.create();
 
     EXPECT_NE(created, 0u);
     EXPECT_EQ(table.getCEOID(), created);
-    EXPECT_EQ(CString(infoOf(created).szDbaseName), u"QZ_Sample");
+    EXPECT_EQ(CString(infoOf(created).szDbaseName), TEXT("QZ_Sample"));
     EXPECT_EQ(infoOf(created).dwDbaseType, 0u);
 }
 
 TEST(CeDBTableCreate, ANameThatIsTakenGivesZero) {
     const MemoryStoreMount store;
-    CeDBTable table(u"QZ_Sample", &sampleSchema);
-    CeDBTable other(u"QZ_Sample", &sampleSchema);
+    CeDBTable table(TEXT("QZ_Sample"), &sampleSchema);
+    CeDBTable other(TEXT("QZ_Sample"), &sampleSchema);
     ASSERT_NE(table.create(), 0u);
 
     EXPECT_EQ(other.create(), 0u);
@@ -111,7 +111,7 @@ TEST(CeDBTableCreate, ANameThatIsTakenGivesZero) {
 
 TEST(CeDBTableCreate, WhileOpenFailsAndLeavesTheTableOpen) {
     SampleTable table;
-    const DWORD oid = table.add(1, u"a");
+    const DWORD oid = table.add(1, TEXT("a"));
 
     EXPECT_EQ(table.create(), 0u);
 
@@ -139,11 +139,12 @@ TEST(CeDBTableCreate, OnlyTheCallHistoryHasASortOrderOfItsOwn) {
 TEST(CeDBTableCreate, TakesTheFirstFourSortedAttributes) {
     const MemoryStoreMount store;
     AttrDef columns[] = {
-        {u"a", CCeDBProp::typeI4, 1, 1}, {u"b", CCeDBProp::typeI4, 2},     {u"c", CCeDBProp::typeText, 3, 2},
-        {u"d", CCeDBProp::typeI2, 4, 4}, {u"e", CCeDBProp::typeUI4, 5, 1}, {u"f", CCeDBProp::typeUI2, 6, 1},
+        {TEXT("a"), CCeDBProp::typeI4, 1, 1},   {TEXT("b"), CCeDBProp::typeI4, 2},
+        {TEXT("c"), CCeDBProp::typeText, 3, 2}, {TEXT("d"), CCeDBProp::typeI2, 4, 4},
+        {TEXT("e"), CCeDBProp::typeUI4, 5, 1},  {TEXT("f"), CCeDBProp::typeUI2, 6, 1},
     };
     const RecordDef schema(6, columns);
-    CeDBTable table(u"QZ_Sorted", &schema);
+    CeDBTable table(TEXT("QZ_Sorted"), &schema);
 
     const CEOIDINFOEX info = infoOf(table.create());
 
@@ -157,7 +158,7 @@ TEST(CeDBTableCreate, TakesTheFirstFourSortedAttributes) {
 
 TEST(CeDBTableClose, IsFalseWhenThereIsNothingToClose) {
     SampleTable table;
-    CeDBTable neverOpened(u"QZ_Sample", &sampleSchema);
+    CeDBTable neverOpened(TEXT("QZ_Sample"), &sampleSchema);
 
     EXPECT_EQ(neverOpened.close(), FALSE);
     EXPECT_EQ(table.close(), TRUE);
@@ -166,7 +167,7 @@ TEST(CeDBTableClose, IsFalseWhenThereIsNothingToClose) {
 
 TEST(CeDBTableOpen, KeepsTheDatabaseObjectWhenTheStoreCannotTell) {
     objectstore_test::CountingMount store;
-    CeDBTable table(u"QZ_Sample", &sampleSchema);
+    CeDBTable table(TEXT("QZ_Sample"), &sampleSchema);
     ASSERT_NE(table.create(), 0u);
     CCeDBDatabase* const made = table.getDB();
 
@@ -191,10 +192,10 @@ TEST(CeDBTableReopen, LetsGoOfADatabaseThatIsGone) {
 
 TEST(CeDBTableReopen, KeepsTheOrderItHasWhenThereIsNoneByThatAttribute) {
     const MemoryStoreMount store;
-    AttrDef columns[] = {{u"Rank", CCeDBProp::typeI4, testing_support::rankIdent},
-                         {u"Picture", CCeDBProp::typeBlob, 0x510}};
+    AttrDef columns[] = {{TEXT("Rank"), CCeDBProp::typeI4, testing_support::rankIdent},
+                         {TEXT("Picture"), CCeDBProp::typeBlob, 0x510}};
     const RecordDef schema(2, columns);
-    CeDBTable table(u"QZ_Pictures", &schema);
+    CeDBTable table(TEXT("QZ_Pictures"), &schema);
     ASSERT_NE(table.create(), 0u);
     ASSERT_TRUE(table.open(0, 0, nullptr));
     const CCeDBDatabase* const opened = table.getDB();
@@ -207,7 +208,7 @@ TEST(CeDBTableReopen, KeepsTheOrderItHasWhenThereIsNoneByThatAttribute) {
 
 TEST(CeDBTableClose, KeepsTheDatabaseObjectForTheNextOpen) {
     SampleTable table;
-    const DWORD oid = table.add(1, u"a");
+    const DWORD oid = table.add(1, TEXT("a"));
 
     table.close();
 
@@ -228,12 +229,12 @@ TEST(CeDBTableDrop, RemovesTheDatabaseWhetherOpenOrNot) {
 
     ASSERT_NE(table.create(), 0u);
     EXPECT_TRUE(table.drop());
-    EXPECT_FALSE(CCeDBDatabase::exists(u"QZ_Sample"));
+    EXPECT_FALSE(CCeDBDatabase::exists(TEXT("QZ_Sample")));
 }
 
 TEST(CeDBTableDrop, OfADatabaseThatDoesNotExistIsFalse) {
     const MemoryStoreMount store;
-    CeDBTable table(u"QZ_Nowhere", &sampleSchema);
+    CeDBTable table(TEXT("QZ_Nowhere"), &sampleSchema);
 
     EXPECT_EQ(table.drop(), FALSE);
     EXPECT_EQ(table.getDB(), nullptr);

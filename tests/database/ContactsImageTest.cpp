@@ -24,7 +24,7 @@ using testing_support::OpenPhoneBook;
 using testing_support::TemporaryStore;
 
 ScannedContact scanned(DWORD oid, const std::string& key, const std::string& number = "010") {
-    return {.oid = oid, .sortKey = key, .name = std::u16string(key.begin(), key.end()), .numbers = {number}};
+    return {.oid = oid, .sortKey = key, .name = WString(key.begin(), key.end()), .numbers = {number}};
 }
 
 std::vector<DWORD> oidsOf(const std::vector<ScanMatch>& matches) {
@@ -47,8 +47,8 @@ TEST(ContactsImage, AContactThatMovedWhileAllWereReadIsRemovedWhole) {
     image.remove(7);
 
     EXPECT_EQ(everybody(image), std::vector<DWORD>{3});
-    EXPECT_TRUE(image.matchingNumber(u"1").empty());
-    EXPECT_TRUE(image.matchingNumber(u"3").empty());
+    EXPECT_TRUE(image.matchingNumber(TEXT("1")).empty());
+    EXPECT_TRUE(image.matchingNumber(TEXT("3")).empty());
     EXPECT_EQ(image.size(), 1u);
 }
 
@@ -67,9 +67,9 @@ TEST(ContactsImage, AKeyWithAZeroFindsNothing) {
     ContactsImage image;
     image.append(scanned(1, "kim"));
     image.append(scanned(2, "lee"));
-    EXPECT_TRUE(image.matchingName(CString(u"\0", 1)).empty());
-    EXPECT_TRUE(image.matchingName(CString(u"m\0l", 3)).empty());
-    EXPECT_TRUE(image.matchingNumber(CString(u"\0", 1)).empty());
+    EXPECT_TRUE(image.matchingName(CString(TEXT("\0"), 1)).empty());
+    EXPECT_TRUE(image.matchingName(CString(TEXT("m\0l"), 3)).empty());
+    EXPECT_TRUE(image.matchingNumber(CString(TEXT("\0"), 1)).empty());
 }
 
 RC_GTEST_PROP(ContactsImage, HoldsWhoeverWasPutWhateverTheOrderOfIdentifiers, ()) {
@@ -102,7 +102,7 @@ void renameUntil(const std::atomic<bool>& finished, const std::vector<DWORD>& oi
         for (std::size_t i = 0; i < 20; ++i) {
             const std::size_t turn = round * 20 + i;
             CCeDBRecord row;
-            row.addProp(CCeDBProp::ofText(0, (turn / oids.size()) % 2 == 0 ? u"Zoe" : u"Ann"));
+            row.addProp(CCeDBProp::ofText(0, (turn / oids.size()) % 2 == 0 ? TEXT("Zoe") : TEXT("Ann")));
             static_cast<void>(contacts.updateRecord(oids[turn * 7 % oids.size()], &row, 0, nullptr));
         }
     }
@@ -115,7 +115,7 @@ TEST(SharedContactsImage, ASearchMeetsEveryContactOnceWhoeverRenamesThemMeanwhil
     {
         ObjectStoreBatch batch;
         for (int i = 0; i < 1'501; ++i)
-            oids.push_back(book.add(contact().name(u"Ann")));
+            oids.push_back(book.add(contact().name(TEXT("Ann"))));
     }
     std::atomic<bool> finished = false;
     std::thread writer([&] { renameUntil(finished, oids); });

@@ -21,12 +21,12 @@ protected:
     OnAFailingStore() {
         table.create();
         table.open(0, 0, nullptr);
-        for (CCeDBRecord record : {recordOf(rank(1), name(u"a")), recordOf(rank(2), name(u"b"))})
+        for (CCeDBRecord record : {recordOf(rank(1), name(TEXT("a"))), recordOf(rank(2), name(TEXT("b")))})
             EXPECT_EQ(table.insertRecord(&record, second), S_OK);
     }
 
     objectstore_test::CountingMount store;
-    CeDBTable table{u"QZ_Sample", &testing_support::sampleSchema};
+    CeDBTable table{TEXT("QZ_Sample"), &testing_support::sampleSchema};
     DWORD second = 0;
 };
 
@@ -45,8 +45,8 @@ TEST_F(OnAFailingStore, DeletingAllFailsWhenItIsNotKept) {
 }
 
 TEST_F(OnAFailingStore, AQueryFindsARecordThatCannotBeReadAndLeavesTheCallersAsItIs) {
-    CCeDBProp key = name(u"b");
-    CCeDBRecord record = recordOf(note(u"untouched"));
+    CCeDBProp key = name(TEXT("b"));
+    CCeDBRecord record = recordOf(note(TEXT("untouched")));
     DWORD found = 0;
     store.log.getError = ERROR_GEN_FAILURE;
 
@@ -54,7 +54,7 @@ TEST_F(OnAFailingStore, AQueryFindsARecordThatCannotBeReadAndLeavesTheCallersAsI
 
     EXPECT_EQ(found, second);
     EXPECT_EQ(record.getNumProps(), 1);
-    EXPECT_EQ(record.findProp(noteIdent)->getText(), u"untouched");
+    EXPECT_EQ(record.findProp(noteIdent)->getText(), TEXT("untouched"));
 }
 
 }  // namespace

@@ -17,9 +17,9 @@ public:
 /// A sample table of three records, ranked 1 to 3 and named a to c.
 class ThreeRecords : public SampleTable {
 public:
-    DWORD first = add(1, u"a");
-    DWORD second = add(2, u"b");
-    DWORD third = add(3, u"c");
+    DWORD first = add(1, TEXT("a"));
+    DWORD second = add(2, TEXT("b"));
+    DWORD third = add(3, TEXT("c"));
 };
 
 }  // namespace testing_support

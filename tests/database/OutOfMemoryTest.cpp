@@ -24,21 +24,22 @@ using testing_support::FailingAllocation;
 using testing_support::OpenPhoneBook;
 
 constexpr DWORD nameMobileAndBell = 0x00100005;
-constexpr const WCHAR* longName = u"Kim with a name that needs memory of its own";
-constexpr const WCHAR* longNumber = u"010-1234-5678 and a tail";
-constexpr const WCHAR* bell = u"a bell of some length";
-constexpr const WCHAR* reducedNumber = u"01012345678";
+constexpr const WCHAR* longName = TEXT("Kim with a name that needs memory of its own");
+constexpr const WCHAR* longNumber = TEXT("010-1234-5678 and a tail");
+constexpr const WCHAR* bell = TEXT("a bell of some length");
+constexpr const WCHAR* reducedNumber = TEXT("01012345678");
 
 /// A phone book with three contacts, each with an extension row.
 class OutOfMemory : public testing::Test {
 protected:
     OutOfMemory() {
-        for (const WCHAR* name : {u"Ann with a name that needs memory", longName, u"Lee with a name that needs memory"})
+        for (const WCHAR* name :
+             {TEXT("Ann with a name that needs memory"), longName, TEXT("Lee with a name that needs memory")})
             oids.push_back(book.add(full(name)));
     }
 
     static contact full(const WCHAR* name) {
-        return contact().name(name).group(u"Friends and family").mobile(longNumber).bell(bell);
+        return contact().name(name).group(TEXT("Friends and family")).mobile(longNumber).bell(bell);
     }
     POlDBTable& contacts() { return *static_cast<POlDBTable*>(book->getTable(PhoneBook::PBDBTBL_POLCONTACTS)); }
 
@@ -95,7 +96,7 @@ protected:
     /// Every way to the contacts leads to the same ones, each with a name and a number.
     void checkSound() {
         const std::unique_ptr<Iterator> walked(contacts().getIterator(nullptr, nullptr));
-        const std::unique_ptr<Iterator> scanned(contacts().getScanIterator(nullptr, 0, u""));
+        const std::unique_ptr<Iterator> scanned(contacts().getScanIterator(nullptr, 0, TEXT("")));
         ASSERT_NE(nullptr, walked);
         ASSERT_NE(nullptr, scanned);
         ASSERT_EQ(static_cast<int>(book->getNumRecords()), walked->getNumItems());
@@ -120,8 +121,8 @@ TEST_F(OutOfMemory, IteratorsOverAllContactsAreNullOrWhole) {
 }
 
 TEST_F(OutOfMemory, IteratorsBetweenBoundsAreNullOrWhole) {
-    CCeDBProp from = CCeDBProp::ofText(0, u"Kim with a name");
-    CCeDBProp to = CCeDBProp::ofText(0, u"Kim with a name that needs memory of its own at last");
+    CCeDBProp from = CCeDBProp::ofText(0, TEXT("Kim with a name"));
+    CCeDBProp to = CCeDBProp::ofText(0, TEXT("Kim with a name that needs memory of its own at last"));
     failEachAllocationOf([&] { return contacts().getIterator(0, &from, &to); }, 1);
     failEachAllocationOf([&] { return contacts().getIterator(0, &from, nullptr); }, 2);
     CCeDBProp number = CCeDBProp::ofText(0, longNumber);
@@ -129,10 +130,10 @@ TEST_F(OutOfMemory, IteratorsBetweenBoundsAreNullOrWhole) {
 }
 
 TEST_F(OutOfMemory, IteratorsWithinAnEarlierResultAreNullOrWhole) {
-    CCeDBProp from = CCeDBProp::ofText(0, u"Kim with a name");
+    CCeDBProp from = CCeDBProp::ofText(0, TEXT("Kim with a name"));
     const std::unique_ptr<Iterator> all(contacts().getIterator(nullptr, nullptr));
     auto* within = static_cast<POlDBIterator*>(all.get());
-    const CString restriction = u"[FileAs] > \"Kim with a name that needs memory\"";
+    const CString restriction = TEXT("[FileAs] > \"Kim with a name that needs memory\"");
     failEachAllocationOf([&] { return contacts().getIterator(within, 0, &from, nullptr); }, 2);
     failEachAllocationOf([&] { return contacts().getIterator(within, restriction); }, 2);
     failEachAllocationOf([&] { return contacts().getIterator(nullptr, restriction); }, 2);
@@ -142,7 +143,7 @@ TEST_F(OutOfMemory, IteratorsWithinAnEarlierResultAreNullOrWhole) {
 }
 
 TEST_F(OutOfMemory, SearchesAreNullOrWhole) {
-    const CString name = u"a name that needs memory of";
+    const CString name = TEXT("a name that needs memory of");
     const CString number = reducedNumber;
     failEachAllocationOf([&] { return contacts().getScanIterator(nullptr, 0, name); }, 1);
     failEachAllocationOf([&] { return contacts().getScanIterator(nullptr, SCANATTR_TELNO, number); }, 3);
@@ -151,7 +152,7 @@ TEST_F(OutOfMemory, SearchesAreNullOrWhole) {
 }
 
 TEST_F(OutOfMemory, ASearchThatFirstReadsAllContactsIsNullOrWhole) {
-    const CString name = u"with a name that needs memory";
+    const CString name = TEXT("with a name that needs memory");
     std::unique_ptr<Iterator> found;
     failEachAllocation([&] { found.reset(contacts().getScanIterator(nullptr, 0, name)); },
                        [&] {
@@ -167,7 +168,7 @@ TEST_F(OutOfMemory, ASearchThatFirstReadsAllContactsIsNullOrWhole) {
 
 TEST_F(OutOfMemory, FieldsOfAnIteratorAreEmptyOrWhole) {
     const std::unique_ptr<Iterator> walked(contacts().getIterator(nullptr, nullptr));
-    const std::unique_ptr<Iterator> scanned(contacts().getScanIterator(nullptr, 0, u""));
+    const std::unique_ptr<Iterator> scanned(contacts().getScanIterator(nullptr, 0, TEXT("")));
     for (Iterator* each : {walked.get(), scanned.get()}) {
         for (const int attr : {0, 2}) {
             CString text;
@@ -182,7 +183,8 @@ TEST_F(OutOfMemory, FieldsOfAnIteratorAreEmptyOrWhole) {
 }
 
 TEST_F(OutOfMemory, MovesOfAnIteratorAnswerACode) {
-    const std::unique_ptr<Iterator> walked(contacts().getIterator(nullptr, CString(u"[FileAs] > \"Ann with a nice\"")));
+    const std::unique_ptr<Iterator> walked(
+        contacts().getIterator(nullptr, CString(TEXT("[FileAs] > \"Ann with a nice\""))));
     ASSERT_NE(nullptr, walked);
     DWORD reached = 0;
     failEachAllocation([&] { reached = walked->getAt(0); },
@@ -197,7 +199,7 @@ TEST_F(OutOfMemory, MovesOfAnIteratorAnswerACode) {
 
 TEST_F(OutOfMemory, ARowIsInsertedWholeOrNotAtAll) {
     CObArray props;
-    PBRecord record = full(u"Park with a name that needs memory").record();
+    PBRecord record = full(TEXT("Park with a name that needs memory")).record();
     ASSERT_EQ(S_OK, book->getTableAttrsFromPBRecord(0, 0, record, props));
     CCeDBRecord row(props);
     book->clearObArray(props);
@@ -218,7 +220,7 @@ TEST_F(OutOfMemory, ARowIsUpdatedWholeOrNotAtAll) {
     const auto rowNamed = [](const CString& name) {
         CCeDBRecord row;
         row.addProp(CCeDBProp::ofText(0, name));
-        row.addProp(CCeDBProp::ofText(0, u"Some categories;of some length"));
+        row.addProp(CCeDBProp::ofText(0, TEXT("Some categories;of some length")));
         row.addProp(CCeDBProp::ofText(0, longNumber));
         return row;
     };
@@ -226,7 +228,7 @@ TEST_F(OutOfMemory, ARowIsUpdatedWholeOrNotAtAll) {
         const std::unique_ptr<Iterator> all(contacts().getIterator(nullptr, nullptr));
         return all->getStringAt(1, 0);
     };
-    const CString wanted = u"Kim with another name that needs memory";
+    const CString wanted = TEXT("Kim with another name that needs memory");
     CCeDBRecord row = rowNamed(wanted);
     CCeDBRecord original = rowNamed(longName);
     HRESULT result = S_OK;
@@ -261,7 +263,7 @@ TEST_F(OutOfMemory, CallerInfoIsWholeOrSaysThatItIsNot) {
 TEST_F(OutOfMemory, AFindAnswersACode) {
     ComPtr<IDispatch> item;
     HRESULT result = S_OK;
-    failEachAllocation([&] { result = contacts().find(u"[FileAs] > \"Kim with a name\"", item.out()); },
+    failEachAllocation([&] { result = contacts().find(TEXT("[FileAs] > \"Kim with a name\""), item.out()); },
                        [&] {
                            EXPECT_EQ(result == S_OK, bool{item});
                            return result == S_OK;
@@ -269,7 +271,7 @@ TEST_F(OutOfMemory, AFindAnswersACode) {
 }
 
 TEST_F(OutOfMemory, AnEntryIsInsertedOrItsIdentifierIsZero) {
-    const PBRecord given = full(u"Park with a name that needs memory").record();
+    const PBRecord given = full(TEXT("Park with a name that needs memory")).record();
     PBRecord record = given;
     DWORD oid = 0;
     HRESULT result = S_OK;
@@ -312,8 +314,8 @@ TEST_F(OutOfMemory, AnImportTellsWhichLinesBecameEntries) {
     const testing_support::TemporaryFolder folder;
     {
         std::ofstream out(folder / "three.csv", std::ios::binary);
-        const std::u16string line = u"Park with a long name,Friends and family,,010-1234-5678 and a tail\n";
-        for (const char16_t unit : u"header\n" + line + line + line)
+        const WString line = TEXT("Park with a long name,Friends and family,,010-1234-5678 and a tail\n");
+        for (const WCHAR unit : TEXT("header\n") + line + line + line)
             out.put(static_cast<char>(unit)).put(static_cast<char>(unit >> 8));
     }
     CString path = *textOfUtf8((folder / "three.csv").string());
@@ -326,7 +328,7 @@ TEST_F(OutOfMemory, AnImportTellsWhichLinesBecameEntries) {
                            const DWORD added = book->getNumRecords() - before;
                            const DWORD told = std::exchange(listener.entries, 0);
                            EXPECT_TRUE(result != S_OK || added == told);
-                           removeFrom(u"Park");
+                           removeFrom(TEXT("Park"));
                            return result == S_OK && added == 3;
                        });
 }

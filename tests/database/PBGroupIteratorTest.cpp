@@ -31,61 +31,61 @@ protected:
 };
 
 TEST_F(Groups, HoldTheContactsWhoseCategoriesAreTheirName) {
-    book.add(contact().name(u"Zoe").group(u"Family"));
-    book.add(contact().name(u"Ann").group(u"Family"));
-    book.add(contact().name(u"Bob").group(u"Work"));
-    EXPECT_EQ(names({u"Ann", u"Zoe"}), membersOf(u"Family"));
-    EXPECT_EQ(names({}), membersOf(u"family")) << "case counts";
-    EXPECT_EQ(names({}), membersOf(u"Friends"));
+    book.add(contact().name(TEXT("Zoe")).group(TEXT("Family")));
+    book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
+    book.add(contact().name(TEXT("Bob")).group(TEXT("Work")));
+    EXPECT_EQ(names({TEXT("Ann"), TEXT("Zoe")}), membersOf(TEXT("Family")));
+    EXPECT_EQ(names({}), membersOf(TEXT("family"))) << "case counts";
+    EXPECT_EQ(names({}), membersOf(TEXT("Friends")));
 }
 
 TEST_F(Groups, OneThatNobodyIsInIsNoCursor) {
-    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(u"")));
-    book.add(contact().name(u"Ann").group(u"Family"));
-    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(u"Friends")));
-    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(u"")));
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(TEXT(""))));
+    book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(TEXT("Friends"))));
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(CString(TEXT(""))));
 }
 
 TEST_F(Groups, AContactOfTwoCategoriesIsInNeitherGroup) {
-    const DWORD oid = book.add(contact().name(u"Ann").group(u"Family"));
-    PhoneBook::PBRecord both = contact().name(u"Ann").group(u"Work").record();
+    const DWORD oid = book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
+    PhoneBook::PBRecord both = contact().name(TEXT("Ann")).group(TEXT("Work")).record();
     ASSERT_EQ(S_OK, book->updatePBRecord(oid, both));
-    EXPECT_EQ(names({}), membersOf(u"Family"));
-    EXPECT_EQ(names({}), membersOf(u"Work"));
-    EXPECT_EQ(names({u"Ann"}), membersOf(u"Work, Family"));
+    EXPECT_EQ(names({}), membersOf(TEXT("Family")));
+    EXPECT_EQ(names({}), membersOf(TEXT("Work")));
+    EXPECT_EQ(names({TEXT("Ann")}), membersOf(TEXT("Work, Family")));
 }
 
 TEST_F(Groups, TheEmptyNameHoldsWhoHasNoCategories) {
-    book.add(contact().name(u"Ann").group(u"Family"));
-    book.add(contact().name(u"Bob"));
+    book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
+    book.add(contact().name(TEXT("Bob")));
     // As a program would that writes the contacts database by itself: the property is there, and empty.
     CCeDBDatabase database;
-    database.open(u"Contacts Database", nullptr, nullptr);
+    database.open(TEXT("Contacts Database"), nullptr, nullptr);
     CCeDBRecord filed;
-    filed.addProp(CCeDBProp::ofText(0x4013, u"Carl"));
-    filed.addProp(CCeDBProp::ofText(0x0016, u""));
+    filed.addProp(CCeDBProp::ofText(0x4013, TEXT("Carl")));
+    filed.addProp(CCeDBProp::ofText(0x0016, TEXT("")));
     ASSERT_NE(0u, database.add(filed));
-    EXPECT_EQ(names({u"Bob"}), membersOf(u""));
+    EXPECT_EQ(names({TEXT("Bob")}), membersOf(TEXT("")));
 }
 
 TEST_F(Groups, StepAndDeleteLikeAScan) {
-    const DWORD ann = book.add(contact().name(u"Ann").group(u"Family"));
-    book.add(contact().name(u"Bob").group(u"Family"));
-    const std::unique_ptr<Iterator> found(book->searchPBRecordOfPBGroup(CString(u"Family")));
+    const DWORD ann = book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
+    book.add(contact().name(TEXT("Bob")).group(TEXT("Family")));
+    const std::unique_ptr<Iterator> found(book->searchPBRecordOfPBGroup(CString(TEXT("Family"))));
     ASSERT_NE(nullptr, found);
     EXPECT_EQ(2, found->getNumItems());
     EXPECT_EQ(ann, found->getAt(0));
-    EXPECT_EQ(CString(u"Family"), found->getString(1));
+    EXPECT_EQ(CString(TEXT("Family")), found->getString(1));
     EXPECT_EQ(S_OK, found->deleteAt(0, false));
     EXPECT_EQ(1, found->getNumItems());
     EXPECT_EQ(1u, book->getNumRecords());
 }
 
 TEST_F(Groups, OpenTheExtensionTable) {
-    book.add(contact().name(u"Ann").group(u"Family"));
+    book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
     Table* extension = book->getTable(PhoneBook::PBDBTBL_PHONEBOOKEXT);
     extension->close();
-    EXPECT_EQ(names({u"Ann"}), membersOf(u"Family"));
+    EXPECT_EQ(names({TEXT("Ann")}), membersOf(TEXT("Family")));
     EXPECT_TRUE(extension->isOpen());
 }
 
@@ -98,26 +98,26 @@ public:
 };
 
 TEST_F(Groups, AreEmptyWithoutAnExtensionTable) {
-    book.add(contact().name(u"Ann").group(u"Family"));
-    OpenGroup group(book->getTable(0), nullptr, PhoneBook::PBDBATTR_CATEGORIES, CString(u"Family"));
+    book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
+    OpenGroup group(book->getTable(0), nullptr, PhoneBook::PBDBATTR_CATEGORIES, CString(TEXT("Family")));
     EXPECT_EQ(0, group.getNumItems());
     EXPECT_FALSE(group.isOpened());
 }
 
 TEST_F(Groups, AreScannedInACollectionAndNeverByNumber) {
     OpenGroup group(book->getTable(0), book->getTable(PhoneBook::PBDBTBL_PHONEBOOKEXT), PhoneBook::PBDBATTR_CATEGORIES,
-                    CString(u"Family"));
-    EXPECT_EQ(E_POINTER, group.scan(nullptr, CString(u"Family")));
+                    CString(TEXT("Family")));
+    EXPECT_EQ(E_POINTER, group.scan(nullptr, CString(TEXT("Family"))));
     EXPECT_EQ(E_POINTER, group.scan(nullptr, CString()));
-    EXPECT_EQ(E_NOTIMPL, group.scanTelNo(group.getItemCol(), CString(u"1")));
+    EXPECT_EQ(E_NOTIMPL, group.scanTelNo(group.getItemCol(), CString(TEXT("1"))));
 }
 
 TEST_F(Groups, AreEmptyWithoutOpenContacts) {
-    book.add(contact().name(u"Ann").group(u"Family"));
+    book.add(contact().name(TEXT("Ann")).group(TEXT("Family")));
     book->closeDB();
-    EXPECT_EQ(names({}), membersOf(u"Family"));
+    EXPECT_EQ(names({}), membersOf(TEXT("Family")));
     PhoneBook::PhoneBookDBMgr fresh;
-    EXPECT_EQ(nullptr, fresh.searchPBRecordOfPBGroup(CString(u"Family")));
+    EXPECT_EQ(nullptr, fresh.searchPBRecordOfPBGroup(CString(TEXT("Family"))));
 }
 
 }  // namespace

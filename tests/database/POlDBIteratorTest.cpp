@@ -20,9 +20,9 @@ using testing_support::OpenPhoneBook;
 class ThreeContacts : public testing::Test {
 protected:
     ThreeContacts() {
-        ann = book.add(contact().name(u"Ann").mobile(u"010-1"));
-        bob = book.add(contact().name(u"Bob"));
-        carl = book.add(contact().name(u"Carl"));
+        ann = book.add(contact().name(TEXT("Ann")).mobile(TEXT("010-1")));
+        bob = book.add(contact().name(TEXT("Bob")));
+        carl = book.add(contact().name(TEXT("Carl")));
         cursor.reset(contacts().getIterator(nullptr, nullptr));
     }
 
@@ -76,7 +76,7 @@ TEST_F(ThreeContacts, TwoStepsBackFromBeforeTheFirstCloseTheCursor) {
 TEST_F(ThreeContacts, OverNothingACursorStepsOnceToNobody) {
     IPOutlookItemCollection* items = nullptr;
     ASSERT_EQ(S_OK, contacts().getItems(&items));
-    POlDBIterator none(&contacts(), items, CString(u"[FileAs] = \"Nobody\""));
+    POlDBIterator none(&contacts(), items, CString(TEXT("[FileAs] = \"Nobody\"")));
 
     EXPECT_FALSE(none.isOpened());
     EXPECT_EQ(S_OK, none.next()) << "from one before the place before the first";
@@ -108,43 +108,43 @@ TEST_F(ThreeContacts, IndexesCountFromZeroAndTheCountItselfAnswersNothing) {
     EXPECT_EQ(0u, cursor->getAt(3));
     EXPECT_EQ(0u, cursor->getAt(4));
     EXPECT_EQ(0u, cursor->getAt(-1));
-    EXPECT_EQ(CString(u"Bob"), cursor->getStringAt(1, 0));
-    EXPECT_EQ(CString(u""), cursor->getStringAt(3, 0));
-    EXPECT_EQ(CString(u""), cursor->getStringAt(4, 0));
+    EXPECT_EQ(CString(TEXT("Bob")), cursor->getStringAt(1, 0));
+    EXPECT_EQ(CString(TEXT("")), cursor->getStringAt(3, 0));
+    EXPECT_EQ(CString(TEXT("")), cursor->getStringAt(4, 0));
 }
 
 TEST_F(ThreeContacts, FieldsAreReadAsTextOnly) {
-    EXPECT_EQ(CString(u"010-1"), cursor->getStringAt(0, 2));
-    EXPECT_EQ(CString(u""), cursor->getStringAt(1, 2));
-    EXPECT_EQ(CString(u""), cursor->getStringAt(0, 99)) << "no such attribute";
+    EXPECT_EQ(CString(TEXT("010-1")), cursor->getStringAt(0, 2));
+    EXPECT_EQ(CString(TEXT("")), cursor->getStringAt(1, 2));
+    EXPECT_EQ(CString(TEXT("")), cursor->getStringAt(0, 99)) << "no such attribute";
     EXPECT_TRUE(cursor->getPropAt(0, 0).isEmpty());
     EXPECT_TRUE(cursor->getProp(0).isEmpty());
     EXPECT_EQ(E_NOTIMPL, cursor->getRecord(nullptr));
 }
 
 TEST_F(ThreeContacts, TheUpperOfTwoBoundsIsExclusive) {
-    const auto found = between(u"Ann", u"Carl");
+    const auto found = between(TEXT("Ann"), TEXT("Carl"));
     ASSERT_NE(nullptr, found);
     EXPECT_EQ(2, found->getNumItems());
 }
 
 TEST_F(ThreeContacts, ALoneUpperBoundIsInclusive) {
-    upper = CCeDBProp::ofText(0, u"Bob");
+    upper = CCeDBProp::ofText(0, TEXT("Bob"));
     const std::unique_ptr<Iterator> found(contacts().getIterator(nullptr, &upper));
     ASSERT_NE(nullptr, found);
     EXPECT_EQ(2, found->getNumItems());
 }
 
 TEST_F(ThreeContacts, OneObjectAsBothBoundsMeansEqualityAndTwoEqualOnesNothing) {
-    lower = CCeDBProp::ofText(0, u"Bob");
+    lower = CCeDBProp::ofText(0, TEXT("Bob"));
     const std::unique_ptr<Iterator> equal(contacts().getIterator(&lower, &lower));
     ASSERT_NE(nullptr, equal);
     EXPECT_EQ(1, equal->getNumItems());
-    EXPECT_EQ(nullptr, between(u"Bob", u"Bob"));
+    EXPECT_EQ(nullptr, between(TEXT("Bob"), TEXT("Bob")));
 }
 
 TEST_F(ThreeContacts, BoundsMayBeOfAnotherAttribute) {
-    lower = CCeDBProp::ofText(0, u"010-1");
+    lower = CCeDBProp::ofText(0, TEXT("010-1"));
     const std::unique_ptr<Iterator> found(contacts().getIterator(2, &lower, &lower));
     ASSERT_NE(nullptr, found);
     EXPECT_EQ(1, found->getNumItems());
@@ -152,7 +152,7 @@ TEST_F(ThreeContacts, BoundsMayBeOfAnotherAttribute) {
 }
 
 TEST_F(ThreeContacts, ABoundWithAQuoteFindsNothing) {
-    lower = CCeDBProp::ofText(0, u"\" or [FileAs] >= \"");
+    lower = CCeDBProp::ofText(0, TEXT("\" or [FileAs] >= \""));
     EXPECT_EQ(nullptr, contacts().getIterator(&lower, nullptr));
 }
 
@@ -199,7 +199,7 @@ TEST_F(ThreeContacts, ACursorWhoseLastContactWasDeletedIsNotOpenedAnyMore) {
 }
 
 TEST_F(ThreeContacts, ANewResultWithinARestrictionIsReadAfterADeletion) {
-    const std::unique_ptr<Iterator> found(contacts().getIterator(nullptr, CString(u"[FileAs] >= \"B\"")));
+    const std::unique_ptr<Iterator> found(contacts().getIterator(nullptr, CString(TEXT("[FileAs] >= \"B\""))));
     ASSERT_NE(nullptr, found);
     EXPECT_EQ(S_OK, found->deleteAt(1, false));
     EXPECT_EQ(1, found->getNumItems());
@@ -207,9 +207,9 @@ TEST_F(ThreeContacts, ANewResultWithinARestrictionIsReadAfterADeletion) {
 }
 
 TEST_F(ThreeContacts, AnEmptyResultIsNoCursor) {
-    EXPECT_EQ(nullptr, between(u"X", u"Z"));
-    EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(u"[FileAs] = \"Nobody\"")));
-    EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(u"nonsense")));
+    EXPECT_EQ(nullptr, between(TEXT("X"), TEXT("Z")));
+    EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(TEXT("[FileAs] = \"Nobody\""))));
+    EXPECT_EQ(nullptr, contacts().getIterator(nullptr, CString(TEXT("nonsense"))));
 }
 
 /// Keeps the restrictions that it is asked for, and has nothing to give. Lives as long as its test.
@@ -234,8 +234,8 @@ public:
 
 TEST_F(ThreeContacts, BoundsBecomeARestriction) {
     RecordingItems items;
-    lower = CCeDBProp::ofText(0, u"A");
-    upper = CCeDBProp::ofText(0, u"B");
+    lower = CCeDBProp::ofText(0, TEXT("A"));
+    upper = CCeDBProp::ofText(0, TEXT("B"));
 
     const POlDBIterator both(&contacts(), &items, &lower, &upper);
     const POlDBIterator fromOnly(&contacts(), &items, &lower, nullptr);
@@ -244,18 +244,18 @@ TEST_F(ThreeContacts, BoundsBecomeARestriction) {
     const POlDBIterator ofMobile(&contacts(), &items, 2, &lower, &upper);
 
     EXPECT_EQ(items.asked, (std::vector<CString>{
-                               u"[FileAs] >= \"A\" and [FileAs] < \"B\"",
-                               u"[FileAs] >= \"A\"",
-                               u"[FileAs] <= \"B\"",
-                               u"[FileAs] = \"A\"",
-                               u"[MobileTelephoneNumber] >= \"A\" and [MobileTelephoneNumber] < \"B\"",
+                               TEXT("[FileAs] >= \"A\" and [FileAs] < \"B\""),
+                               TEXT("[FileAs] >= \"A\""),
+                               TEXT("[FileAs] <= \"B\""),
+                               TEXT("[FileAs] = \"A\""),
+                               TEXT("[MobileTelephoneNumber] >= \"A\" and [MobileTelephoneNumber] < \"B\""),
                            }));
 }
 
 TEST_F(ThreeContacts, ACollectionThatCannotBeRestrictedIsKeptAndIsNothingToWalk) {
     RecordingItems items;
 
-    POlDBIterator restricted(&contacts(), &items, CString(u"[FileAs] >= \"A\""));
+    POlDBIterator restricted(&contacts(), &items, CString(TEXT("[FileAs] >= \"A\"")));
 
     EXPECT_EQ(restricted.getItemCol(), &items);
     EXPECT_FALSE(restricted.isOpened());

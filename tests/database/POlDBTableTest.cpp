@@ -20,7 +20,7 @@ using testing_support::MemoryStoreMount;
 
 class ContactsTable : public POlDBTable {
 public:
-    ContactsTable() : POlDBTable(u"QZ_POlContacts", &PhoneBook::aRecDef_[0], olFolderContacts) {}
+    ContactsTable() : POlDBTable(TEXT("QZ_POlContacts"), &PhoneBook::aRecDef_[0], olFolderContacts) {}
     using POlDBTable::splitName;
 };
 
@@ -74,8 +74,8 @@ TEST(POlDBTable, AnswersNothingUntilItIsOpen) {
     EXPECT_FALSE(table.isOpen());
     EXPECT_EQ(0u, table.getNumRecords());
     EXPECT_EQ(nullptr, table.getIterator(nullptr, nullptr));
-    EXPECT_EQ(nullptr, table.getIterator(nullptr, CString(u"[FileAs] >= \"\"")));
-    EXPECT_EQ(nullptr, table.getScanIterator(nullptr, 0, CString(u"")));
+    EXPECT_EQ(nullptr, table.getIterator(nullptr, CString(TEXT("[FileAs] >= \"\""))));
+    EXPECT_EQ(nullptr, table.getScanIterator(nullptr, 0, CString(TEXT(""))));
     EXPECT_EQ(E_POINTER, table.getItems(nullptr));
     EXPECT_EQ(E_ACCESSDENIED, table.getItems(&items));
     EXPECT_EQ(E_FAIL, table.deleteRecord(oid));
@@ -107,7 +107,7 @@ TEST(POlDBTable, OpensClosesAndOpensAgain) {
 
 TEST(POlDBTable, ADifferentFolderIsNotOpen) {
     const MemoryStoreMount store;
-    POlDBTable table(u"Appointments", &PhoneBook::aRecDef_[0], 9);
+    POlDBTable table(TEXT("Appointments"), &PhoneBook::aRecDef_[0], 9);
     EXPECT_TRUE(table.open(nullptr)) << "whether there is such a folder is not looked at";
     EXPECT_FALSE(table.isOpen());
     EXPECT_TRUE(table.close());
@@ -117,7 +117,7 @@ TEST(POlDBTable, DropLeavesTheContactsInTheStore) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    insert(table, rowNamed(u"Kim"));
+    insert(table, rowNamed(TEXT("Kim")));
     EXPECT_TRUE(table.drop());
     table.open(nullptr);
     EXPECT_EQ(1u, table.getNumRecords());
@@ -127,32 +127,32 @@ TEST(POlDBTable, InsertsARowByPositionAndLeavesTheBodyOut) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    std::vector<CCeDBProp> row = rowNamed(u"Doe, John");
-    row[1] = text(u"Family;Work");
-    row[2] = text(u"010-1");
-    row[3] = text(u"02-2");
-    row[4] = text(u"02-3");
-    row[5] = text(u"john@example.com");
-    row[6] = text(u"a note");
+    std::vector<CCeDBProp> row = rowNamed(TEXT("Doe, John"));
+    row[1] = text(TEXT("Family;Work"));
+    row[2] = text(TEXT("010-1"));
+    row[3] = text(TEXT("02-2"));
+    row[4] = text(TEXT("02-3"));
+    row[5] = text(TEXT("john@example.com"));
+    row[6] = text(TEXT("a note"));
     row[7] = CCeDBProp::ofR8(0, 32'937.0);
-    row[8] = text(u"012-4");
-    row[9] = text(u"02-5");
+    row[8] = text(TEXT("012-4"));
+    row[9] = text(TEXT("02-5"));
 
     const DWORD oid = insert(table, row);
 
     const PBRecord read = callerInfo(table, oid, 0xFFF, S_OK, 0xE3F);
-    EXPECT_EQ(CString(u"Doe, John"), read.strName);
-    EXPECT_EQ(CString(u"Family,Work"), read.strCategories);
-    EXPECT_EQ(CString(u"010-1"), read.strMobileTelephoneNumber);
-    EXPECT_EQ(CString(u"02-2"), read.strHomeTelephoneNumber);
-    EXPECT_EQ(CString(u"02-3"), read.strBusinessTelephoneNumber);
-    EXPECT_EQ(CString(u"john@example.com"), read.strEmail1Address);
-    EXPECT_EQ(CString(u""), read.strBody);
+    EXPECT_EQ(CString(TEXT("Doe, John")), read.strName);
+    EXPECT_EQ(CString(TEXT("Family,Work")), read.strCategories);
+    EXPECT_EQ(CString(TEXT("010-1")), read.strMobileTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("02-2")), read.strHomeTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("02-3")), read.strBusinessTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("john@example.com")), read.strEmail1Address);
+    EXPECT_EQ(CString(TEXT("")), read.strBody);
     EXPECT_EQ(32'937.0, read.dtBirthday);
-    EXPECT_EQ(CString(u"012-4"), read.strPagerNumber);
-    EXPECT_EQ(CString(u"02-5"), read.strBusinessFaxNumber);
-    EXPECT_EQ(CString(u"John"), fieldOf(table, oid, &IContact::get_FirstName));
-    EXPECT_EQ(CString(u"Doe"), fieldOf(table, oid, &IContact::get_LastName));
+    EXPECT_EQ(CString(TEXT("012-4")), read.strPagerNumber);
+    EXPECT_EQ(CString(TEXT("02-5")), read.strBusinessFaxNumber);
+    EXPECT_EQ(CString(TEXT("John")), fieldOf(table, oid, &IContact::get_FirstName));
+    EXPECT_EQ(CString(TEXT("Doe")), fieldOf(table, oid, &IContact::get_LastName));
 }
 
 TEST(POlDBTable, InsertsARecordAsFarAsItGoes) {
@@ -160,13 +160,13 @@ TEST(POlDBTable, InsertsARecordAsFarAsItGoes) {
     ContactsTable table;
     table.open(nullptr);
     CCeDBRecord record;
-    record.addProp(text(u"Cher"));
+    record.addProp(text(TEXT("Cher")));
     DWORD oid = 0;
 
     EXPECT_EQ(S_OK, table.insertRecord(&record, oid));
 
     EXPECT_NE(0u, oid);
-    EXPECT_EQ(CString(u"Cher"), callerInfo(table, oid, 0xFFF, S_OK, 0x1).strName);
+    EXPECT_EQ(CString(TEXT("Cher")), callerInfo(table, oid, 0xFFF, S_OK, 0x1).strName);
     CCeDBRecord empty;
     EXPECT_EQ(E_FAIL, table.insertRecord(&empty, oid));
     EXPECT_EQ(E_FAIL, table.insertRecord(static_cast<CCeDBRecord*>(nullptr), oid));
@@ -187,7 +187,7 @@ TEST(POlDBTable, ABirthdayOfZeroIsNoBirthday) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    std::vector<CCeDBProp> row = rowNamed(u"Kim");
+    std::vector<CCeDBProp> row = rowNamed(TEXT("Kim"));
     row[7] = CCeDBProp::ofR8(0, 0.0);
 
     const DWORD oid = insert(table, row);
@@ -204,7 +204,7 @@ TEST(POlDBTable, ABirthdayOnDayZeroReadsAsNone) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    const DWORD oid = insert(table, rowNamed(u"Kim"));
+    const DWORD oid = insert(table, rowNamed(TEXT("Kim")));
     ComPtr<IDispatch> item;
     ASSERT_EQ(S_OK, table.getItemFromOid(oid, item.out()));
     auto* kim = static_cast<IContact*>(item.get());
@@ -218,7 +218,7 @@ TEST(POlDBTable, CallerInfoFindsNothingWhenAllWantedFieldsAreEmpty) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    const DWORD oid = insert(table, rowNamed(u"Kim"));
+    const DWORD oid = insert(table, rowNamed(TEXT("Kim")));
     callerInfo(table, oid, 0xC1C, E_FAIL, 0);
     callerInfo(table, oid, 0, E_FAIL, 0);
     callerInfo(table, oid, 0xC1D, S_OK, 0x1);
@@ -238,15 +238,18 @@ TEST(POlDBTable, SplitsNamesByCommaElseByTheFirstSpace) {
         const WCHAR* first;
         const WCHAR* last;
     };
-    for (const Case& c : {Case{u"김 민수", u"민수", u"김"}, Case{u"John Smith", u"John", u"Smith"},
-                          Case{u"Smith, John", u"John", u"Smith"}, Case{u"Smith,John", u"John", u"Smith"},
-                          Case{u"Smith,  John", u" John", u"Smith"}, Case{u"Cher", u"Cher", u""}, Case{u"", u"", u""},
-                          Case{u"김민수", u"김민수", u""}, Case{u"Anna Maria Lee", u"Anna", u"Maria Lee"},
-                          Case{u"Lee, Anna, Maria", u"Anna, Maria", u"Lee"}, Case{u"\u00c9va Kis", u"\u00c9va", u"Kis"},
-                          Case{u"\u0141ukasz Nowak", u"Nowak", u"\u0141ukasz"}, Case{u"\u00FF b", u"\u00FF", u"b"},
-                          Case{u"\u0100 b", u"b", u"\u0100"}}) {
-        CString first(u"kept?");
-        CString last(u"kept?");
+    for (const Case& c :
+         {Case{TEXT("김 민수"), TEXT("민수"), TEXT("김")}, Case{TEXT("John Smith"), TEXT("John"), TEXT("Smith")},
+          Case{TEXT("Smith, John"), TEXT("John"), TEXT("Smith")}, Case{TEXT("Smith,John"), TEXT("John"), TEXT("Smith")},
+          Case{TEXT("Smith,  John"), TEXT(" John"), TEXT("Smith")}, Case{TEXT("Cher"), TEXT("Cher"), TEXT("")},
+          Case{TEXT(""), TEXT(""), TEXT("")}, Case{TEXT("김민수"), TEXT("김민수"), TEXT("")},
+          Case{TEXT("Anna Maria Lee"), TEXT("Anna"), TEXT("Maria Lee")},
+          Case{TEXT("Lee, Anna, Maria"), TEXT("Anna, Maria"), TEXT("Lee")},
+          Case{TEXT("\u00c9va Kis"), TEXT("\u00c9va"), TEXT("Kis")},
+          Case{TEXT("\u0141ukasz Nowak"), TEXT("Nowak"), TEXT("\u0141ukasz")},
+          Case{TEXT("\u00FF b"), TEXT("\u00FF"), TEXT("b")}, Case{TEXT("\u0100 b"), TEXT("b"), TEXT("\u0100")}}) {
+        CString first(TEXT("kept?"));
+        CString last(TEXT("kept?"));
         EXPECT_EQ(S_OK, table.splitName(CString(c.name), first, last));
         EXPECT_EQ(CString(c.first), first) << CString(c.name);
         EXPECT_EQ(CString(c.last), last) << CString(c.name);
@@ -257,26 +260,26 @@ TEST(POlDBTable, UpdatesAllAttributesOfAContact) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    std::vector<CCeDBProp> row = rowNamed(u"Kim");
-    row[2] = text(u"010-1");
+    std::vector<CCeDBProp> row = rowNamed(TEXT("Kim"));
+    row[2] = text(TEXT("010-1"));
     row[7] = CCeDBProp::ofR8(0, 100.0);
     const DWORD oid = insert(table, row);
-    std::vector<CCeDBProp> changed = rowNamed(u"Lee Ann");
-    changed[1] = text(u"A;B;C");
-    changed[3] = text(u"02-2");
+    std::vector<CCeDBProp> changed = rowNamed(TEXT("Lee Ann"));
+    changed[1] = text(TEXT("A;B;C"));
+    changed[3] = text(TEXT("02-2"));
     CCeDBRecord record(changed.data(), static_cast<int>(changed.size()));
 
     EXPECT_EQ(S_OK, table.updateRecord(oid, &record, 0, nullptr));
 
     const PBRecord read = callerInfo(table, oid, 0xFFF, S_OK, 0xB);
-    EXPECT_EQ(CString(u"Lee Ann"), read.strName);
-    EXPECT_EQ(CString(u"A,B,C"), read.strCategories);
-    EXPECT_EQ(CString(u"Ann"), fieldOf(table, oid, &IContact::get_LastName));
+    EXPECT_EQ(CString(TEXT("Lee Ann")), read.strName);
+    EXPECT_EQ(CString(TEXT("A,B,C")), read.strCategories);
+    EXPECT_EQ(CString(TEXT("Ann")), fieldOf(table, oid, &IContact::get_LastName));
     EXPECT_TRUE(FAILED(table.updateRecord(oid + 1'000, &record, 0, nullptr)));
     CCeDBRecord tooLong;
-    tooLong.addProp(text(std::u16string(32'736, u'x').c_str()));
+    tooLong.addProp(text(WString(32'736, u'x').c_str()));
     EXPECT_EQ(E_INVALIDARG, table.updateRecord(oid, &tooLong, 0, nullptr));
-    EXPECT_EQ(CString(u"Lee Ann"), fieldOf(table, oid, &IContact::get_FileAs));
+    EXPECT_EQ(CString(TEXT("Lee Ann")), fieldOf(table, oid, &IContact::get_FileAs));
     EXPECT_EQ(E_FAIL, table.updateRecord(oid, nullptr, 0, nullptr));
 }
 
@@ -285,9 +288,9 @@ TEST(POlDBTable, DeletesOneContactAndAll) {
     ContactsTable table;
     table.open(nullptr);
     EXPECT_EQ(S_OK, table.deleteAllRecords()) << "nothing to delete is no fault";
-    DWORD oid = insert(table, rowNamed(u"A"));
-    insert(table, rowNamed(u"B"));
-    insert(table, rowNamed(u"C"));
+    DWORD oid = insert(table, rowNamed(TEXT("A")));
+    insert(table, rowNamed(TEXT("B")));
+    insert(table, rowNamed(TEXT("C")));
 
     EXPECT_EQ(S_OK, table.deleteRecord(oid));
     EXPECT_EQ(2u, table.getNumRecords());
@@ -300,16 +303,16 @@ TEST(POlDBTable, FindsTheFirstContactThatARestrictionAdmits) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    insert(table, rowNamed(u"Ann"));
-    const DWORD bob = insert(table, rowNamed(u"Bob"));
-    insert(table, rowNamed(u"Bob"));
+    insert(table, rowNamed(TEXT("Ann")));
+    const DWORD bob = insert(table, rowNamed(TEXT("Bob")));
+    insert(table, rowNamed(TEXT("Bob")));
 
     ComPtr<IDispatch> item;
-    ASSERT_EQ(S_OK, table.find(u"[FileAs] = \"Bob\"", item.out()));
+    ASSERT_EQ(S_OK, table.find(TEXT("[FileAs] = \"Bob\""), item.out()));
     LONG oid = 0;
     static_cast<IContact*>(item.get())->get_Oid(&oid);
     EXPECT_EQ(bob, static_cast<DWORD>(oid));
-    EXPECT_EQ(E_INVALIDARG, table.find(u"[FileAs] = Bob", item.out()));
+    EXPECT_EQ(E_INVALIDARG, table.find(TEXT("[FileAs] = Bob"), item.out()));
 }
 
 TEST(POlDBTable, ReportsTheSizeOfTheContactsDatabase) {
@@ -317,7 +320,7 @@ TEST(POlDBTable, ReportsTheSizeOfTheContactsDatabase) {
     ContactsTable table;
     const DWORD before = table.getSize();
     table.open(nullptr);
-    insert(table, rowNamed(u"Kim"));
+    insert(table, rowNamed(TEXT("Kim")));
     EXPECT_GT(table.getSize(), before);
 }
 
@@ -325,21 +328,21 @@ TEST(POlDBTable, NarrowsAnEarlierResult) {
     const MemoryStoreMount store;
     ContactsTable table;
     table.open(nullptr);
-    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"})
+    for (const WCHAR* name : {TEXT("Ann"), TEXT("Bob"), TEXT("Carl")})
         insert(table, rowNamed(name));
-    CCeDBProp from = text(u"B");
+    CCeDBProp from = text(TEXT("B"));
     const std::unique_ptr<Iterator> fromB(table.getIterator(&from, nullptr));
     ASSERT_NE(nullptr, fromB);
     auto* outer = static_cast<POlDBIterator*>(fromB.get());
 
-    CCeDBProp to = text(u"Bz");
+    CCeDBProp to = text(TEXT("Bz"));
     const std::unique_ptr<Iterator> onlyBob(table.getIterator(outer, 0, nullptr, &to));
     ASSERT_NE(nullptr, onlyBob);
     EXPECT_EQ(1, onlyBob->getNumItems());
-    EXPECT_EQ(CString(u"Bob"), onlyBob->getStringAt(0, 0));
-    const std::unique_ptr<Iterator> onlyCarl(table.getIterator(outer, CString(u"[FileAs] > \"Bob\"")));
+    EXPECT_EQ(CString(TEXT("Bob")), onlyBob->getStringAt(0, 0));
+    const std::unique_ptr<Iterator> onlyCarl(table.getIterator(outer, CString(TEXT("[FileAs] > \"Bob\""))));
     ASSERT_NE(nullptr, onlyCarl);
-    EXPECT_EQ(CString(u"Carl"), onlyCarl->getStringAt(0, 0));
+    EXPECT_EQ(CString(TEXT("Carl")), onlyCarl->getStringAt(0, 0));
     EXPECT_EQ(nullptr, table.getIterator(nullptr, 0, nullptr, &to)) << "nothing to narrow";
     EXPECT_EQ(2, outer->getNumItems()) << "the earlier result stays";
 }
@@ -348,7 +351,7 @@ TEST(POlDBTable, DeletesAllContactsAsOneUnit) {
     objectstore_test::CountingMount store;
     ContactsTable table;
     table.open(nullptr);
-    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"})
+    for (const WCHAR* name : {TEXT("Ann"), TEXT("Bob"), TEXT("Carl")})
         insert(table, rowNamed(name));
 
     store.log.loseNextUnit = true;
@@ -363,12 +366,12 @@ TEST(POlDBTable, DeletesAllContactsWithinAnotherUnit) {
     ContactsTable table;
     table.open(nullptr);
     for (int i = 0; i < 50; ++i)
-        insert(table, rowNamed(u"Kim"));
+        insert(table, rowNamed(TEXT("Kim")));
     {
         ObjectStoreBatch batch;
         EXPECT_EQ(S_OK, table.deleteAllRecords());
         EXPECT_EQ(0u, table.getNumRecords());
-        insert(table, rowNamed(u"Lee"));
+        insert(table, rowNamed(TEXT("Lee")));
         EXPECT_TRUE(batch.end());
     }
     EXPECT_EQ(1u, table.getNumRecords());
@@ -388,13 +391,13 @@ TEST(POlDBTable, WithoutARecordDefinitionNamesNoAttribute) {
     const MemoryStoreMount store;
     POlDBTable table;
     ASSERT_TRUE(table.open(nullptr));
-    const DWORD oid = insert(table, rowNamed(u"Kim"));
+    const DWORD oid = insert(table, rowNamed(TEXT("Kim")));
     CCeDBRecord record;
-    record.addProp(text(u"Lee"));
+    record.addProp(text(TEXT("Lee")));
     DWORD unused = 0;
     EXPECT_EQ(E_FAIL, table.insertRecord(&record, unused)) << "how many attributes it has is not known";
 
-    CCeDBProp bound = text(u"A");
+    CCeDBProp bound = text(TEXT("A"));
     EXPECT_EQ(nullptr, table.getIterator(2, &bound, nullptr));
     EXPECT_EQ(nullptr, table.getIterator(2, nullptr, &bound));
     const std::unique_ptr<Iterator> byName(table.getIterator(0, &bound, nullptr));

@@ -31,7 +31,7 @@ RC_GTEST_PROP(PackedSearch, FindsBytesWhereTheStandardLibraryDoes, ()) {
 }
 
 RC_GTEST_PROP(PackedSearch, FindsCodeUnitsWhereTheStandardLibraryDoes, ()) {
-    findsWhatTheLibraryFinds<char16_t>();
+    findsWhatTheLibraryFinds<WCHAR>();
 }
 
 TEST(PackedSearch, FindsAKeyInEveryPlaceOfALongText) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,9 +16,9 @@ inline constexpr WORD nameIdent = 0x501;
 inline constexpr WORD noteIdent = 0x502;
 
 inline Database::AttrDef sampleColumns[] = {
-    {u"Rank", CCeDBProp::typeI4, rankIdent},
-    {u"Name", CCeDBProp::typeText, nameIdent},
-    {u"Note", CCeDBProp::typeText, noteIdent},
+    {TEXT("Rank"), CCeDBProp::typeI4, rankIdent},
+    {TEXT("Name"), CCeDBProp::typeText, nameIdent},
+    {TEXT("Note"), CCeDBProp::typeText, noteIdent},
 };
 inline const Database::RecordDef sampleSchema(3, sampleColumns);
 
@@ -44,7 +43,7 @@ CCeDBRecord recordOf(const Props&... props) {
 /// A table "QZ_Sample" of rank, name and note in a new store in memory, open in the order of rank.
 class SampleTable : private MemoryStoreMount, public Database::CeDBTable {  // the store outlives the table
 public:
-    SampleTable() : CeDBTable(u"QZ_Sample", &sampleSchema) {
+    SampleTable() : CeDBTable(TEXT("QZ_Sample"), &sampleSchema) {
         EXPECT_NE(create(), 0u);
         EXPECT_TRUE(openByRank());
     }
@@ -57,7 +56,7 @@ public:
         EXPECT_EQ(insertRecord(&record, oid), S_OK);
         return oid;
     }
-    DWORD add(LONG ranked, const CString& named) { return add(recordOf(rank(ranked), name(named), note(u"-"))); }
+    DWORD add(LONG ranked, const CString& named) { return add(recordOf(rank(ranked), name(named), note(TEXT("-")))); }
 
     /// The records as they are walked.
     std::vector<DWORD> oids() {

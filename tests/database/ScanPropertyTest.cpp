@@ -24,27 +24,26 @@ using testing_support::OpenPhoneBook;
 using testing_support::TemporaryStore;
 
 /// Few characters, so that keys are found: Hangul with plain and tense initials, Latin in both cases, blanks.
-rc::Gen<std::u16string> nameText(std::size_t atMost) {
-    const auto character = rc::gen::element<char16_t>(u'김', u'까', u'민', u'수', u'이', u'각', u'A', u'a', u'b', u'K',
-                                                      u' ', u',', u'\t', u'ㄱ', u'É', u'é');
-    return rc::gen::mapcat(rc::gen::inRange<std::size_t>(0, atMost + 1), [character](std::size_t length) {
-        return rc::gen::container<std::u16string>(length, character);
-    });
+rc::Gen<WString> nameText(std::size_t atMost) {
+    const auto character = rc::gen::element<WCHAR>(u'김', u'까', u'민', u'수', u'이', u'각', u'A', u'a', u'b', u'K',
+                                                   u' ', u',', u'\t', u'ㄱ', u'É', u'é');
+    return rc::gen::mapcat(rc::gen::inRange<std::size_t>(0, atMost + 1),
+                           [character](std::size_t length) { return rc::gen::container<WString>(length, character); });
 }
 
-rc::Gen<std::u16string> keyText() {
-    const auto consonant = rc::gen::element<char16_t>(u'ㄱ', u'ㄲ', u'ㅁ', u'ㅅ', u'ㅇ', u'ㄳ', u'\u1100', u'\u1106');
-    const auto consonants = rc::gen::container<std::u16string>(consonant);
+rc::Gen<WString> keyText() {
+    const auto consonant = rc::gen::element<WCHAR>(u'ㄱ', u'ㄲ', u'ㅁ', u'ㅅ', u'ㅇ', u'ㄳ', u'\u1100', u'\u1106');
+    const auto consonants = rc::gen::container<WString>(consonant);
     return rc::gen::oneOf(nameText(3), rc::gen::resize(4, consonants));
 }
 
-rc::Gen<std::u16string> numberText() {
-    const auto character = rc::gen::element<char16_t>(u'0', u'1', u'2', u'0', u'1', u'-', u' ', u'+', u'P', u'#', u'x');
-    return rc::gen::resize(8, rc::gen::container<std::u16string>(character));
+rc::Gen<WString> numberText() {
+    const auto character = rc::gen::element<WCHAR>(u'0', u'1', u'2', u'0', u'1', u'-', u' ', u'+', u'P', u'#', u'x');
+    return rc::gen::resize(8, rc::gen::container<WString>(character));
 }
 
-rc::Gen<std::u16string> groupText() {
-    return rc::gen::element<std::u16string>(u"", u"A", u"a", u"A, a", u"가족");
+rc::Gen<WString> groupText() {
+    return rc::gen::element<WString>(TEXT(""), TEXT("A"), TEXT("a"), TEXT("A, a"), TEXT("가족"));
 }
 
 std::vector<NaiveMatch> matchesOf(Iterator* made) {
@@ -88,7 +87,7 @@ void changeSomething(OpenPhoneBook& book, std::vector<DWORD>& oids) {
         oids.erase(oids.begin() + static_cast<std::ptrdiff_t>(at));
         return;
     }
-    PhoneBook::PBRecord record = someContact().categories(u"").record();
+    PhoneBook::PBRecord record = someContact().categories(TEXT("")).record();
     CObArray props;
     book->getTableAttrsFromPBRecord(PhoneBook::PBDBTBL_POLCONTACTS, 0, record, props);
     CCeDBRecord row(props);

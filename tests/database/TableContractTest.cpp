@@ -1,4 +1,3 @@
-#include <string>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -18,13 +17,13 @@ static_assert(std::is_copy_constructible_v<Table> && std::is_copy_assignable_v<T
 static_assert(std::is_abstract_v<Iterator>);
 static_assert(Iterator::nInvalidItemIdx_ == -1);
 
-AttrDef columns[] = {{u"ID", CCeDBProp::typeUI4, 0x300}, {u"Name", CCeDBProp::typeText, 0x301}};
-AttrDef otherColumns[] = {{u"Only", CCeDBProp::typeBool, 0x302}};
+AttrDef columns[] = {{TEXT("ID"), CCeDBProp::typeUI4, 0x300}, {TEXT("Name"), CCeDBProp::typeText, 0x301}};
+AttrDef otherColumns[] = {{TEXT("Only"), CCeDBProp::typeBool, 0x302}};
 const RecordDef schema(2, columns);
 RecordDef otherSchema(1, otherColumns);
 
 TEST(Table, ThatOverridesNothingAnswersZeroFalseOrNull) {
-    Table table(u"QZ_Nothing", &schema);
+    Table table(TEXT("QZ_Nothing"), &schema);
 
     EXPECT_EQ(table.create(), 0u);
     EXPECT_EQ(table.open(nullptr), FALSE);
@@ -39,7 +38,7 @@ TEST(Table, ThatOverridesNothingAnswersZeroFalseOrNull) {
 }
 
 TEST(Table, ThatOverridesNothingImplementsNoRecordOperation) {
-    Table table(u"QZ_Nothing", &schema);
+    Table table(TEXT("QZ_Nothing"), &schema);
     CCeDBRecord record;
     CCeDBProp prop;
     DWORD oid = 7;
@@ -60,9 +59,9 @@ TEST(Table, ThatOverridesNothingImplementsNoRecordOperation) {
 }
 
 TEST(Table, AnswersItsNameAndItsSchema) {
-    Table table(u"QZ_Nothing", &schema);
+    Table table(TEXT("QZ_Nothing"), &schema);
 
-    EXPECT_EQ(table.getName(), u"QZ_Nothing");
+    EXPECT_EQ(table.getName(), TEXT("QZ_Nothing"));
     EXPECT_EQ(table.getRecordDef(), &schema);
     EXPECT_EQ(table.getNumAttrs(), 2);
     EXPECT_EQ(table.getAttrDef(1), &columns[1]);
@@ -71,22 +70,22 @@ TEST(Table, AnswersItsNameAndItsSchema) {
 }
 
 TEST(Table, CopiesShareTheSchemaAndHaveTheNameThemselves) {
-    Table original(u"QZ_Original", &schema);
-    Table assigned(u"QZ_Other", &otherSchema);
+    Table original(TEXT("QZ_Original"), &schema);
+    Table assigned(TEXT("QZ_Other"), &otherSchema);
 
     Table copied = original;
     assigned = original;
-    original.getName() = u"QZ_Changed";
+    original.getName() = TEXT("QZ_Changed");
 
     for (Table* copy : {&copied, &assigned}) {
-        EXPECT_EQ(copy->getName(), u"QZ_Original");
+        EXPECT_EQ(copy->getName(), TEXT("QZ_Original"));
         EXPECT_EQ(copy->getRecordDef(), &schema);
     }
 }
 
 class TableWithItsOwnSchema : public Table {
 public:
-    TableWithItsOwnSchema() : Table(u"QZ_Own", nullptr) {}
+    TableWithItsOwnSchema() : Table(TEXT("QZ_Own"), nullptr) {}
     RecordDef* getRecordDef() override { return &otherSchema; }
 };
 
@@ -95,14 +94,14 @@ TEST(Table, SchemaAccessorsFollowADerivedTablesSchema) {
 
     EXPECT_EQ(table.getNumAttrs(), 1);
     EXPECT_EQ(table.getAttrDef(0), &otherColumns[0]);
-    EXPECT_EQ(table.getAttrName(0), u"Only");
+    EXPECT_EQ(table.getAttrName(0), TEXT("Only"));
     EXPECT_EQ(table.getAttrIdent(0), 0x302);
 }
 
 /// Names every operation by the place where it expects itself to stand.
 class TracingTable : public Table {
 public:
-    TracingTable() : Table(u"QZ_Traced", &otherSchema) {}
+    TracingTable() : Table(TEXT("QZ_Traced"), &otherSchema) {}
     ~TracingTable() override {
         if (lastDestroyed != nullptr) *lastDestroyed = true;
     }
@@ -136,7 +135,7 @@ public:
 
     void note(int slot) { called = slot; }
 
-    CString text = u"slot 9";
+    CString text = TEXT("slot 9");
     int called = 0;
     bool* lastDestroyed = nullptr;
 };
@@ -222,7 +221,7 @@ public:
 };
 
 TEST(Iterator, IsMadeWithoutAPositionAndWithBorrowedBounds) {
-    Table table(u"QZ_Nothing", &schema);
+    Table table(TEXT("QZ_Nothing"), &schema);
     CCeDBProp low;
     CCeDBProp high;
 
@@ -342,7 +341,7 @@ TEST(Iterator, OperationsStandInTheirSlots) {
     EXPECT_EQ(callSlot<DWORD>(iterator, 1), 1u);
     EXPECT_EQ((callSlot<HRESULT, CCeDBRecord*>(iterator, 2, record)), 2);
     EXPECT_EQ((callSlot<CCeDBProp, int>(iterator, 3, 33)), CCeDBProp::ofI4(3, 33));
-    EXPECT_EQ((callSlot<CString, int>(iterator, 4, 3)), u"444");
+    EXPECT_EQ((callSlot<CString, int>(iterator, 4, 3)), TEXT("444"));
     EXPECT_EQ(callSlot<HRESULT>(iterator, 5), 5);
     EXPECT_EQ(callSlot<HRESULT>(iterator, 6), 6);
     EXPECT_EQ(callSlot<HRESULT>(iterator, 7), 7);
@@ -350,7 +349,7 @@ TEST(Iterator, OperationsStandInTheirSlots) {
     EXPECT_EQ((callSlot<DWORD, int>(iterator, 9, 100)), 109u);
     EXPECT_EQ((callSlot<HRESULT, int, CCeDBRecord*>(iterator, 10, 100, record)), 110);
     EXPECT_EQ((callSlot<CCeDBProp, int, int>(iterator, 11, 5, 6)), CCeDBProp::ofI4(11, 11));
-    EXPECT_EQ((callSlot<CString, int, int>(iterator, 12, 1, 2)), u"!!!");
+    EXPECT_EQ((callSlot<CString, int, int>(iterator, 12, 1, 2)), TEXT("!!!"));
     EXPECT_EQ((callSlot<HRESULT, int, bool>(iterator, 13, 100, true)), 113);
     EXPECT_EQ(callSlot<int>(iterator, 14), 14);
     EXPECT_TRUE(callSlot<bool>(iterator, 15));

@@ -1,6 +1,5 @@
 #include <array>
 #include <map>
-#include <string>
 
 #include <gtest/gtest.h>
 #include <unicode/normalizer2.h>
@@ -14,14 +13,14 @@ namespace {
 constexpr int firstSyllable = 0xAC00;
 constexpr int lastSyllable = 0xD7A3;
 
-std::u16string decomposed(WCHAR ch) {
-    CString jamo = u"left over";
+WString decomposed(WCHAR ch) {
+    CString jamo = TEXT("left over");
     const int length = UnicodeHandler::decomposeHangul(jamo, ch);
     EXPECT_EQ(length, jamo.GetLength());
-    return std::u16string(jamo.view());
+    return WString(jamo.view());
 }
 
-std::u16string decomposedIntoBuffer(WCHAR ch) {
+WString decomposedIntoBuffer(WCHAR ch) {
     std::array<WCHAR, 5> buffer{};
     buffer.fill(u'~');
     const int length = UnicodeHandler::decomposeHangul(buffer.data(), ch);
@@ -30,7 +29,7 @@ std::u16string decomposedIntoBuffer(WCHAR ch) {
     return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
-std::u16string canonicallyDecomposed(int ch) {
+WString canonicallyDecomposed(int ch) {
     UErrorCode status = U_ZERO_ERROR;
     const icu::Normalizer2* const nfd = icu::Normalizer2::getNFDInstance(status);
     icu::UnicodeString jamo;
@@ -41,7 +40,7 @@ std::u16string canonicallyDecomposed(int ch) {
 TEST(UnicodeHandler, TakesEverySyllableApartAsUnicodeDoes) {
     for (int syllable = firstSyllable; syllable <= lastSyllable; ++syllable) {
         const auto ch = static_cast<WCHAR>(syllable);
-        const std::u16string jamo = canonicallyDecomposed(syllable);
+        const WString jamo = canonicallyDecomposed(syllable);
         ASSERT_EQ(decomposed(ch), jamo) << syllable;
         ASSERT_EQ(decomposedIntoBuffer(ch), jamo) << syllable;
         ASSERT_EQ(UnicodeHandler::getLIndex(ch), jamo[0]) << syllable;
@@ -49,15 +48,15 @@ TEST(UnicodeHandler, TakesEverySyllableApartAsUnicodeDoes) {
 }
 
 TEST(UnicodeHandler, TakesTheEdgesOfTheSyllablesApart) {
-    EXPECT_EQ(decomposed(0xAC00), u"\x1100\x1161");
-    EXPECT_EQ(decomposed(0xAC01), u"\x1100\x1161\x11A8");
-    EXPECT_EQ(decomposed(0xD7A3), u"\x1112\x1175\x11C2");
+    EXPECT_EQ(decomposed(0xAC00), TEXT("\x1100\x1161"));
+    EXPECT_EQ(decomposed(0xAC01), TEXT("\x1100\x1161\x11A8"));
+    EXPECT_EQ(decomposed(0xD7A3), TEXT("\x1112\x1175\x11C2"));
 }
 
 TEST(UnicodeHandler, LeavesEveryOtherCharacterWhole) {
     for (int ch = 1; ch <= 0xFFFF; ++ch) {
         if (ch >= firstSyllable && ch <= lastSyllable) continue;
-        const std::u16string itself(1, static_cast<WCHAR>(ch));
+        const WString itself(1, static_cast<WCHAR>(ch));
         ASSERT_EQ(decomposed(static_cast<WCHAR>(ch)), itself) << ch;
         ASSERT_EQ(decomposedIntoBuffer(static_cast<WCHAR>(ch)), itself) << ch;
     }

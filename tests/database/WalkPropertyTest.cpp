@@ -23,14 +23,14 @@ using testing_support::WalkedTable;
 using testing_support::Writer;
 
 /// Where a row stands in the order of names.
-using Place = std::pair<std::u16string, DWORD>;
+using Place = std::pair<WString, DWORD>;
 
 /// The rows of a table in the order it was opened in, and the table's own place there.
 class TableModel {
 public:
     explicit TableModel(bool descending) : descending_(descending) {}
 
-    void insert(DWORD oid, const std::u16string& name) {
+    void insert(DWORD oid, const WString& name) {
         names_[oid] = name;
         places_.emplace(name, oid);
     }
@@ -38,7 +38,7 @@ public:
         places_.erase({names_.at(oid), oid});
         names_.erase(oid);
     }
-    void rename(DWORD oid, const std::u16string& name) {
+    void rename(DWORD oid, const WString& name) {
         erase(oid);
         insert(oid, name);
     }
@@ -52,13 +52,13 @@ public:
     DWORD toEnd() { return places_.empty() ? reach(std::nullopt) : toIndex(places_.size() - 1); }
     DWORD next() { return place_ ? reach(descending_ ? below(*place_) : above(*place_)) : 0; }
     DWORD prev() { return place_ ? reach(descending_ ? above(*place_) : below(*place_)) : toEnd(); }
-    DWORD firstEqual(const std::u16string& name) {
+    DWORD firstEqual(const WString& name) {
         for (std::size_t i = 0; i < places_.size(); ++i) {
             if (toIndex(i) != 0 && place_->first == name) return place_->second;
         }
         return reach(std::nullopt);
     }
-    DWORD nextEqual(const std::u16string& name) {
+    DWORD nextEqual(const WString& name) {
         const DWORD reached = next();
         return reached != 0 && place_->first == name ? reached : reach(std::nullopt);
     }
@@ -67,7 +67,7 @@ public:
         if (names_.contains(oid)) place_ = {names_.at(oid), oid};
     }
 
-    std::u16string nameOf(DWORD oid) const { return names_.contains(oid) ? names_.at(oid) : std::u16string(); }
+    WString nameOf(DWORD oid) const { return names_.contains(oid) ? names_.at(oid) : WString(); }
     std::size_t size() const { return places_.size(); }
     DWORD anyRow(std::size_t pick) const {
         return std::next(places_.begin(), static_cast<std::ptrdiff_t>(pick % places_.size()))->second;
@@ -89,14 +89,14 @@ private:
 
     bool descending_;
     std::set<Place> places_;
-    std::map<DWORD, std::u16string> names_;
+    std::map<DWORD, WString> names_;
     std::optional<Place> place_;  ///< None: at the end.
 };
 
 /// What an iterator makes of its table: an index that counts the moves, and the row last reached.
 class WalkModel {
 public:
-    WalkModel(TableModel& table, std::optional<std::u16string> equalTo)
+    WalkModel(TableModel& table, std::optional<WString> equalTo)
         : table_(table), equalTo_(std::move(equalTo)), count_(static_cast<int>(table.size())) {
         table_.toIndex(0);
     }
@@ -114,7 +114,7 @@ public:
         if (reached != 0) std::tie(index_, current_) = std::pair(idx, reached);
         return reached;
     }
-    std::u16string getName() {
+    WString getName() {
         table_.toRow(current_);
         return table_.nameOf(current_);
     }
@@ -129,7 +129,7 @@ private:
     }
 
     TableModel& table_;
-    std::optional<std::u16string> equalTo_;
+    std::optional<WString> equalTo_;
     int count_;
     int index_ = Iterator::nInvalidItemIdx_;
     DWORD current_ = 0;
@@ -141,7 +141,7 @@ enum class Act { next, prev, last, getAt, getRecordAt, read, insert, rename, ren
 struct Action {
     Act act = Act::next;
     std::size_t pick = 0;
-    std::u16string name;
+    WString name;
     Writer writer = Writer::theTableItself;
 };
 
@@ -155,9 +155,9 @@ std::ostream& operator<<(std::ostream& out, const Action& action) {
 /// A table and a walk over it, each with its model beside it.
 class Walk {
 public:
-    Walk(const std::vector<std::u16string>& names, bool descending, const std::optional<std::u16string>& equalTo)
+    Walk(const std::vector<WString>& names, bool descending, const std::optional<WString>& equalTo)
         : table_(descending ? CEDB_SORT_DESCENDING : 0), model_(descending) {
-        for (const std::u16string& named : names)
+        for (const WString& named : names)
             model_.insert(table_.insert(Writer::theTableItself, named), named);
         if (equalTo) bound_ = testing_support::name(CString(*equalTo));
         rows_ = table_.walk(equalTo ? &bound_ : nullptr);
@@ -221,8 +221,8 @@ private:
 };
 
 // Names that every collation puts into the order of their characters.
-rc::Gen<std::u16string> anyName() {
-    return rc::gen::container<std::u16string>(2, rc::gen::element(u'a', u'b', u'c'));
+rc::Gen<WString> anyName() {
+    return rc::gen::container<WString>(2, rc::gen::element(u'a', u'b', u'c'));
 }
 
 rc::Gen<Action> anyAction() {
@@ -248,7 +248,7 @@ class WalkProperty : public testing::TestWithParam<MountKind> {};
 TEST_P(WalkProperty, GoesAsOverASortedSetOfPlacesWhoeverWritesBetweenItsSteps) {
     const std::shared_ptr<void> store = GetParam().mount();
     EXPECT_TRUE(rc::check([&] {
-        const auto names = *rc::gen::nonEmpty(rc::gen::container<std::vector<std::u16string>>(anyName()));
+        const auto names = *rc::gen::nonEmpty(rc::gen::container<std::vector<WString>>(anyName()));
         const auto group = *anyName();
         const bool descending = *rc::gen::arbitrary<bool>();
         const bool bounded = *rc::gen::arbitrary<bool>();

@@ -23,53 +23,53 @@ using testing_support::nameOf;
 using testing_support::WalkedTable;
 using testing_support::Writer;
 
-using Names = std::vector<std::u16string>;
+using Names = std::vector<WString>;
 
-std::u16string numbered(const char16_t* stem, int number) {
-    return stem + std::u16string{static_cast<char16_t>(u'0' + number / 10), static_cast<char16_t>(u'0' + number % 10)};
+WString numbered(const WCHAR* stem, int number) {
+    return stem + WString{static_cast<WCHAR>(u'0' + number / 10), static_cast<WCHAR>(u'0' + number % 10)};
 }
 
 class WalkWhileWriting : public testing::TestWithParam<std::tuple<MountKind, Writer>> {
 protected:
     /// Rows of these names. A test calls a row by the name that it was made with.
     void make(const Names& names) {
-        for (const std::u16string& named : names)
+        for (const WString& named : names)
             oids[named] = table.insert(Writer::anotherTable, named);
     }
-    Names makeNumbered(const char16_t* stem, int count) {
+    Names makeNumbered(const WCHAR* stem, int count) {
         Names names;
         for (int i = 0; i < count; ++i)
             names.push_back(numbered(stem, i));
         make(names);
         return names;
     }
-    void insert(const std::u16string& named) { oids[named] = table.insert(writer, named); }
-    void rename(const std::u16string& row, const std::u16string& named) { table.rename(writer, oids.at(row), named); }
-    void erase(const std::u16string& row) { table.erase(writer, oids.at(row)); }
+    void insert(const WString& named) { oids[named] = table.insert(writer, named); }
+    void rename(const WString& row, const WString& named) { table.rename(writer, oids.at(row), named); }
+    void erase(const WString& row) { table.erase(writer, oids.at(row)); }
 
     // No text is read to tell where the walk is, since reading goes to the row itself.
-    std::u16string called(DWORD oid) const {
+    WString called(DWORD oid) const {
         for (const auto& [named, known] : oids) {
             if (known == oid) return named;
         }
-        return u"(none)";
+        return TEXT("(none)");
     }
-    std::u16string current() const { return called(rows->getCur()); }
-    std::u16string next() {
+    WString current() const { return called(rows->getCur()); }
+    WString next() {
         EXPECT_EQ(rows->next(), S_OK);
         return current();
     }
-    std::u16string prev() {
+    WString prev() {
         EXPECT_EQ(rows->prev(), S_OK);
         return current();
     }
-    void standOn(const std::u16string& row) {
+    void standOn(const WString& row) {
         if (!rows) rows = table.walk();
         do
             ASSERT_EQ(rows->next(), S_OK);
         while (current() != row);
     }
-    void standOnFromTheEnd(const std::u16string& row) {
+    void standOnFromTheEnd(const WString& row) {
         rows = table.walk();
         ASSERT_EQ(rows->last(), S_OK);
         while (current() != row)
@@ -100,58 +100,58 @@ protected:
     std::shared_ptr<void> store = std::get<MountKind>(GetParam()).mount();
     Writer writer = std::get<Writer>(GetParam());
     WalkedTable table;
-    std::map<std::u16string, DWORD> oids;
+    std::map<WString, DWORD> oids;
     std::unique_ptr<Iterator> rows;
 };
 
 TEST_P(WalkWhileWriting, ARowRenamedAheadIsMetAgainWhereItStandsNow) {
-    make({u"a", u"b", u"c", u"d"});
-    standOn(u"a");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d")});
+    standOn(TEXT("a"));
 
-    rename(u"a", u"cc");
+    rename(TEXT("a"), TEXT("cc"));
 
-    EXPECT_EQ(rest(), (Names{u"b", u"c", u"a", u"d"}));
+    EXPECT_EQ(rest(), (Names{TEXT("b"), TEXT("c"), TEXT("a"), TEXT("d")}));
 }
 
 TEST_P(WalkWhileWriting, ARowRenamedBehindIsNotMetAgain) {
-    make({u"a", u"b", u"c", u"d"});
-    standOn(u"c");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d")});
+    standOn(TEXT("c"));
 
-    rename(u"c", u"aa");
+    rename(TEXT("c"), TEXT("aa"));
 
-    EXPECT_EQ(rest(), (Names{u"d"}));
+    EXPECT_EQ(rest(), (Names{TEXT("d")}));
 }
 
 TEST_P(WalkWhileWriting, BackwardARowRenamedToTheFrontIsMetAgain) {
-    make({u"a", u"b", u"c", u"d"});
-    standOnFromTheEnd(u"c");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d")});
+    standOnFromTheEnd(TEXT("c"));
 
-    rename(u"c", u"aa");
+    rename(TEXT("c"), TEXT("aa"));
 
-    EXPECT_EQ(restBackward(), (Names{u"b", u"c", u"a"}));
+    EXPECT_EQ(restBackward(), (Names{TEXT("b"), TEXT("c"), TEXT("a")}));
 }
 
 TEST_P(WalkWhileWriting, RenamingEveryRowToTheFrontMeetsEachOnce) {
-    const Names names = makeNumbered(u"row", 40);
+    const Names names = makeNumbered(TEXT("row"), 40);
     rows = table.walk();
     Names walked;
 
     atEach(&Iterator::next, [&] {
         walked.push_back(current());
-        rename(walked.back(), u"first " + walked.back());
+        rename(walked.back(), TEXT("first ") + walked.back());
     });
 
     EXPECT_EQ(walked, names);
 }
 
 TEST_P(WalkWhileWriting, RenamingEveryRowToTheEndMeetsEachAgainThere) {
-    Names expected = makeNumbered(u"row", 40);
+    Names expected = makeNumbered(TEXT("row"), 40);
     rows = table.walk();
     Names walked;
 
     atEach(&Iterator::next, [&] {
         walked.push_back(current());
-        if (walked.size() <= 40) rename(walked.back(), u"then " + walked.back());
+        if (walked.size() <= 40) rename(walked.back(), TEXT("then ") + walked.back());
     });
 
     const Names again = expected;
@@ -160,12 +160,12 @@ TEST_P(WalkWhileWriting, RenamingEveryRowToTheEndMeetsEachAgainThere) {
 }
 
 TEST_P(WalkWhileWriting, RenamingEveryMemberOfAnEqualGroupMeetsEachOnce) {
-    for (const char16_t* newName : {u"Acquaintances", u"Relatives"}) {
-        make({u"Enemies", u"Friends"});
+    for (const WCHAR* newName : {TEXT("Acquaintances"), TEXT("Relatives")}) {
+        make({TEXT("Enemies"), TEXT("Friends")});
         std::vector<DWORD> members;
         for (int i = 0; i < 40; ++i)
-            members.push_back(table.insert(Writer::anotherTable, u"Family"));
-        CCeDBProp group = name(u"Family");
+            members.push_back(table.insert(Writer::anotherTable, TEXT("Family")));
+        CCeDBProp group = name(TEXT("Family"));
         rows = table.walk(&group);
         std::vector<DWORD> walked;
 
@@ -181,40 +181,40 @@ TEST_P(WalkWhileWriting, RenamingEveryMemberOfAnEqualGroupMeetsEachOnce) {
 }
 
 TEST_P(WalkWhileWriting, BehindADeletedRowTheWalkGoesOnEitherWay) {
-    make({u"a", u"b", u"c", u"d"});
-    standOn(u"b");
-    erase(u"b");
-    EXPECT_EQ(next(), u"c");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d")});
+    standOn(TEXT("b"));
+    erase(TEXT("b"));
+    EXPECT_EQ(next(), TEXT("c"));
 
-    erase(u"c");
-    EXPECT_EQ(prev(), u"a");
-    EXPECT_EQ(rest(), (Names{u"d"}));
+    erase(TEXT("c"));
+    EXPECT_EQ(prev(), TEXT("a"));
+    EXPECT_EQ(rest(), (Names{TEXT("d")}));
 }
 
 TEST_P(WalkWhileWriting, ADeletedNeighbourIsPassedOver) {
-    make({u"a", u"b", u"c", u"d", u"e"});
-    standOn(u"c");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d"), TEXT("e")});
+    standOn(TEXT("c"));
 
-    erase(u"d");
-    EXPECT_EQ(next(), u"e");
+    erase(TEXT("d"));
+    EXPECT_EQ(next(), TEXT("e"));
 
-    erase(u"c");
-    EXPECT_EQ(restBackward(), (Names{u"b", u"a"}));
+    erase(TEXT("c"));
+    EXPECT_EQ(restBackward(), (Names{TEXT("b"), TEXT("a")}));
 }
 
 TEST_P(WalkWhileWriting, WhenAllThatIsAheadWasDeletedItIsTheEnd) {
-    make({u"a", u"b", u"c"});
-    standOn(u"a");
+    make({TEXT("a"), TEXT("b"), TEXT("c")});
+    standOn(TEXT("a"));
 
-    erase(u"b");
-    erase(u"c");
+    erase(TEXT("b"));
+    erase(TEXT("c"));
 
     EXPECT_EQ(rows->next(), S_FALSE);
-    EXPECT_EQ(current(), u"a");
+    EXPECT_EQ(current(), TEXT("a"));
 }
 
 TEST_P(WalkWhileWriting, DeletingEveryRowStoodOnDeletesThemAll) {
-    const Names names = makeNumbered(u"row", 40);
+    const Names names = makeNumbered(TEXT("row"), 40);
     rows = table.walk();
     Names walked;
 
@@ -228,37 +228,37 @@ TEST_P(WalkWhileWriting, DeletingEveryRowStoodOnDeletesThemAll) {
 }
 
 TEST_P(WalkWhileWriting, ForwardItShowsWhatIsInsertedAheadAndNotWhatIsInsertedBehind) {
-    make({u"a", u"c", u"e", u"g", u"i"});
-    standOn(u"e");
+    make({TEXT("a"), TEXT("c"), TEXT("e"), TEXT("g"), TEXT("i")});
+    standOn(TEXT("e"));
 
-    insert(u"d");
-    insert(u"f");
-    erase(u"g");
+    insert(TEXT("d"));
+    insert(TEXT("f"));
+    erase(TEXT("g"));
 
-    EXPECT_EQ(rest(), (Names{u"f", u"i"}));
+    EXPECT_EQ(rest(), (Names{TEXT("f"), TEXT("i")}));
 }
 
 TEST_P(WalkWhileWriting, BackwardItShowsWhatIsInsertedAheadAndNotWhatIsInsertedBehind) {
-    make({u"a", u"c", u"e", u"g", u"i"});
-    standOnFromTheEnd(u"e");
+    make({TEXT("a"), TEXT("c"), TEXT("e"), TEXT("g"), TEXT("i")});
+    standOnFromTheEnd(TEXT("e"));
 
-    insert(u"d");
-    insert(u"f");
-    erase(u"c");
+    insert(TEXT("d"));
+    insert(TEXT("f"));
+    erase(TEXT("c"));
 
-    EXPECT_EQ(restBackward(), (Names{u"d", u"a"}));
+    EXPECT_EQ(restBackward(), (Names{TEXT("d"), TEXT("a")}));
 }
 
 TEST_P(WalkWhileWriting, InTheMiddleOfALongWalkEachStepShowsWhatWasWrittenBeforeIt) {
-    Names expected = makeNumbered(u"row", 40);
+    Names expected = makeNumbered(TEXT("row"), 40);
     rows = table.walk();
     Names walked;
 
     for (int i = 0; i < 20; ++i) {
         walked.push_back(next());
-        insert(walked.back() + u" after");
-        insert(walked.back() + u" and");
-        erase(numbered(u"row", 39 - i));
+        insert(walked.back() + TEXT(" after"));
+        insert(walked.back() + TEXT(" and"));
+        erase(numbered(TEXT("row"), 39 - i));
         walked.push_back(next());
         walked.push_back(next());
     }
@@ -266,55 +266,55 @@ TEST_P(WalkWhileWriting, InTheMiddleOfALongWalkEachStepShowsWhatWasWrittenBefore
     expected.resize(20);
     for (std::size_t i = 0; i < expected.size(); i += 3)
         expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(i) + 1,
-                        {expected[i] + u" after", expected[i] + u" and"});
+                        {expected[i] + TEXT(" after"), expected[i] + TEXT(" and")});
     EXPECT_EQ(walked, expected);
 }
 
 TEST_P(WalkWhileWriting, IndexesCountTheRowsAsTheyAreNow) {
-    make({u"a", u"c", u"e", u"g", u"i"});
+    make({TEXT("a"), TEXT("c"), TEXT("e"), TEXT("g"), TEXT("i")});
     rows = table.walk();
-    ASSERT_EQ(called(rows->getAt(2)), u"e");
+    ASSERT_EQ(called(rows->getAt(2)), TEXT("e"));
 
-    insert(u"d");
-    EXPECT_EQ(called(rows->getAt(2)), u"d");
-    EXPECT_EQ(called(rows->getAt(3)), u"e");
-    insert(u"f");
-    EXPECT_EQ(called(rows->getAt(4)), u"f");
-    erase(u"g");
-    EXPECT_EQ(called(rows->getAt(5)), u"i");
-    EXPECT_EQ(called(rows->getAt(3)), u"e");
-    EXPECT_EQ(next(), u"f");
-    EXPECT_EQ(prev(), u"e");
+    insert(TEXT("d"));
+    EXPECT_EQ(called(rows->getAt(2)), TEXT("d"));
+    EXPECT_EQ(called(rows->getAt(3)), TEXT("e"));
+    insert(TEXT("f"));
+    EXPECT_EQ(called(rows->getAt(4)), TEXT("f"));
+    erase(TEXT("g"));
+    EXPECT_EQ(called(rows->getAt(5)), TEXT("i"));
+    EXPECT_EQ(called(rows->getAt(3)), TEXT("e"));
+    EXPECT_EQ(next(), TEXT("f"));
+    EXPECT_EQ(prev(), TEXT("e"));
 }
 
 TEST_P(WalkWhileWriting, RecordsAtIndexesAreThoseThatAreThereNow) {
-    make({u"a", u"c", u"e"});
+    make({TEXT("a"), TEXT("c"), TEXT("e")});
     rows = table.walk();
     CCeDBRecord record;
     const auto nameAt = [&](int idx) {
         EXPECT_EQ(rows->getRecordAt(idx, &record), S_OK) << idx;
-        return std::u16string(record.findProp(nameIdent)->getText().view());
+        return WString(record.findProp(nameIdent)->getText().view());
     };
-    ASSERT_EQ(nameAt(1), u"c");
+    ASSERT_EQ(nameAt(1), TEXT("c"));
 
-    insert(u"b");
-    EXPECT_EQ(nameAt(1), u"b");
-    EXPECT_EQ(nameAt(2), u"c");
-    rename(u"c", u"f");
-    EXPECT_EQ(nameAt(2), u"e");
-    EXPECT_EQ(nameAt(3), u"f");
-    erase(u"a");
-    EXPECT_EQ(nameAt(0), u"b");
+    insert(TEXT("b"));
+    EXPECT_EQ(nameAt(1), TEXT("b"));
+    EXPECT_EQ(nameAt(2), TEXT("c"));
+    rename(TEXT("c"), TEXT("f"));
+    EXPECT_EQ(nameAt(2), TEXT("e"));
+    EXPECT_EQ(nameAt(3), TEXT("f"));
+    erase(TEXT("a"));
+    EXPECT_EQ(nameAt(0), TEXT("b"));
     EXPECT_EQ(rows->getRecordAt(3, &record), E_FAIL);
 }
 
 TEST_P(WalkWhileWriting, AnIndexIsCountedAnewFromEitherSideOfTheLastOne) {
-    const Names names = makeNumbered(u"row", 40);
+    const Names names = makeNumbered(TEXT("row"), 40);
     rows = table.walk();
     Names forward;
     for (int i = 0; i < 40; ++i) {
         forward.push_back(called(rows->getAt(i)));
-        rename(forward.back(), forward.back() + u" seen");
+        rename(forward.back(), forward.back() + TEXT(" seen"));
     }
     EXPECT_EQ(forward, names);
 
@@ -341,52 +341,52 @@ INSTANTIATE_TEST_SUITE_P(EitherStore, WalkWhileWriting,
 class WalkWhileOthersRename : public WalkWhileWriting {};
 
 TEST_P(WalkWhileOthersRename, ARowThatWasVisitedAndIsRenamedAheadIsMetAgain) {
-    make({u"a", u"b", u"c", u"d"});
-    standOn(u"b");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d")});
+    standOn(TEXT("b"));
 
-    rename(u"a", u"cc");
+    rename(TEXT("a"), TEXT("cc"));
 
-    EXPECT_EQ(rest(), (Names{u"c", u"a", u"d"}));
+    EXPECT_EQ(rest(), (Names{TEXT("c"), TEXT("a"), TEXT("d")}));
 }
 
 TEST_P(WalkWhileOthersRename, ARowAheadThatIsRenamedBehindIsNotMet) {
-    make({u"a", u"b", u"c", u"d"});
-    standOn(u"b");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d")});
+    standOn(TEXT("b"));
 
-    rename(u"c", u"aa");
+    rename(TEXT("c"), TEXT("aa"));
 
-    EXPECT_EQ(rest(), (Names{u"d"}));
+    EXPECT_EQ(rest(), (Names{TEXT("d")}));
 }
 
 TEST_P(WalkWhileOthersRename, ARowRenamedIntoTheEqualGroupAheadIsMetAndOneRenamedOutOfItIsNot) {
-    make({u"a", u"b", u"c"});
+    make({TEXT("a"), TEXT("b"), TEXT("c")});
     std::vector<DWORD> members;
     for (int i = 0; i < 3; ++i)
-        members.push_back(table.insert(Writer::anotherTable, u"m"));
-    make({u"x"});
-    CCeDBProp group = name(u"m");
+        members.push_back(table.insert(Writer::anotherTable, TEXT("m")));
+    make({TEXT("x")});
+    CCeDBProp group = name(TEXT("m"));
     rows = table.walk(&group);
     ASSERT_EQ(rows->next(), S_OK);
     ASSERT_EQ(rows->getCur(), members[0]);
 
-    rename(u"a", u"m");  // its identifier is smaller than theirs: it is behind
-    rename(u"x", u"m");
-    table.rename(writer, members[1], u"b");
+    rename(TEXT("a"), TEXT("m"));  // its identifier is smaller than theirs: it is behind
+    rename(TEXT("x"), TEXT("m"));
+    table.rename(writer, members[1], TEXT("b"));
 
     EXPECT_EQ(rows->next(), S_OK);
     EXPECT_EQ(rows->getCur(), members[2]);
-    EXPECT_EQ(next(), u"x");
+    EXPECT_EQ(next(), TEXT("x"));
     EXPECT_EQ(rows->next(), S_FALSE);
 }
 
 TEST_P(WalkWhileOthersRename, ReadingTheRowStoodOnGoesWhereItStandsNow) {
-    make({u"a", u"b", u"c", u"d", u"e"});
-    standOn(u"b");
+    make({TEXT("a"), TEXT("b"), TEXT("c"), TEXT("d"), TEXT("e")});
+    standOn(TEXT("b"));
 
-    rename(u"b", u"dd");
-    EXPECT_EQ(rows->getString(WalkedTable::nameIdx), u"dd");
+    rename(TEXT("b"), TEXT("dd"));
+    EXPECT_EQ(rows->getString(WalkedTable::nameIdx), TEXT("dd"));
 
-    EXPECT_EQ(rest(), (Names{u"e"}));
+    EXPECT_EQ(rest(), (Names{TEXT("e")}));
 }
 
 INSTANTIATE_TEST_SUITE_P(EitherStore, WalkWhileOthersRename,

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <stdexcept>
-#include <string>
 #include <thread>
 
 #include "tessera/database/CeDBTable.h"
@@ -42,16 +41,16 @@ public:
     }
     DWORD getNumRecords() { return table_.getNumRecords(); }
 
-    DWORD insert(Writer writer, const std::u16string& named) {
+    DWORD insert(Writer writer, const WString& named) {
         DWORD oid = 0;
         write(writer, [&](Database::CeDBTable& table) {
-            CCeDBRecord record = recordOf(rank(0), name(CString(named)), note(u"-"));
+            CCeDBRecord record = recordOf(rank(0), name(CString(named)), note(TEXT("-")));
             return table.insertRecord(&record, oid);
         });
         return oid;
     }
     /// The table itself goes to the row for this, as an update by identifier does.
-    void rename(Writer writer, DWORD oid, const std::u16string& named) {
+    void rename(Writer writer, DWORD oid, const WString& named) {
         write(writer, [&](Database::CeDBTable& table) {
             CCeDBRecord change = recordOf(name(CString(named)));
             return table.updateRecord(oid, &change, 0, nullptr);
@@ -67,7 +66,7 @@ private:
         HRESULT result = E_FAIL;
         if (writer == Writer::anotherThread) {
             std::thread([&] {
-                Database::CeDBTable threads(u"QZ_Walked", &sampleSchema);
+                Database::CeDBTable threads(TEXT("QZ_Walked"), &sampleSchema);
                 if (threads.open(nullptr)) result = change(threads);
             }).join();
         } else {
@@ -76,8 +75,8 @@ private:
         if (result != S_OK) throw std::runtime_error("the table was not written to");
     }
 
-    Database::CeDBTable table_{u"QZ_Walked", &sampleSchema};
-    Database::CeDBTable other_{u"QZ_Walked", &sampleSchema};
+    Database::CeDBTable table_{TEXT("QZ_Walked"), &sampleSchema};
+    Database::CeDBTable other_{TEXT("QZ_Walked"), &sampleSchema};
 };
 
 }  // namespace testing_support

@@ -38,11 +38,11 @@ constexpr std::array<DWORD, 5> typeFlags = {0x4, 0x8, 0x10, 0x400, 0x800};
 // In the order of their names, and in that order added.
 const std::vector<Person>& people() {
     static const std::vector<Person> all = {
-        {u"Alpha", {{{}, u"02-333-4444"}}},
-        {u"Kim", {{u"010-1111-2222"}}},
-        {u"Kim", {{u"010-5555-6666", u"02-333-4444"}}},
-        {u"가나다", {{{}, {}, u"031-555-6666", {}, u"0315556666"}}},
-        {{}, {{{}, {}, {}, u"012-345-6789"}}},
+        {TEXT("Alpha"), {{{}, TEXT("02-333-4444")}}},
+        {TEXT("Kim"), {{TEXT("010-1111-2222")}}},
+        {TEXT("Kim"), {{TEXT("010-5555-6666"), TEXT("02-333-4444")}}},
+        {TEXT("가나다"), {{{}, {}, TEXT("031-555-6666"), {}, TEXT("0315556666")}}},
+        {{}, {{{}, {}, {}, TEXT("012-345-6789")}}},
     };
     return all;
 }
@@ -53,12 +53,12 @@ rc::Gen<CString> anyOf(std::vector<const WCHAR*> texts) {
 
 rc::Gen<CString> anyCid() {
     // Those of the contacts, one within another, an unknown one, one not reduced, none, a withheld one.
-    return anyOf({u"023334444", u"01011112222", u"01055556666", u"0315556666", u"0123456789", u"11112222", u"5551234",
-                  u"010-1111-2222", u"", u"발신번호표시제한"});
+    return anyOf({TEXT("023334444"), TEXT("01011112222"), TEXT("01055556666"), TEXT("0315556666"), TEXT("0123456789"),
+                  TEXT("11112222"), TEXT("5551234"), TEXT("010-1111-2222"), TEXT(""), TEXT("발신번호표시제한")});
 }
 
 rc::Gen<CString> anyName() {
-    return anyOf({u"", u"", u"Kim", u"kIM", u"가나다", u"Nobody", u"K\"im"});
+    return anyOf({TEXT(""), TEXT(""), TEXT("Kim"), TEXT("kIM"), TEXT("가나다"), TEXT("Nobody"), TEXT("K\"im")});
 }
 
 rc::Gen<std::uint64_t> anyTime() {
@@ -109,8 +109,8 @@ const Person* holderOf(const CString& cid) {
 /// What the phone book makes of a call that is logged.
 void complete(CallEntry& entry) {
     entry.dwFlags = 7;
-    if (entry.strCID.IsEmpty()) entry.strName = u"번호정보없음";
-    if (entry.strCID.IsEmpty() || entry.strCID == u"발신번호표시제한") return;
+    if (entry.strCID.IsEmpty()) entry.strName = TEXT("번호정보없음");
+    if (entry.strCID.IsEmpty() || entry.strCID == TEXT("발신번호표시제한")) return;
     const Person* person = entry.strName.IsEmpty() ? nullptr : personNamed(entry.strName);
     if (person == nullptr) person = holderOf(entry.strCID);
     if (person == nullptr) {

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -38,9 +37,9 @@ void fill(OpenPhoneBook& book, std::uint64_t first, std::uint64_t last) {
 }
 
 CallEntry completeCall() {
-    CallEntry entry = call(0x01C5'0000'0000'0007, u"01012345678");
-    entry.strCNAP = u"KIM MINSU";
-    entry.strCDNIP = u"0212345678 \"둘\"";
+    CallEntry entry = call(0x01C5'0000'0000'0007, TEXT("01012345678"));
+    entry.strCNAP = TEXT("KIM MINSU");
+    entry.strCDNIP = TEXT("0212345678 \"둘\"");
     entry.dwCallingTime = 0xFFFFFFFF;
     entry.dwCallType = 3;
     entry.dwTelType = 0x800;
@@ -107,16 +106,16 @@ TEST(CallHistory, NewestAndOldestGoByTimeWhateverTheOrderOfLogging) {
 TEST(CallHistory, OfTwoCallsAtOneTimeTheLaterLoggedIsTheNewer) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    for (const WCHAR* cid : {u"1", u"2", u"3"}) {
+    for (const WCHAR* cid : {TEXT("1"), TEXT("2"), TEXT("3")}) {
         CallEntry entry = call(9, cid);
         ASSERT_EQ(S_OK, book->insertCallEntry(&entry));
     }
     CallEntry read;
     EXPECT_EQ(S_OK, book->getMRUCallEntry(&read));
-    EXPECT_EQ(CString(u"3"), read.strCID);
+    EXPECT_EQ(CString(TEXT("3")), read.strCID);
     DWORD oid = 0;
     EXPECT_EQ(S_OK, book->getLRUCallEntry(&oid, &read));
-    EXPECT_EQ(CString(u"1"), read.strCID);
+    EXPECT_EQ(CString(TEXT("1")), read.strCID);
 }
 
 TEST(CallHistory, The101stCallTakesThePlaceOfTheOldest) {
@@ -256,7 +255,7 @@ TEST(CallHistory, DoesNotLookUpByTimeOrNumber) {
     fill(book, 1, 1);
     CallEntry entry = completeCall();
     EXPECT_EQ(E_NOTIMPL, book->queryCallEntry(fileTimeOf(1), &entry));
-    EXPECT_EQ(E_NOTIMPL, book->queryCallEntry(CString(u"5550000"), &entry));
+    EXPECT_EQ(E_NOTIMPL, book->queryCallEntry(CString(TEXT("5550000")), &entry));
     EXPECT_EQ(E_NOTIMPL, book->deleteCallEntry(fileTimeOf(1)));
     EXPECT_EQ(completeCall(), entry);
     EXPECT_THAT(loggedTimes(book), ElementsAre(1u));
@@ -281,7 +280,7 @@ TEST(CallHistory, DeletesOneCallByIdentifier) {
 TEST(CallHistory, TakesNoRowOfAnotherTableForACall) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD contact = book.add(testing_support::contact().name(u"Kim"));
+    const DWORD contact = book.add(testing_support::contact().name(TEXT("Kim")));
     CallEntry entry;
     EXPECT_EQ(E_FAIL, book->deleteCallEntry(contact));
     EXPECT_EQ(S_OK, book->queryCallEntry(contact, &entry));
@@ -308,12 +307,12 @@ TEST(CallHistory, TheFlagsOfARowWithoutAnyStayInAQueryAndAre0OtherwiseRead) {
     OpenPhoneBook book;
     CCeDBRecord row;
     row.addProp(CCeDBProp::ofFileTime(0x400, fileTimeOf(5)));
-    row.addProp(CCeDBProp::ofText(0x401, u"119"));
+    row.addProp(CCeDBProp::ofText(0x401, TEXT("119")));
     const DWORD oid = addRow(book.manager(), row);
     CallEntry entry = completeCall();
     entry.dwFlags = 4;
     EXPECT_EQ(S_OK, book->queryCallEntry(oid, &entry));
-    CallEntry expected = call(5, u"119");
+    CallEntry expected = call(5, TEXT("119"));
     expected.dwFlags = 4;
     EXPECT_EQ(expected, entry);
     expected.dwFlags = 0;
@@ -340,18 +339,18 @@ TEST(CallHistory, DeletesAll) {
 TEST(CallHistory, IsUsedInTheOrderThatItsTableIsOpenIn) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    for (const auto& [ticks, cid] : {std::pair{1u, u"A"}, std::pair{9u, u"B"}, std::pair{5u, u"C"}})
+    for (const auto& [ticks, cid] : {std::pair{1u, TEXT("A")}, std::pair{9u, TEXT("B")}, std::pair{5u, TEXT("C")}})
         ASSERT_NE(0u, addRow(book.manager(), rowOf(call(ticks, cid))));
     auto* table = static_cast<Database::CeDBTable*>(book->getTable(PBDBTBL_CALLHISTORY));
     table->close();
     ASSERT_TRUE(table->open(WORD{1}, WORD{0}, nullptr));
-    CallEntry entry = call(7, u"D");
+    CallEntry entry = call(7, TEXT("D"));
     ASSERT_EQ(S_OK, book->insertCallEntry(&entry));
     EXPECT_EQ(S_OK, book->getMRUCallEntry(&entry));
-    EXPECT_EQ(CString(u"A"), entry.strCID) << "the first row in the order of the numbers";
+    EXPECT_EQ(CString(TEXT("A")), entry.strCID) << "the first row in the order of the numbers";
     DWORD oid = 0;
     EXPECT_EQ(S_OK, book->getLRUCallEntry(&oid, &entry));
-    EXPECT_EQ(CString(u"D"), entry.strCID);
+    EXPECT_EQ(CString(TEXT("D")), entry.strCID);
 }
 
 TEST(CallHistory, OutlivesTheProcess) {

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <ostream>
-#include <string_view>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -31,7 +30,7 @@ inline std::ostream& operator<<(std::ostream& out, const CallEntry& call) {
 
 namespace calls_test {
 
-inline CallEntry call(std::uint64_t ticks, std::u16string_view cid = u"5550000", std::u16string_view name = {}) {
+inline CallEntry call(std::uint64_t ticks, WStringView cid = TEXT("5550000"), WStringView name = {}) {
     CallEntry entry;
     entry.ftTimestamp = fileTimeOf(ticks);
     entry.strCID = CString(cid);

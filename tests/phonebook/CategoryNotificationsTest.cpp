@@ -73,9 +73,9 @@ INSTANTIATE_TEST_SUITE_P(Tables, FollowingCategories, testing::Bool(),
 // A new category
 
 TEST_P(FollowingCategories, ANewOneMakesAGroupOfItsIdAndNameAndTheReceiverHears) {
-    const CEOID category = addCategory(u"가족", 3);
+    const CEOID category = addCategory(TEXT("가족"), 3);
     EXPECT_EQ(S_OK, followCreated(category));
-    EXPECT_THAT(groups(), ElementsAre(Group(3, u"가족")));
+    EXPECT_THAT(groups(), ElementsAre(Group(3, TEXT("가족"))));
     EXPECT_EQ(once, receiver.heard());
 }
 
@@ -83,14 +83,14 @@ TEST_P(FollowingCategories, ANewOneRenamesTheGroupOfItsIdWhichKeepsItsSettings) 
     OpenPhoneBook book;
     PBGroupInfo group;
     group.dwID = 3;
-    group.strName = u"Family";
+    group.strName = TEXT("Family");
     group.bReject = TRUE;
-    group.strBell = u"ding";
-    group.strSMSBell = u"dong";
-    group.strBellCategory = u"bells";
+    group.strBell = TEXT("ding");
+    group.strSMSBell = TEXT("dong");
+    group.strBellCategory = TEXT("bells");
     ASSERT_EQ(S_OK, book->insertAvailablePBGroup(&group, false));
-    EXPECT_EQ(S_OK, followCreated(addCategory(u"Relatives", 3)));
-    group.strName = u"Relatives";
+    EXPECT_EQ(S_OK, followCreated(addCategory(TEXT("Relatives"), 3)));
+    group.strName = TEXT("Relatives");
     PBGroupInfo found;
     EXPECT_EQ(S_OK, book->getAvailablePBGroup(3, &found));
     EXPECT_EQ(group, found);
@@ -99,14 +99,14 @@ TEST_P(FollowingCategories, ANewOneRenamesTheGroupOfItsIdWhichKeepsItsSettings) 
 }
 
 TEST_P(FollowingCategories, FollowedTwiceANewOneStillIsOneGroup) {
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     EXPECT_EQ(S_OK, followCreated(category));
     EXPECT_EQ(S_OK, followCreated(category));
-    EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+    EXPECT_THAT(groups(), ElementsAre(Group(3, TEXT("Family"))));
 }
 
 TEST_P(FollowingCategories, ANewOneThatIsGoneAlreadyIsNoFailureAndNobodyHears) {
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     ASSERT_TRUE(deleteCategory(category));
     EXPECT_EQ(S_OK, followCreated(category));
     EXPECT_EQ(S_OK, followCreated(0));
@@ -119,42 +119,42 @@ TEST_P(FollowingCategories, ANewOneThatIsGoneAlreadyIsNoFailureAndNobodyHears) {
 TEST_P(FollowingCategories, ANewOneWithoutAnIdIsGroup0AndANegativeIdIsExtended) {
     const auto table = following::openBeside(PBDBTBL_CATEGORIES);
     CCeDBRecord idless;
-    idless.addProp(CCeDBProp::ofText(0x4001, u"Family"));
+    idless.addProp(CCeDBProp::ofText(0x4001, TEXT("Family")));
     DWORD category = 0;
     ASSERT_EQ(S_OK, table->insertRecord(&idless, category));
     EXPECT_EQ(S_OK, followCreated(category));
-    EXPECT_EQ(S_OK, followCreated(addCategory(u"Work", -2)));
-    EXPECT_THAT(groups(), ElementsAre(Group(0, u"Family"), Group(0xFFFFFFFE, u"Work")));
+    EXPECT_EQ(S_OK, followCreated(addCategory(TEXT("Work"), -2)));
+    EXPECT_THAT(groups(), ElementsAre(Group(0, TEXT("Family")), Group(0xFFFFFFFE, TEXT("Work"))));
 }
 
 TEST_P(FollowingCategories, ANewOneNeedsNoReceiver) {
     manager.registerNotificationReceiver(nullptr);
-    EXPECT_EQ(S_OK, followCreated(addCategory(u"Family", 3)));
+    EXPECT_EQ(S_OK, followCreated(addCategory(TEXT("Family"), 3)));
     manager.registerNotificationReceiver(&receiver);
     receiver.DestroyWindow();
-    EXPECT_EQ(S_OK, followCreated(addCategory(u"Work", 4)));
+    EXPECT_EQ(S_OK, followCreated(addCategory(TEXT("Work"), 4)));
     EXPECT_EQ(nothing, receiver.heard());
 }
 
 // A category that is gone
 
 TEST_P(FollowingCategories, OneThatIsGoneTakesItsGroupAlongAndTheReceiverHears) {
-    const CEOID category = addCategory(u"Family", 3);
-    addCategory(u"Work", 4);
+    const CEOID category = addCategory(TEXT("Family"), 3);
+    addCategory(TEXT("Work"), 4);
     setUp();
     OpenPhoneBook book;
-    const DWORD member = book.add(contact().name(u"Kim").group(u"Family"));
-    const DWORD colleague = book.add(contact().name(u"Lee").group(u"Work"));
+    const DWORD member = book.add(contact().name(TEXT("Kim")).group(TEXT("Family")));
+    const DWORD colleague = book.add(contact().name(TEXT("Lee")).group(TEXT("Work")));
     ASSERT_TRUE(deleteCategory(category));
     EXPECT_EQ(S_OK, followDeleted(category));
-    EXPECT_THAT(groups(), ElementsAre(Group(4, u"Work")));
+    EXPECT_THAT(groups(), ElementsAre(Group(4, TEXT("Work"))));
     EXPECT_EQ(CString(), extensionRowOf(member)->group);
-    EXPECT_EQ(CString(u"Work"), extensionRowOf(colleague)->group);
+    EXPECT_EQ(CString(TEXT("Work")), extensionRowOf(colleague)->group);
     EXPECT_EQ(once, receiver.heard());
 }
 
 TEST_P(FollowingCategories, OneThatCameAndWentLeavesNoGroup) {
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     ASSERT_EQ(S_OK, followCreated(category));
     ASSERT_TRUE(deleteCategory(category));
     ASSERT_EQ(once, receiver.heard());
@@ -166,18 +166,18 @@ TEST_P(FollowingCategories, OneThatCameAndWentLeavesNoGroup) {
 }
 
 TEST_P(FollowingCategories, OneThatThisManagerNeverMetIsNotFollowed) {
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     {
         const OpenPhoneBook another;  // makes the group
     }
     ASSERT_TRUE(deleteCategory(category));
     EXPECT_EQ(E_FAIL, followDeleted(category));
-    EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+    EXPECT_THAT(groups(), ElementsAre(Group(3, TEXT("Family"))));
     EXPECT_EQ(nothing, receiver.heard());
 }
 
 TEST_P(FollowingCategories, OneWhoseGroupIsGoneAlreadyFailsAndTheReceiverHears) {
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     ASSERT_EQ(S_OK, followCreated(category));
     receiver.heard();
     OpenPhoneBook book;
@@ -191,10 +191,10 @@ TEST_P(FollowingCategories, OneWhoseGroupIsGoneAlreadyFailsAndTheReceiverHears) 
 TEST_P(FollowingCategories, TheReceiverFindsTheGroupsAsTheyAreNow) {
     std::vector<std::vector<Group>> found;
     receiver.whenHeard = [&] { found.push_back(groups()); };
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     EXPECT_EQ(S_OK, followCreated(category));
     EXPECT_EQ(S_OK, followDeleted(category));
-    EXPECT_THAT(found, ElementsAre(ElementsAre(Group(3, u"Family")), IsEmpty()));
+    EXPECT_THAT(found, ElementsAre(ElementsAre(Group(3, TEXT("Family"))), IsEmpty()));
 }
 
 TEST(FollowingCategoriesWithoutGroups, FailsAndTheReceiverHearsOfANewOne) {
@@ -204,7 +204,7 @@ TEST(FollowingCategoriesWithoutGroups, FailsAndTheReceiverHearsOfANewOne) {
     ASSERT_EQ(S_OK, manager.initDB(false));
     manager.registerNotificationReceiver(&receiver);
     ASSERT_TRUE(manager.dropTable(PBDBTBL_AVAILABLEPBGROUP));
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     const CENOTIFICATION notification = notificationOf(category);
     EXPECT_EQ(E_FAIL, manager.onCEOIDCreatedCategories(&notification));
     EXPECT_EQ(once, receiver.heard());
@@ -220,7 +220,7 @@ TEST(FollowingWithoutCategories, FailsAndNobodyHears) {
     Manager manager;
     ASSERT_EQ(S_OK, manager.initDB(false));
     manager.registerNotificationReceiver(&receiver);
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     ASSERT_TRUE(manager.dropTable(PBDBTBL_CATEGORIES));
     const CENOTIFICATION notification = notificationOf(category);
     EXPECT_EQ(E_FAIL, manager.onCEOIDCreatedCategories(&notification));

@@ -4,8 +4,6 @@
 #include <memory>
 #include <optional>
 #include <ostream>
-#include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -38,7 +36,7 @@ inline CENOTIFICATION notificationOf(CEOID record, DWORD database = 0, UINT even
 /// The contacts as any other program changes them.
 class OtherProgram : public testing_support::ContactsSession {
 public:
-    CEOID addFiled(std::u16string_view name, std::u16string_view categories, std::u16string_view mobile = u"") const {
+    CEOID addFiled(WStringView name, WStringView categories, WStringView mobile = TEXT("")) const {
         const ComPtr<IContact> made = newContact();
         testing_support::require(made->put_FileAs(testing_support::bstr(name).get()));
         testing_support::require(made->put_Categories(testing_support::bstr(categories).get()));
@@ -47,7 +45,7 @@ public:
         return testing_support::oidOf(made);
     }
     /// @return whether it was not filed there before: else there was nothing to write
-    bool file(CEOID oid, std::u16string_view categories) const {
+    bool file(CEOID oid, WStringView categories) const {
         const ComPtr<IContact> found = contact(oid);
         const bool isElsewhere = testing_support::textOf(found, &IContact::get_Categories) != categories;
         testing_support::require(found->put_Categories(testing_support::bstr(categories).get()));
@@ -131,7 +129,7 @@ inline std::pair<DWORD, DWORD> lastChangeOf(UINT tableId) {
 /// The window of a client that wants to hear when the set of groups has changed.
 class Receiver : public CWnd {
 public:
-    Receiver() { CreateEx(0, AfxRegisterWndClass(0), u"receiver", 0, 0, 0, 0, 0, 0, 0, nullptr); }
+    Receiver() { CreateEx(0, AfxRegisterWndClass(0), TEXT("receiver"), 0, 0, 0, 0, 0, 0, 0, nullptr); }
     ~Receiver() override { DestroyWindow(); }
 
     /// What it was sent: each message with its two parameters.

@@ -73,20 +73,20 @@ inline CCeDBRecord categoryRow(const CString& name, std::int16_t id) {
 
 /// Answers the record's identifier, 0 when it was not added.
 inline CEOID addCategory(const CString& name, std::int16_t id) {
-    Database::CeDBTable categories(u"\\Categories Database", &PhoneBookDBMgr::aRecDef_[PBDBTBL_CATEGORIES]);
+    Database::CeDBTable categories(TEXT("\\Categories Database"), &PhoneBookDBMgr::aRecDef_[PBDBTBL_CATEGORIES]);
     CCeDBRecord row = categoryRow(name, id);
     DWORD oid = 0;
     return categories.open(nullptr) && categories.insertRecord(&row, oid) == S_OK ? oid : 0;
 }
 
 inline bool writeCategory(CEOID oid, const CString& name, std::int16_t id) {
-    Database::CeDBTable categories(u"\\Categories Database", &PhoneBookDBMgr::aRecDef_[PBDBTBL_CATEGORIES]);
+    Database::CeDBTable categories(TEXT("\\Categories Database"), &PhoneBookDBMgr::aRecDef_[PBDBTBL_CATEGORIES]);
     CCeDBRecord row = categoryRow(name, id);
     return categories.open(nullptr) && categories.updateRecord(oid, &row, 0, nullptr) == S_OK;
 }
 
 inline bool deleteCategory(CEOID oid) {
-    Database::CeDBTable categories(u"\\Categories Database", &PhoneBookDBMgr::aRecDef_[PBDBTBL_CATEGORIES]);
+    Database::CeDBTable categories(TEXT("\\Categories Database"), &PhoneBookDBMgr::aRecDef_[PBDBTBL_CATEGORIES]);
     return categories.open(nullptr) && categories.deleteRecord(oid) == S_OK;
 }
 

@@ -66,7 +66,7 @@ void holdAgainst(const Model& model, System& system) {
 }
 
 rc::Gen<CString> anyName() {
-    return rc::gen::map(rc::gen::element(u"", u"A", u"B", u"가족", u"친구"),
+    return rc::gen::map(rc::gen::element(TEXT(""), TEXT("A"), TEXT("B"), TEXT("가족"), TEXT("친구")),
                         [](const WCHAR* name) { return CString(name); });
 }
 
@@ -343,7 +343,8 @@ public:
 protected:
     void act(const Model& before, System& system) const override {
         // The bell makes it have an extension row, also without a group.
-        system.oids[before.nextKey] = system.book.add(contact().name(u"Kim").group(group.view()).bell(u"ding"));
+        system.oids[before.nextKey] =
+            system.book.add(contact().name(TEXT("Kim")).group(group.view()).bell(TEXT("ding")));
     }
 
 private:

@@ -1,7 +1,6 @@
 #include <chrono>
 #include <fstream>
 #include <stdexcept>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -22,9 +21,9 @@ using testing_support::TemporaryFolder;
 class Import : public testing::Test {
 protected:
     /// Writes the text as UTF-16LE; answers the path.
-    CString file(const std::string& name, std::u16string_view text) {
+    CString file(const std::string& name, WStringView text) {
         std::ofstream out(folder / name, std::ios::binary);
-        for (const char16_t unit : text)
+        for (const WCHAR unit : text)
             out.put(static_cast<char>(unit)).put(static_cast<char>(unit >> 8));
         return path(name);
     }
@@ -52,73 +51,73 @@ protected:
 };
 
 TEST_F(Import, AnEntryLineMakesAContactAndItsExtensionRow) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim,Friends,,0101234567\n")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\nKim,Friends,,0101234567\n"))));
     const auto all = contacts();
     ASSERT_EQ(1u, all.size());
-    EXPECT_EQ(CString(u"Kim"), all[0].strName);
-    EXPECT_EQ(CString(u"0101234567"), all[0].strMobileTelephoneNumber);
-    EXPECT_EQ(CString(u"Friends"), all[0].strCategories);
-    EXPECT_EQ(CString(u"Friends"), all[0].strGroup);
+    EXPECT_EQ(CString(TEXT("Kim")), all[0].strName);
+    EXPECT_EQ(CString(TEXT("0101234567")), all[0].strMobileTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("Friends")), all[0].strCategories);
+    EXPECT_EQ(CString(TEXT("Friends")), all[0].strGroup);
     EXPECT_EQ(1u, book->getTable(PBDBTBL_PHONEBOOKEXT)->getNumRecords());
 }
 
 TEST_F(Import, EachColumnFillsItsField) {
     EXPECT_EQ(S_OK, import(file("a.csv",
-                                u"header\n김민수,가족,ignored,010-1,02-2,031-3,k@x.kr,av,ph,ding,1990-03-05,0x1c,"
-                                u"012-4,02-5,note,513,0x10,more,and more\n")));
+                                TEXT("header\n김민수,가족,ignored,010-1,02-2,031-3,k@x.kr,av,ph,ding,1990-03-05,0x1c,")
+                                    TEXT("012-4,02-5,note,513,0x10,more,and more\n"))));
     const auto all = contacts();
     ASSERT_EQ(1u, all.size());
     const PBRecord& kim = all[0];
-    EXPECT_EQ(CString(u"가족"), kim.strCategories);
-    EXPECT_EQ(CString(u"02-2"), kim.strHomeTelephoneNumber);
-    EXPECT_EQ(CString(u"031-3"), kim.strBusinessTelephoneNumber);
-    EXPECT_EQ(CString(u"k@x.kr"), kim.strEmail1Address);
-    EXPECT_EQ(CString(u"av"), kim.strAvatar);
-    EXPECT_EQ(CString(u"ph"), kim.strPhoto);
-    EXPECT_EQ(CString(u"ding"), kim.strBell);
+    EXPECT_EQ(CString(TEXT("가족")), kim.strCategories);
+    EXPECT_EQ(CString(TEXT("02-2")), kim.strHomeTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("031-3")), kim.strBusinessTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("k@x.kr")), kim.strEmail1Address);
+    EXPECT_EQ(CString(TEXT("av")), kim.strAvatar);
+    EXPECT_EQ(CString(TEXT("ph")), kim.strPhoto);
+    EXPECT_EQ(CString(TEXT("ding")), kim.strBell);
     EXPECT_EQ(32'937.0, kim.dtBirthday);
     EXPECT_EQ(0x1Cu, kim.dwCallingScreen);
-    EXPECT_EQ(CString(u"012-4"), kim.strPagerNumber);
-    EXPECT_EQ(CString(u"02-5"), kim.strBusinessFaxNumber);
-    EXPECT_EQ(CString(u""), kim.strBody) << "the notes are never written";
+    EXPECT_EQ(CString(TEXT("012-4")), kim.strPagerNumber);
+    EXPECT_EQ(CString(TEXT("02-5")), kim.strBusinessFaxNumber);
+    EXPECT_EQ(CString(TEXT("")), kim.strBody) << "the notes are never written";
     EXPECT_EQ(513u, kim.dwPrivate);
     EXPECT_EQ(0x10u, kim.dwPrimaryTelephoneNumber);
 }
 
 TEST_F(Import, TheHeaderAloneMakesNothing) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"name,group\n")));
-    EXPECT_EQ(S_OK, import(file("b.csv", u"name,group")));
-    EXPECT_EQ(S_OK, import(file("c.csv", u"")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("name,group\n"))));
+    EXPECT_EQ(S_OK, import(file("b.csv", TEXT("name,group"))));
+    EXPECT_EQ(S_OK, import(file("c.csv", TEXT(""))));
     EXPECT_EQ(0u, book->getNumRecords());
 }
 
 TEST_F(Import, TheLastLineNeedsNoEnd) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim\nLee")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\nKim\nLee"))));
     EXPECT_EQ(2u, book->getNumRecords());
 }
 
 TEST_F(Import, AnEmptyLineMakesAnEmptyContact) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\n\nKim\n")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\n\nKim\n"))));
     EXPECT_EQ(2u, book->getNumRecords());
 }
 
 TEST_F(Import, ACarriageReturnStaysInTheLastValue) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\r\nKim,Friends\r\nLee,,,,,,,,,,,28\r\n")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\r\nKim,Friends\r\nLee,,,,,,,,,,,28\r\n"))));
     const auto all = contacts();
     ASSERT_EQ(2u, all.size());
-    EXPECT_EQ(CString(u"Friends\r"), all[0].strGroup);
+    EXPECT_EQ(CString(TEXT("Friends\r")), all[0].strGroup);
     EXPECT_EQ(28u, all[1].dwCallingScreen) << "a number does not mind it";
 }
 
 TEST_F(Import, ADateThatIsNoneIsNoBirthday) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim,,,,,,,,,,some day\n")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\nKim,,,,,,,,,,some day\n"))));
     const auto all = contacts();
     ASSERT_EQ(1u, all.size());
     EXPECT_EQ(0u, all[0].dwCITypeMask & 0x200);
 }
 
 TEST_F(Import, AnEmptyValueIsNoField) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim,,,,,,,,,,,,,,,,\n")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\nKim,,,,,,,,,,,,,,,,\n"))));
     const auto all = contacts();
     ASSERT_EQ(1u, all.size());
     EXPECT_EQ(PhoneBookDBMgr::getCITypeMaskFromPBDBAttrID(PBDBATTR_NAME), all[0].dwCITypeMask);
@@ -126,7 +125,7 @@ TEST_F(Import, AnEmptyValueIsNoField) {
 }
 
 TEST_F(Import, ANumberBeyondASignedOneIsHeldAtTheLargest) {
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim,,,,,,,,,,,4294967295\nLee,,,,,,,,,,,-1\n")));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\nKim,,,,,,,,,,,4294967295\nLee,,,,,,,,,,,-1\n"))));
     const auto all = contacts();
     ASSERT_EQ(2u, all.size());
     EXPECT_EQ(0x7FFFFFFFu, all[0].dwCallingScreen);
@@ -134,12 +133,12 @@ TEST_F(Import, ANumberBeyondASignedOneIsHeldAtTheLargest) {
 }
 
 TEST_F(Import, TheTextEndsAtItsFirstZero) {
-    EXPECT_EQ(S_OK, import(file("a.csv", std::u16string_view(u"header\nKim\nLe\0e\nPark\n", 20))));
+    EXPECT_EQ(S_OK, import(file("a.csv", WStringView(TEXT("header\nKim\nLe\0e\nPark\n"), 20))));
     EXPECT_EQ(2u, book->getNumRecords());
 }
 
 TEST_F(Import, TheOddByteAtTheEndIsNoPartOfTheText) {
-    file("a.csv", u"header\nKim\n");
+    file("a.csv", TEXT("header\nKim\n"));
     std::ofstream(folder / "a.csv", std::ios::binary | std::ios::app).put('x');
     EXPECT_EQ(S_OK, import(path("a.csv")));
     EXPECT_EQ(1u, book->getNumRecords());
@@ -154,44 +153,45 @@ TEST_F(Import, AFileThatCannotBeOpenedFails) {
 }
 
 TEST_F(Import, RowsGoIntoTheTableThatTheFileIsNamedFor) {
-    EXPECT_EQ(S_OK,
-              import(file("QZ_SpeedDialNo.csv", u"id,type,number,flags\n7,0x4,0101234,7\n010,8,02,7,more\n9,4\n"), 1));
+    EXPECT_EQ(
+        S_OK,
+        import(file("QZ_SpeedDialNo.csv", TEXT("id,type,number,flags\n7,0x4,0101234,7\n010,8,02,7,more\n9,4\n")), 1));
     EXPECT_EQ(2u, book->getTable(PBDBTBL_SPEEDDIALNO)->getNumRecords()) << "a line with too few values is passed over";
     CString number;
     EXPECT_EQ(S_OK, book->queryCID(7, &number));
-    EXPECT_EQ(CString(u"0101234"), number);
+    EXPECT_EQ(CString(TEXT("0101234")), number);
     EXPECT_EQ(S_OK, book->queryCID(8, &number)) << "a leading zero means octal";
     EXPECT_EQ(0u, book->getNumRecords());
 }
 
 TEST_F(Import, RowsOfContactsAreWrittenByPosition) {
     EXPECT_EQ(S_OK, import(file("QZ_POlContacts.csv",
-                                u"h\nKim,A;B,010-1,02-2,031-3,k@x.kr,note,1990-03-05,012-4,02-5\nLee,too few\n"),
+                                TEXT("h\nKim,A;B,010-1,02-2,031-3,k@x.kr,note,1990-03-05,012-4,02-5\nLee,too few\n")),
                            1));
     const auto all = contacts();
     ASSERT_EQ(1u, all.size());
-    EXPECT_EQ(CString(u"A,B"), all[0].strCategories);
-    EXPECT_EQ(CString(u"010-1"), all[0].strMobileTelephoneNumber);
-    EXPECT_EQ(CString(u"02-5"), all[0].strBusinessFaxNumber);
+    EXPECT_EQ(CString(TEXT("A,B")), all[0].strCategories);
+    EXPECT_EQ(CString(TEXT("010-1")), all[0].strMobileTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("02-5")), all[0].strBusinessFaxNumber);
     EXPECT_EQ(0u, all[0].dwCITypeMask & 0x300) << "neither notes nor, as a number that is no text, a birthday";
     EXPECT_EQ(0u, book->getTable(PBDBTBL_PHONEBOOKEXT)->getNumRecords());
 }
 
 TEST_F(Import, RowsTakeTheirValuesByType) {
-    EXPECT_EQ(S_OK, import(file("QZ_AvailablePBGroup.csv", u"h\n4000000000,Family,1,cat,bell,sms,12\n"), 1));
+    EXPECT_EQ(S_OK, import(file("QZ_AvailablePBGroup.csv", TEXT("h\n4000000000,Family,1,cat,bell,sms,12\n")), 1));
     const std::unique_ptr<Database::Iterator> rows(
         book->getIterator(UINT{PBDBTBL_AVAILABLEPBGROUP}, 0, nullptr, nullptr));
     CCeDBRecord row;
     ASSERT_EQ(S_OK, rows->getRecordAt(0, &row));
     EXPECT_EQ(4'000'000'000u, row.findProp(768)->getUI4());
-    EXPECT_EQ(CString(u"Family"), row.findProp(769)->getText());
+    EXPECT_EQ(CString(TEXT("Family")), row.findProp(769)->getText());
     EXPECT_TRUE(row.findProp(770)->getBool());
     EXPECT_EQ(0u, row.findProp(774)->getUI2()) << "an unsigned 16-bit column receives no value";
 }
 
 TEST_F(Import, NumbersThatNoColumnHoldsAreCut) {
-    EXPECT_EQ(S_OK, import(file("QZ_SpeedDialNo.csv", u"h\n2147483648,4,1,7\n"), 1));
-    EXPECT_EQ(S_OK, import(file("QZ_AvailablePBGroup.csv", u"h\n1,Family,-1,cat,bell,sms,12\n"), 1));
+    EXPECT_EQ(S_OK, import(file("QZ_SpeedDialNo.csv", TEXT("h\n2147483648,4,1,7\n")), 1));
+    EXPECT_EQ(S_OK, import(file("QZ_AvailablePBGroup.csv", TEXT("h\n1,Family,-1,cat,bell,sms,12\n")), 1));
     const auto firstRowOf = [this](UINT table) {
         const std::unique_ptr<Database::Iterator> rows(book->getIterator(table, 0, nullptr, nullptr));
         CCeDBRecord row;
@@ -203,18 +203,18 @@ TEST_F(Import, NumbersThatNoColumnHoldsAreCut) {
 }
 
 TEST_F(Import, OnlyAForwardSlashSeparatesTheFileName) {
-    const CString text = file("QZ_SpeedDialNo.csv", u"h\n7,4,1,7\n");
-    CString backslashes = u"\\My Documents\\QZ_SpeedDialNo.csv";
+    const CString text = file("QZ_SpeedDialNo.csv", TEXT("h\n7,4,1,7\n"));
+    CString backslashes = TEXT("\\My Documents\\QZ_SpeedDialNo.csv");
     EXPECT_EQ(E_FAIL, book->buildDBFromFile(backslashes, 1));
-    EXPECT_EQ(E_FAIL, import(file("qz_speeddialno.csv", u"h\n7,4,1,7\n"), 1)) << "case counts";
-    EXPECT_EQ(E_FAIL, import(file("QZ_PhoneBook.csv", u"h\n"), 1));
+    EXPECT_EQ(E_FAIL, import(file("qz_speeddialno.csv", TEXT("h\n7,4,1,7\n")), 1)) << "case counts";
+    EXPECT_EQ(E_FAIL, import(file("QZ_PhoneBook.csv", TEXT("h\n")), 1));
     EXPECT_EQ(S_OK, import(text, 1));
 }
 
 TEST_F(Import, EveryModeButZeroWantsATablesName) {
-    EXPECT_EQ(E_FAIL, import(file("people.csv", u"h\nKim\n"), 2));
+    EXPECT_EQ(E_FAIL, import(file("people.csv", TEXT("h\nKim\n")), 2));
     EXPECT_EQ(0u, book->getNumRecords());
-    EXPECT_EQ(S_OK, import(file("QZ_CallHistory.csv", u"h\nKim\n"), 2));
+    EXPECT_EQ(S_OK, import(file("QZ_CallHistory.csv", TEXT("h\nKim\n")), 2));
     EXPECT_EQ(1u, book->getNumRecords()) << "entries all the same";
 }
 
@@ -235,8 +235,8 @@ public:
 
 TEST_F(Import, AListenerLearnsWhatBecameOfEachLine) {
     Recorder recorder;
-    const std::u16string huge(40'000, u'x');
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim\n" + huge + u"\nLee\n"), 0, &recorder));
+    const WString huge(40'000, u'x');
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\nKim\n") + huge + TEXT("\nLee\n")), 0, &recorder));
     EXPECT_EQ((std::vector<int>{2, 3, 4}), recorder.lines);
     EXPECT_EQ((std::vector<int>{3}), recorder.failed);
     ASSERT_FALSE(recorder.committed.empty());
@@ -246,14 +246,14 @@ TEST_F(Import, AListenerLearnsWhatBecameOfEachLine) {
 
 TEST_F(Import, ALineWithTooFewValuesForItsTableIsInvalid) {
     Recorder recorder;
-    EXPECT_EQ(S_OK, import(file("QZ_SpeedDialNo.csv", u"h\n9,4,1\n7,4,1,7\n"), 1, &recorder));
+    EXPECT_EQ(S_OK, import(file("QZ_SpeedDialNo.csv", TEXT("h\n9,4,1\n7,4,1,7\n")), 1, &recorder));
     EXPECT_EQ((std::vector<HRESULT>{E_INVALIDARG, S_OK}), recorder.results);
 }
 
 TEST_F(Import, CommitsAtLeastEveryThousandLines) {
-    std::u16string text = u"header\n";
+    WString text = TEXT("header\n");
     for (int i = 0; i < 2'500; ++i)
-        text += u"Kim\n";
+        text += TEXT("Kim\n");
     Recorder recorder;
     EXPECT_EQ(S_OK, import(file("a.csv", text), 0, &recorder));
     ASSERT_GE(recorder.committed.size(), 3u);
@@ -273,7 +273,7 @@ public:
 
 TEST_F(Import, CommitsALineThatTookAQuarterOfASecondBeforeTheNext) {
     SlowRecorder recorder;
-    EXPECT_EQ(S_OK, import(file("a.csv", u"header\nKim\nLee\nPark\n"), 0, &recorder));
+    EXPECT_EQ(S_OK, import(file("a.csv", TEXT("header\nKim\nLee\nPark\n")), 0, &recorder));
     ASSERT_GE(recorder.committed.size(), 2u);
     EXPECT_EQ(2, recorder.committed.front());
     EXPECT_EQ(4, recorder.committed.back());
@@ -289,7 +289,7 @@ public:
 
 TEST_F(Import, EndsWithAFailureWhenItsListenerThrows) {
     ThrowingRecorder recorder;
-    EXPECT_EQ(E_FAIL, import(file("a.csv", u"header\nKim\nLee\n"), 0, &recorder));
+    EXPECT_EQ(E_FAIL, import(file("a.csv", TEXT("header\nKim\nLee\n")), 0, &recorder));
     EXPECT_EQ((std::vector<int>{2}), recorder.lines);
     EXPECT_TRUE(recorder.committed.empty());
 }
@@ -305,7 +305,7 @@ public:
 
 TEST_F(Import, FailsAndTellsOfNoCommitWhenItsLinesCouldNotBeMadeDurable) {
     FailingRecorder recorder;
-    EXPECT_EQ(E_FAIL, import(file("a.csv", u"header\nKim\nLee\nPark\n"), 0, &recorder));
+    EXPECT_EQ(E_FAIL, import(file("a.csv", TEXT("header\nKim\nLee\nPark\n")), 0, &recorder));
     EXPECT_EQ((std::vector<int>{2, 3, 4}), recorder.lines);
     EXPECT_TRUE(recorder.failed.empty()) << "each line was written";
     const int committed = recorder.committed.empty() ? 1 : recorder.committed.back();

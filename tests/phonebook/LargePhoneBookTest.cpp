@@ -20,23 +20,23 @@ using testing_support::TemporaryStore;
 
 constexpr int fullTable = 65'535;
 
-std::u16string digitsOf(int number) {
+WString digitsOf(int number) {
     const std::string digits = std::to_string(10'000'000 + number);
     return {digits.begin(), digits.end()};
 }
 
-std::u16string nameOf(int person) {
-    return u"김" + digitsOf(person);
+WString nameOf(int person) {
+    return TEXT("김") + digitsOf(person);
 }
 
-std::u16string numberOf(int person) {
-    return u"010-" + digitsOf(person);
+WString numberOf(int person) {
+    return TEXT("010-") + digitsOf(person);
 }
 
 CString importFile(const TemporaryStore& store, int people) {
-    std::u16string text = u"header\n";
+    WString text = TEXT("header\n");
     for (int person = 0; person < people; ++person)
-        text += nameOf(person) + u",친구,," + numberOf(person) + u'\n';
+        text += nameOf(person) + TEXT(",친구,,") + numberOf(person) + u'\n';
     const std::filesystem::path path = store.folder() / "people.csv";
     std::ofstream out(path, std::ios::binary);
     out.write(reinterpret_cast<const char*>(text.data()), static_cast<std::streamsize>(text.size() * sizeof(WCHAR)));
@@ -50,7 +50,7 @@ void expectIdentified(OpenPhoneBook& book, int person) {
     EXPECT_EQ(S_FALSE, book->queryCallerInfo(PhoneBookDBMgr::makeCNIP(numberOf(person).c_str()), &record, &oid));
     EXPECT_NE(0u, oid);
     EXPECT_EQ(CString(nameOf(person)), record.strName);
-    EXPECT_EQ(CString(u"친구"), record.strGroup);
+    EXPECT_EQ(CString(TEXT("친구")), record.strGroup);
 }
 
 int countOf(Database::Iterator* iterator) {
@@ -71,16 +71,16 @@ TEST(LargePhoneBook, HoldsAFullTableOfPeopleAndMore) {
     EXPECT_EQ(DWORD{fullTable}, book->getNumRecords());
     EXPECT_EQ(DWORD{fullTable}, extension->getNumRecords());
     EXPECT_EQ(fullTable, countOf(book->getIterator(UINT{PBDBATTR_NAME}, nullptr, nullptr)));
-    EXPECT_EQ(fullTable, countOf(book->searchPBRecord(PBDBATTR_NAME, CString(u"ㄱ"))));
+    EXPECT_EQ(fullTable, countOf(book->searchPBRecord(PBDBATTR_NAME, CString(TEXT("ㄱ")))));
     for (const int person : {0, 32'768, fullTable - 1})
         expectIdentified(book, person);
 
-    book.add(contact().name(nameOf(fullTable)).group(u"친구").mobile(numberOf(fullTable)));
-    book.add(contact().name(nameOf(fullTable + 1)).group(u"친구").mobile(numberOf(fullTable + 1)));
+    book.add(contact().name(nameOf(fullTable)).group(TEXT("친구")).mobile(numberOf(fullTable)));
+    book.add(contact().name(nameOf(fullTable + 1)).group(TEXT("친구")).mobile(numberOf(fullTable + 1)));
 
     EXPECT_EQ(1u, extension->getNumRecords()) << "a table's count has 16 bits";
     EXPECT_EQ(DWORD{fullTable + 2}, book->getNumRecords()) << "the contacts' has not";
-    EXPECT_EQ(fullTable + 2, countOf(book->searchPBRecord(PBDBATTR_NAME, CString(u"ㄱ"))));
+    EXPECT_EQ(fullTable + 2, countOf(book->searchPBRecord(PBDBATTR_NAME, CString(TEXT("ㄱ")))));
     expectIdentified(book, 0);
     expectIdentified(book, fullTable);
     expectIdentified(book, fullTable + 1);

@@ -33,7 +33,7 @@ TEST(PhoneBookDBMgr, OpensNothingWhenItIsMade) {
     for (UINT id = 0; id < 6; ++id)
         EXPECT_EQ(nullptr, manager.getTable(id));
     EXPECT_EQ(5, manager.getNumTables());
-    EXPECT_EQ(CString(u"PhoneBookDB"), CString(PhoneBookDBMgr::getDBName()));
+    EXPECT_EQ(CString(TEXT("PhoneBookDB")), CString(PhoneBookDBMgr::getDBName()));
     EXPECT_EQ(0u, manager.getNumRecords());
     EXPECT_EQ(0u, manager.GetSafeHwnd());
     EXPECT_EQ(nullptr, manager.getIterator(UINT{0}, 0, nullptr, nullptr));
@@ -76,7 +76,7 @@ TEST(PhoneBookDBMgr, SettingUpTwiceKeepsWhatIsThere) {
     const MemoryStoreMount store;
     {
         OpenPhoneBook book;
-        book.add(contact().name(u"Kim").group(u"Friends"));
+        book.add(contact().name(TEXT("Kim")).group(TEXT("Friends")));
     }
     OpenPhoneBook again;
     EXPECT_EQ(1u, again->getNumRecords());
@@ -114,7 +114,7 @@ TEST(PhoneBookDBMgr, TheContactsAreNeitherMadeNorDropped) {
     EXPECT_EQ(TRUE, manager.dropTable(0));
     ASSERT_EQ(S_OK, manager.initDB(false));
     ASSERT_EQ(S_OK, manager.openDB(nullptr));
-    PBRecord record = contact().name(u"Kim").record();
+    PBRecord record = contact().name(TEXT("Kim")).record();
     ASSERT_EQ(S_OK, manager.insertPBRecord(record, nullptr));
 
     EXPECT_EQ(S_OK, manager.destroyDB());
@@ -160,13 +160,13 @@ TEST(PhoneBookDBMgr, DestroyingTheWindowClosesTheDatabases) {
 TEST(PhoneBookDBMgr, IteratorsAreAskedOfTheTableOfAnAttribute) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    book.add(contact().name(u"Ann").mobile(u"02"));
-    book.add(contact().name(u"Bob").mobile(u"01"));
-    CCeDBProp from = CCeDBProp::ofText(4, u"015");
+    book.add(contact().name(TEXT("Ann")).mobile(TEXT("02")));
+    book.add(contact().name(TEXT("Bob")).mobile(TEXT("01")));
+    CCeDBProp from = CCeDBProp::ofText(4, TEXT("015"));
     const std::unique_ptr<Database::Iterator> found(book->getIterator(UINT{PBDBATTR_MOBILETEL}, &from, nullptr));
     ASSERT_NE(nullptr, found);
     EXPECT_EQ(1, found->getNumItems());
-    EXPECT_EQ(CString(u"Ann"), found->getStringAt(0, 0));
+    EXPECT_EQ(CString(TEXT("Ann")), found->getStringAt(0, 0));
     EXPECT_EQ(nullptr, book->getIterator(UINT{PBDBATTR_NONE}, nullptr, nullptr));
 }
 
@@ -183,12 +183,12 @@ TEST(PhoneBookDBMgr, LooksAttributesUp) {
     EXPECT_FALSE(PhoneBookDBMgr::isTelNoAttr(PBDBATTR_EMAIL));
     EXPECT_TRUE(PhoneBookDBMgr::isSDialNoAttr(PBDBATTR_HOMETEL));
     EXPECT_FALSE(PhoneBookDBMgr::isSDialNoAttr(PBDBATTR_PAGER));
-    EXPECT_EQ(CString(u"Birtyday"), book->getDBAttrName(PBDBATTR_BIRTHDAY));
-    EXPECT_EQ(CString(u"Group"), book->getDBAttrName(PBDBATTR_GROUP));
+    EXPECT_EQ(CString(TEXT("Birtyday")), book->getDBAttrName(PBDBATTR_BIRTHDAY));
+    EXPECT_EQ(CString(TEXT("Group")), book->getDBAttrName(PBDBATTR_GROUP));
     EXPECT_EQ(10, PhoneBookDBMgr::aRecDef_[0].getNumAttrs());
     EXPECT_EQ(10, PhoneBookDBMgr::recdefPOlCRaw_.getNumAttrs());
     EXPECT_EQ(0u, PhoneBookDBMgr::nullSDialInfo.dwSDialID);
-    EXPECT_EQ(CString(u"가족"), CString(PhoneBookDBMgr::aszDefPBGroupName_[0]));
+    EXPECT_EQ(CString(TEXT("가족")), CString(PhoneBookDBMgr::aszDefPBGroupName_[0]));
 }
 
 }  // namespace

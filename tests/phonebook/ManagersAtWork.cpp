@@ -29,9 +29,9 @@ namespace {
 
 /// A contact as a worker has left it.
 struct LeftContact {
-    std::u16string name;
-    std::u16string mobile;
-    std::u16string group;  ///< Empty: it has no extension row.
+    WString name;
+    WString mobile;
+    WString group;  ///< Empty: it has no extension row.
 
     friend bool operator==(const LeftContact&, const LeftContact&) = default;
     friend std::ostream& operator<<(std::ostream& out, const LeftContact& contact) {
@@ -51,11 +51,11 @@ struct WorkReport {
 constexpr unsigned workers = 2;
 constexpr std::size_t most = 100;  // contacts of one worker: it deletes more, once it has so many
 
-std::u16string textOf(const std::string& bytes) {
-    return std::u16string(textOfUtf8(bytes).value().view());
+WString textOf(const std::string& bytes) {
+    return WString(textOfUtf8(bytes).value().view());
 }
 
-std::u16string digits(unsigned number) {
+WString digits(unsigned number) {
     return textOf(std::to_string(number));
 }
 
@@ -81,7 +81,7 @@ private:
     }
 
     bool insert() {
-        const LeftContact made = anyContact(u"made");
+        const LeftContact made = anyContact(TEXT("made"));
         PBRecord record = recordOf(made);
         DWORD oid = 0;
         if (book_->insertPBRecord(record, &oid) != S_OK || oid == 0) return false;
@@ -91,7 +91,7 @@ private:
     }
     bool update() {
         const auto picked = anyLeft();
-        LeftContact changed = anyContact(u"changed");
+        LeftContact changed = anyContact(TEXT("changed"));
         PBRecord record = recordOf(changed);
         if (book_->updatePBRecord(picked->first, record) != S_OK) return false;
         if (changed.group.empty()) changed.group = picked->second.group;  // its extension row is not touched
@@ -108,10 +108,10 @@ private:
     }
 
     /// Every other one has a group, and with it an extension row.
-    LeftContact anyContact(const std::u16string& what) {
-        const std::u16string made = digits(++made_);
-        return {what + u' ' + made + u" by " + digits(number_), u"010-" + digits(number_) + u'-' + made,
-                random_() % 2 == 0 ? u"Group " + digits(number_) : u""};
+    LeftContact anyContact(const WString& what) {
+        const WString made = digits(++made_);
+        return {what + u' ' + made + TEXT(" by ") + digits(number_), TEXT("010-") + digits(number_) + u'-' + made,
+                random_() % 2 == 0 ? TEXT("Group ") + digits(number_) : TEXT("")};
     }
     static PBRecord recordOf(const LeftContact& contents) {
         contact built;
@@ -130,8 +130,8 @@ private:
     WorkReport report_;
 };
 
-std::u16string textAt(Iterator& rows, int pbAttrId) {
-    return std::u16string(rows.getString(getAttrIDInTable(pbAttrId)).view());
+WString textAt(Iterator& rows, int pbAttrId) {
+    return WString(rows.getString(getAttrIDInTable(pbAttrId)).view());
 }
 
 /// Every contact that the store holds, with the group of its extension row, and each row with its contact.
@@ -139,7 +139,7 @@ std::map<DWORD, LeftContact> heldBy(OpenPhoneBook& book) {
     std::map<DWORD, LeftContact> held;
     const std::unique_ptr<Iterator> contacts(book->getIterator(PBDBTBL_POLCONTACTS, 0, nullptr, nullptr));
     while (contacts && contacts->next() == S_OK)
-        held[contacts->getCur()] = {textAt(*contacts, PBDBATTR_NAME), textAt(*contacts, PBDBATTR_MOBILETEL), u""};
+        held[contacts->getCur()] = {textAt(*contacts, PBDBATTR_NAME), textAt(*contacts, PBDBATTR_MOBILETEL), TEXT("")};
     const std::unique_ptr<Iterator> extensions(book->getIterator(PBDBTBL_PHONEBOOKEXT, 0, nullptr, nullptr));
     while (extensions && extensions->next() == S_OK) {
         const DWORD contactOid = extensions->getProp(0).getUI4();
@@ -202,8 +202,8 @@ WorkReport readReport(const std::filesystem::path& path) {
     };
     while (in.peek() != std::ifstream::traits_type::eof()) {
         const auto oid = static_cast<unsigned>(std::stoul(field('|')));
-        const std::u16string name = textOf(field('|'));
-        const std::u16string mobile = textOf(field('|'));
+        const WString name = textOf(field('|'));
+        const WString mobile = textOf(field('|'));
         report.left[oid] = {name, mobile, textOf(field('\n'))};
     }
     return report;

@@ -62,10 +62,10 @@ protected:
 };
 
 TEST_F(Dispatching, LeadsAChangeOfContactsToItsStep) {
-    const CEOID oid = other.addFiled(u"Kim", u"Family");
+    const CEOID oid = other.addFiled(TEXT("Kim"), TEXT("Family"));
     EXPECT_EQ(0, dispatch(contacts, following::created, oid));
-    EXPECT_EQ(CString(u"Family"), extensionRowOf(oid)->group);
-    other.file(oid, u"Work");
+    EXPECT_EQ(CString(TEXT("Family")), extensionRowOf(oid)->group);
+    other.file(oid, TEXT("Work"));
     EXPECT_EQ(0, dispatch(contacts, following::changed, oid));
     EXPECT_EQ(CString(), extensionRowOf(oid)->group);
     other.remove(oid);
@@ -75,9 +75,9 @@ TEST_F(Dispatching, LeadsAChangeOfContactsToItsStep) {
 }
 
 TEST_F(Dispatching, LeadsAChangeOfCategoriesToItsStep) {
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     EXPECT_EQ(0, dispatch(categories, following::created, category));
-    EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+    EXPECT_THAT(groups(), ElementsAre(Group(3, TEXT("Family"))));
     EXPECT_EQ(once, receiver.heard());
     ASSERT_TRUE(deleteCategory(category));
     EXPECT_EQ(0, dispatch(categories, following::deleted, category));
@@ -86,10 +86,10 @@ TEST_F(Dispatching, LeadsAChangeOfCategoriesToItsStep) {
 }
 
 TEST_F(Dispatching, DoesNotFollowARenamedCategory) {
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID category = addCategory(TEXT("Family"), 3);
     dispatch(categories, following::created, category);
     receiver.heard();
-    ASSERT_TRUE(writeCategory(category, u"Relatives", 3));
+    ASSERT_TRUE(writeCategory(category, TEXT("Relatives"), 3));
     const auto before = lastChangeOf(PBDBTBL_AVAILABLEPBGROUP);
     EXPECT_EQ(0, dispatch(categories, following::changed, category));
     EXPECT_EQ(before, lastChangeOf(PBDBTBL_AVAILABLEPBGROUP));
@@ -97,8 +97,8 @@ TEST_F(Dispatching, DoesNotFollowARenamedCategory) {
 }
 
 TEST_F(Dispatching, PassesOverWhatIsNeitherContactNorCategoryNorKnown) {
-    const CEOID oid = other.addFiled(u"Kim", u"Family");
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID oid = other.addFiled(TEXT("Kim"), TEXT("Family"));
+    const CEOID category = addCategory(TEXT("Family"), 3);
     for (const DWORD database : {1u, 2u, 3u, 4u, 6u, 0xFFFFFFFFu}) {
         for (const UINT event : {following::created, following::changed, following::deleted}) {
             EXPECT_EQ(0, dispatch(database, event, oid));
@@ -136,7 +136,7 @@ void addContactsElsewhere(int count) {
     std::thread([&] {
         const OtherProgram other;
         for (int i = 0; i < count; ++i)
-            other.addFiled(u"Kim", u"Family");
+            other.addFiled(TEXT("Kim"), TEXT("Family"));
     }).join();
 }
 

@@ -72,20 +72,22 @@ INSTANTIATE_TEST_SUITE_P(EitherStore, Watching, testing::ValuesIn(mountKinds),
 
 TEST_P(Watching, GivesANewContactItsRow) {
     CEOID oid = 0;
-    elsewhere(1, [&] { oid = OtherProgram().addFiled(u"Kim", u"Family, Work", u"010-1234"); });
+    elsewhere(1, [&] { oid = OtherProgram().addFiled(TEXT("Kim"), TEXT("Family, Work"), TEXT("010-1234")); });
     EXPECT_THAT(extensionRows(),
-                ElementsAre(ExtensionRow{.contact = oid, .name = u"Kim", .telNo = u"0101234", .group = u"Family"}));
+                ElementsAre(ExtensionRow{
+                    .contact = oid, .name = TEXT("Kim"), .telNo = TEXT("0101234"), .group = TEXT("Family")}));
 }
 
 TEST_P(Watching, LeavesTheRowThatAnotherManagerMakes) {
     DWORD oid = 0;
     elsewhere(2, [&] {
         OpenPhoneBook book;
-        oid = book.add(contact().name(u"Kim").group(u"Family").bell(u"ding"));
-        OtherProgram().addFiled(u"Lee", u"");
+        oid = book.add(contact().name(TEXT("Kim")).group(TEXT("Family")).bell(TEXT("ding")));
+        OtherProgram().addFiled(TEXT("Lee"), TEXT(""));
     });
-    EXPECT_THAT(extensionRows(),
-                ElementsAre(ExtensionRow{.contact = oid, .name = u"Kim", .group = u"Family", .bell = u"ding"}));
+    EXPECT_THAT(
+        extensionRows(),
+        ElementsAre(ExtensionRow{.contact = oid, .name = TEXT("Kim"), .group = TEXT("Family"), .bell = TEXT("ding")}));
 }
 
 TEST_P(Watching, ClearsALostGroup) {
@@ -93,22 +95,22 @@ TEST_P(Watching, ClearsALostGroup) {
     CEOID keeps = 0;
     elsewhere(2, [&] {
         const OtherProgram other;
-        loses = other.addFiled(u"Kim", u"Family");
-        keeps = other.addFiled(u"Lee", u"Family");
+        loses = other.addFiled(TEXT("Kim"), TEXT("Family"));
+        keeps = other.addFiled(TEXT("Lee"), TEXT("Family"));
     });
     elsewhere(2, [&] {
         const OtherProgram other;
-        other.file(loses, u"Work");
-        other.file(keeps, u"Work, Family");
+        other.file(loses, TEXT("Work"));
+        other.file(keeps, TEXT("Work, Family"));
     });
     EXPECT_EQ(CString(), extensionRowOf(loses)->group);
-    EXPECT_EQ(CString(u"Family"), extensionRowOf(keeps)->group);
+    EXPECT_EQ(CString(TEXT("Family")), extensionRowOf(keeps)->group);
 }
 
 TEST_P(Watching, FreesRowAndSlotsOfAContactThatIsDeleted) {
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"Family"));
-    SpeedDialInfo entry = speed_dial::dial(5).of(oid).mobile(u"010-1");
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).group(TEXT("Family")));
+    SpeedDialInfo entry = speed_dial::dial(5).of(oid).mobile(TEXT("010-1"));
     ASSERT_EQ(S_OK, manager.insertSpeedDialInfo(5, &entry));
     elsewhere(1, [&] { OtherProgram().remove(oid); });
     EXPECT_THAT(extensionRows(), IsEmpty());
@@ -118,12 +120,12 @@ TEST_P(Watching, FreesRowAndSlotsOfAContactThatIsDeleted) {
 
 TEST_P(Watching, KeepsTheGroupsInStepWithTheCategories) {
     CEOID category = 0;
-    elsewhere(1, [&] { category = addCategory(u"Family", 3); });
-    EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+    elsewhere(1, [&] { category = addCategory(TEXT("Family"), 3); });
+    EXPECT_THAT(groups(), ElementsAre(Group(3, TEXT("Family"))));
     EXPECT_EQ(once, receiver.heard());
 
-    elsewhere(1, [&] { writeCategory(category, u"Relatives", 3); });
-    EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+    elsewhere(1, [&] { writeCategory(category, TEXT("Relatives"), 3); });
+    EXPECT_THAT(groups(), ElementsAre(Group(3, TEXT("Family"))));
     EXPECT_EQ(nothing, receiver.heard());
 
     elsewhere(1, [&] { deleteCategory(category); });
@@ -133,8 +135,8 @@ TEST_P(Watching, KeepsTheGroupsInStepWithTheCategories) {
 
 TEST_P(Watching, DoesNotFollowWhatItsOwnThreadWrites) {
     const OtherProgram own;
-    const CEOID oid = own.addFiled(u"Kim", u"Family");
-    const CEOID category = addCategory(u"Family", 3);
+    const CEOID oid = own.addFiled(TEXT("Kim"), TEXT("Family"));
+    const CEOID category = addCategory(TEXT("Family"), 3);
     pumpAll();
     EXPECT_THAT(extensionRows(), IsEmpty());
     EXPECT_THAT(groups(), IsEmpty());
@@ -150,25 +152,25 @@ TEST_P(Watching, IsNotMisledByTheNotificationsOfItsOwnTables) {
     DWORD oid = 0;
     std::thread([&] {
         OpenPhoneBook book;
-        oid = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"Family"));
-        SpeedDialInfo entry = speed_dial::dial(5).of(oid).mobile(u"010-1");
+        oid = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).group(TEXT("Family")));
+        SpeedDialInfo entry = speed_dial::dial(5).of(oid).mobile(TEXT("010-1"));
         EXPECT_EQ(S_OK, book->insertSpeedDialInfo(5, &entry));
         PBGroupInfo group;
-        group.strName = u"Family";
+        group.strName = TEXT("Family");
         EXPECT_EQ(S_OK, book->insertAvailablePBGroup(&group, true));
     }).join();
     pumpAll();
-    EXPECT_THAT(
-        extensionRows(),
-        ElementsAre(ExtensionRow{.contact = oid, .name = u"Kim", .telNo = u"0101", .group = u"Family", .slots = 5}));
-    EXPECT_THAT(speed_dial::rows(), ElementsAre(speed_dial::Row{5, speed_dial::mobileType, u"0101"}));
+    EXPECT_THAT(extensionRows(),
+                ElementsAre(ExtensionRow{
+                    .contact = oid, .name = TEXT("Kim"), .telNo = TEXT("0101"), .group = TEXT("Family"), .slots = 5}));
+    EXPECT_THAT(speed_dial::rows(), ElementsAre(speed_dial::Row{5, speed_dial::mobileType, TEXT("0101")}));
     std::thread([&] {
         OpenPhoneBook book;
         EXPECT_EQ(S_OK, book->deletePBRecord(oid));
     }).join();
     pumpAll();
     EXPECT_THAT(extensionRows(), IsEmpty());
-    EXPECT_THAT(groups(), ElementsAre(Group(1, u"Family")));
+    EXPECT_THAT(groups(), ElementsAre(Group(1, TEXT("Family"))));
 }
 
 TEST_P(Watching, HearsThroughAReceiverOnAnotherThread) {
@@ -190,7 +192,7 @@ TEST_P(Watching, HearsThroughAReceiverOnAnotherThread) {
     });
     ready.get_future().wait();
     manager.registerNotificationReceiver(theirs.get());
-    elsewhere(1, [] { addCategory(u"Family", 3); });
+    elsewhere(1, [] { addCategory(TEXT("Family"), 3); });
     listener.join();
     manager.registerNotificationReceiver(nullptr);
 }
@@ -205,7 +207,7 @@ Forked otherProcess(const std::string& path, const std::function<bool()>& work) 
 }
 
 /// The contact that was filed there, by its name.
-CEOID contactNamed(std::u16string_view name) {
+CEOID contactNamed(WStringView name) {
     const OtherProgram program;
     const auto all = program.items();
     for (int i = 1; i <= testing_support::countOf(all); ++i) {
@@ -221,15 +223,17 @@ TEST(WatchingAnotherProcess, FollowsAllThatItDoes) {
     Forked adding = otherProcess(path, [] {
         const OtherProgram other;
         OpenPhoneBook book;
-        return other.addFiled(u"Kim", u"Family, Work", u"010-1") != 0 && other.addFiled(u"Lee", u"Family") != 0 &&
-               book.add(contact().name(u"Park").group(u"Work").bell(u"ding")) != 0 && addCategory(u"Family", 3) != 0;
+        return other.addFiled(TEXT("Kim"), TEXT("Family, Work"), TEXT("010-1")) != 0 &&
+               other.addFiled(TEXT("Lee"), TEXT("Family")) != 0 &&
+               book.add(contact().name(TEXT("Park")).group(TEXT("Work")).bell(TEXT("ding"))) != 0 &&
+               addCategory(TEXT("Family"), 3) != 0;
     });
     Forked changing = otherProcess(path, [] {
         const OtherProgram other;
-        other.file(contactNamed(u"Kim"), u"Work");
-        other.remove(contactNamed(u"Lee"));
+        other.file(contactNamed(TEXT("Kim")), TEXT("Work"));
+        other.remove(contactNamed(TEXT("Lee")));
         const auto all = following::openBeside(PBDBTBL_CATEGORIES);
-        CCeDBProp family = CCeDBProp::ofText(0x4001, u"Family");
+        CCeDBProp family = CCeDBProp::ofText(0x4001, TEXT("Family"));
         return all->deleteRecord(family) == S_OK;
     });
     ASSERT_TRUE(ObjectStore::mount(path, testing_support::quickOptions()));
@@ -241,23 +245,25 @@ TEST(WatchingAnotherProcess, FollowsAllThatItDoes) {
 
         adding.line().say('g');
         pump(4);
-        const CEOID kim = contactNamed(u"Kim");
-        const CEOID lee = contactNamed(u"Lee");
-        const CEOID park = contactNamed(u"Park");
-        EXPECT_THAT(extensionRows(),
-                    testing::UnorderedElementsAre(
-                        ExtensionRow{.contact = kim, .name = u"Kim", .telNo = u"0101", .group = u"Family"},
-                        ExtensionRow{.contact = lee, .name = u"Lee", .group = u"Family"},
-                        ExtensionRow{.contact = park, .name = u"Park", .group = u"Work", .bell = u"ding"}));
-        EXPECT_THAT(groups(), ElementsAre(Group(3, u"Family")));
+        const CEOID kim = contactNamed(TEXT("Kim"));
+        const CEOID lee = contactNamed(TEXT("Lee"));
+        const CEOID park = contactNamed(TEXT("Park"));
+        EXPECT_THAT(
+            extensionRows(),
+            testing::UnorderedElementsAre(
+                ExtensionRow{.contact = kim, .name = TEXT("Kim"), .telNo = TEXT("0101"), .group = TEXT("Family")},
+                ExtensionRow{.contact = lee, .name = TEXT("Lee"), .group = TEXT("Family")},
+                ExtensionRow{.contact = park, .name = TEXT("Park"), .group = TEXT("Work"), .bell = TEXT("ding")}));
+        EXPECT_THAT(groups(), ElementsAre(Group(3, TEXT("Family"))));
         EXPECT_EQ(once, receiver.heard());
 
         changing.line().say('g');
         pump(3);
-        EXPECT_THAT(extensionRows(),
-                    testing::UnorderedElementsAre(
-                        ExtensionRow{.contact = kim, .name = u"Kim", .telNo = u"0101", .group = u""},
-                        ExtensionRow{.contact = park, .name = u"Park", .group = u"Work", .bell = u"ding"}));
+        EXPECT_THAT(
+            extensionRows(),
+            testing::UnorderedElementsAre(
+                ExtensionRow{.contact = kim, .name = TEXT("Kim"), .telNo = TEXT("0101"), .group = TEXT("")},
+                ExtensionRow{.contact = park, .name = TEXT("Park"), .group = TEXT("Work"), .bell = TEXT("ding")}));
         EXPECT_THAT(groups(), IsEmpty());
         EXPECT_EQ(once, receiver.heard());
     }

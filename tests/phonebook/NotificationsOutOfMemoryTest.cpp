@@ -22,8 +22,8 @@ using groups_test::addCategory;
 using groups_test::deleteCategory;
 using testing_support::FailingAllocation;
 
-constexpr const WCHAR* longName = u"Kim with a name that needs memory of its own";
-constexpr const WCHAR* longGroup = u"Friends and family, all of them";
+constexpr const WCHAR* longName = TEXT("Kim with a name that needs memory of its own");
+constexpr const WCHAR* longGroup = TEXT("Friends and family, all of them");
 
 class FollowingOutOfMemory : public testing::Test {
 protected:
@@ -63,14 +63,14 @@ protected:
 TEST_F(FollowingOutOfMemory, ANewContactGetsAWholeRowOrNone) {
     failEachAllocation(
         &PhoneBookDBMgr::onCEOIDCreatedContacts,
-        [&] { return other.addFiled(longName, longGroup, u"010-1234-5678-9012-3456"); },
+        [&] { return other.addFiled(longName, longGroup, TEXT("010-1234-5678-9012-3456")); },
         [](CEOID oid) {
             for (const ExtensionRow& row : extensionRows()) {
                 if (row.contact != oid) continue;
                 EXPECT_EQ((ExtensionRow{.contact = oid,
                                         .name = longName,
-                                        .telNo = u"0101234567890123456",
-                                        .group = u"Friends and family"}),
+                                        .telNo = TEXT("0101234567890123456"),
+                                        .group = TEXT("Friends and family")}),
                           row);
             }
         });
@@ -84,14 +84,14 @@ TEST_F(FollowingOutOfMemory, AChangedContactKeepsItsRowOrLosesItsGroup) {
             const CEOID oid = other.addFiled(longName, longGroup);
             const CENOTIFICATION created = notificationOf(oid);
             EXPECT_EQ(S_OK, manager.onCEOIDCreatedContacts(&created));
-            other.file(oid, u"Work and other things that take memory");
+            other.file(oid, TEXT("Work and other things that take memory"));
             return oid;
         },
         [](CEOID oid) {
             const auto row = following::extensionRowOf(oid);
             ASSERT_TRUE(row.has_value());
             EXPECT_EQ(CString(longName), row->name);
-            EXPECT_TRUE(row->group.IsEmpty() || row->group == CString(u"Friends and family")) << *row;
+            EXPECT_TRUE(row->group.IsEmpty() || row->group == CString(TEXT("Friends and family"))) << *row;
         });
 }
 

@@ -3,7 +3,6 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -23,15 +22,17 @@ using groups_test::addCategory;
 // A few of everything, so that they meet.
 
 CString anyName() {
-    return CString(*rc::gen::element<std::u16string>(u"", u"a", u"b", u"c").as("name"));
+    return CString(*rc::gen::element<WString>(TEXT(""), TEXT("a"), TEXT("b"), TEXT("c")).as("name"));
 }
 
-std::u16string anyCategories() {
-    return *rc::gen::element<std::u16string>(u"", u"a", u"b", u"a, b", u"c,a", u",", u"\"a,b\"").as("categories");
+WString anyCategories() {
+    return *rc::gen::element<WString>(TEXT(""), TEXT("a"), TEXT("b"), TEXT("a, b"), TEXT("c,a"), TEXT(","),
+                                      TEXT("\"a,b\""))
+                .as("categories");
 }
 
-std::u16string anyNumber() {
-    return *rc::gen::element<std::u16string>(u"", u"1", u"2", u"3").as("number");
+WString anyNumber() {
+    return *rc::gen::element<WString>(TEXT(""), TEXT("1"), TEXT("2"), TEXT("3")).as("number");
 }
 
 int anyCount(int most) {

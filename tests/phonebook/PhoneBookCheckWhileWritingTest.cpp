@@ -33,10 +33,10 @@ constexpr int otherContacts = 300;
     mountStoreIn(folder);
     testing_support::OpenPhoneBook book;
     for (int i = 0; i < otherContacts; ++i)
-        book.add(contact().name(u"Lee").group(u"회사"));
+        book.add(contact().name(TEXT("Lee")).group(TEXT("회사")));
     parent.say(true);
     while (true) {
-        const DWORD oid = book.add(contact().name(u"Kim").group(u"친구").mobile(u"010-1"));
+        const DWORD oid = book.add(contact().name(TEXT("Kim")).group(TEXT("친구")).mobile(TEXT("010-1")));
         if (book->deletePBRecord(oid) != S_OK) throw std::runtime_error("a contact was not deleted");
     }
 }

@@ -43,7 +43,7 @@ CCeDBRecord onlyExtensionRow(OpenPhoneBook& book) {
 TEST(InsertPBRecord, WritesNoExtensionRowWithoutExtensionFields) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    PBRecord record = contact().name(u"Kim").mobile(u"010-1234-5678").record();
+    PBRecord record = contact().name(TEXT("Kim")).mobile(TEXT("010-1234-5678")).record();
     DWORD oid = 0;
     EXPECT_EQ(S_OK, book->insertPBRecord(record, &oid));
     EXPECT_NE(0u, oid);
@@ -55,27 +55,32 @@ TEST(InsertPBRecord, WritesNoExtensionRowWithoutExtensionFields) {
 TEST(InsertPBRecord, AGroupAloneMakesCategoriesAndAnExtensionRow) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().group(u"Friends"));
+    const DWORD oid = book.add(contact().group(TEXT("Friends")));
     const CCeDBRecord row = onlyExtensionRow(book);
     EXPECT_EQ(oid, row.findProp(0x100)->getUI4());
-    EXPECT_EQ(CString(u""), row.findProp(0x101)->getText());
-    EXPECT_EQ(CString(u""), row.findProp(0x102)->getText()) << "no number, so none is primary";
-    EXPECT_EQ(CString(u"Friends"), row.findProp(0x103)->getText());
+    EXPECT_EQ(CString(TEXT("")), row.findProp(0x101)->getText());
+    EXPECT_EQ(CString(TEXT("")), row.findProp(0x102)->getText()) << "no number, so none is primary";
+    EXPECT_EQ(CString(TEXT("Friends")), row.findProp(0x103)->getText());
     EXPECT_EQ(7u, row.findProp(0x10A)->getUI2());
-    EXPECT_EQ(CString(u"Friends"), recordOf(book, oid).strCategories);
+    EXPECT_EQ(CString(TEXT("Friends")), recordOf(book, oid).strCategories);
 }
 
 TEST(InsertPBRecord, TheExtensionRowPointsBackAtTheContact) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(
-        contact().name(u"Kim").home(u"(02) 123-4567").business(u"031-1").bell(u"ding").primary(0x10).slots(0x0203));
+    const DWORD oid = book.add(contact()
+                                   .name(TEXT("Kim"))
+                                   .home(TEXT("(02) 123-4567"))
+                                   .business(TEXT("031-1"))
+                                   .bell(TEXT("ding"))
+                                   .primary(0x10)
+                                   .slots(0x0203));
     const CCeDBRecord row = onlyExtensionRow(book);
     EXPECT_EQ(11, row.getNumProps());
     EXPECT_EQ(oid, row.findProp(0x100)->getUI4());
-    EXPECT_EQ(CString(u"Kim"), row.findProp(0x101)->getText());
-    EXPECT_EQ(CString(u"0311"), row.findProp(0x102)->getText()) << "the primary number, reduced";
-    EXPECT_EQ(CString(u"ding"), row.findProp(0x106)->getText());
+    EXPECT_EQ(CString(TEXT("Kim")), row.findProp(0x101)->getText());
+    EXPECT_EQ(CString(TEXT("0311")), row.findProp(0x102)->getText()) << "the primary number, reduced";
+    EXPECT_EQ(CString(TEXT("ding")), row.findProp(0x106)->getText());
     EXPECT_EQ(0x0203u, row.findProp(0x108)->getUI4());
     EXPECT_EQ(0x10u, row.findProp(0x109)->getUI4());
 }
@@ -83,16 +88,16 @@ TEST(InsertPBRecord, TheExtensionRowPointsBackAtTheContact) {
 TEST(InsertPBRecord, GivenCategoriesGiveWayToTheGroup) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").categories(u"Work").group(u"Friends"));
-    EXPECT_EQ(CString(u"Friends"), recordOf(book, oid).strCategories);
-    const DWORD other = book.add(contact().name(u"Lee").categories(u"Work"));
-    EXPECT_EQ(CString(u""), recordOf(book, other).strCategories);
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).categories(TEXT("Work")).group(TEXT("Friends")));
+    EXPECT_EQ(CString(TEXT("Friends")), recordOf(book, oid).strCategories);
+    const DWORD other = book.add(contact().name(TEXT("Lee")).categories(TEXT("Work")));
+    EXPECT_EQ(CString(TEXT("")), recordOf(book, other).strCategories);
 }
 
 TEST(InsertPBRecord, NeedsTheContactsTable) {
     const MemoryStoreMount store;
     PhoneBookDBMgr manager;
-    PBRecord record = contact().name(u"Kim").record();
+    PBRecord record = contact().name(TEXT("Kim")).record();
     DWORD oid = 7;
     EXPECT_EQ(E_FAIL, manager.insertPBRecord(record, &oid));
     EXPECT_EQ(E_FAIL, manager.insertRecord());
@@ -104,7 +109,7 @@ TEST(InsertPBRecord, WithoutAnExtensionTableTheContactStaysAndItsGroupFails) {
     const MemoryStoreMount store;
     Manager manager;
     ASSERT_EQ(TRUE, manager.openTable(PBDBTBL_POLCONTACTS, nullptr));
-    PBRecord record = contact().name(u"Kim").group(u"Friends").record();
+    PBRecord record = contact().name(TEXT("Kim")).group(TEXT("Friends")).record();
     EXPECT_EQ(E_FAIL, manager.insertPBRecord(record, nullptr));
     EXPECT_EQ(1u, manager.getNumRecords());
 }
@@ -112,13 +117,13 @@ TEST(InsertPBRecord, WithoutAnExtensionTableTheContactStaysAndItsGroupFails) {
 TEST(InsertPBRecord, AContactThatFailsStillGetsItsExtensionRowUnderZero) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    PBRecord record = contact().name(std::u16string(40'000, u'x')).group(u"Friends").record();
-    record.strGroup = u"Friends";
+    PBRecord record = contact().name(WString(40'000, u'x')).group(TEXT("Friends")).record();
+    record.strGroup = TEXT("Friends");
     DWORD oid = 9;
     // The extension row carries the name as well, and is refused for the same reason.
     EXPECT_TRUE(FAILED(book->insertPBRecord(record, &oid)));
     EXPECT_EQ(0u, oid);
-    PBRecord longMail = contact().email(std::u16string(40'000, u'x')).group(u"Friends").record();
+    PBRecord longMail = contact().email(WString(40'000, u'x')).group(TEXT("Friends")).record();
     EXPECT_EQ(S_OK, book->insertPBRecord(longMail, &oid)) << "the last insert's result";
     EXPECT_EQ(0u, oid);
     EXPECT_EQ(0u, onlyExtensionRow(book).findProp(0x100)->getUI4());
@@ -128,7 +133,7 @@ TEST(InsertPBRecord, AContactThatFailsStillGetsItsExtensionRowUnderZero) {
 TEST(InsertPBRecord, AUnitThatIsLostLeavesNoIdentifier) {
     objectstore_test::CountingMount store;
     OpenPhoneBook book;
-    PBRecord record = contact().name(u"Kim").group(u"Friends").record();
+    PBRecord record = contact().name(TEXT("Kim")).group(TEXT("Friends")).record();
     DWORD oid = 9;
     store.log.loseNextUnit = true;
     EXPECT_EQ(E_FAIL, book->insertPBRecord(record, &oid));
@@ -145,20 +150,20 @@ TEST(InsertPBRecord, TheSampleRowGoesIntoTheExtensionTable) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
     EXPECT_EQ(S_OK, book->insertRecord());
-    EXPECT_EQ(CString(u"한글 테스트."), onlyExtensionRow(book).findProp(0x101)->getText());
+    EXPECT_EQ(CString(TEXT("한글 테스트.")), onlyExtensionRow(book).findProp(0x101)->getText());
 }
 
 TEST(GetTableAttrs, GivesZeroForWhatTheMaskLacks) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    PBRecord record = contact().name(u"Kim").record();
-    record.strMobileTelephoneNumber = u"not in the mask";
+    PBRecord record = contact().name(TEXT("Kim")).record();
+    record.strMobileTelephoneNumber = TEXT("not in the mask");
     CObArray props;
     EXPECT_EQ(S_OK, book->getTableAttrsFromPBRecord(PBDBTBL_POLCONTACTS, 0, record, props));
     ASSERT_EQ(10, props.GetSize());
     const CCeDBRecord row(props);
-    EXPECT_EQ(CString(u"Kim"), row.getPropAt(0).getText());
-    EXPECT_EQ(CString(u""), row.getPropAt(2).getText());
+    EXPECT_EQ(CString(TEXT("Kim")), row.getPropAt(0).getText());
+    EXPECT_EQ(CString(TEXT("")), row.getPropAt(2).getText());
     EXPECT_EQ(0.0, row.getPropAt(7).getR8());
     EXPECT_EQ(CCeDBProp::typeR8, row.getPropAt(7).getType());
     EXPECT_EQ(S_OK, book->clearObArray(props));
@@ -168,11 +173,11 @@ TEST(GetTableAttrs, GivesZeroForWhatTheMaskLacks) {
 TEST(GetTableAttrs, PutsTheGroupInFrontOfTheContactsCategories) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").group(u"Friends"));
-    PBRecord record = contact().categories(u"ignored").group(u"Friends").record();
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).group(TEXT("Friends")));
+    PBRecord record = contact().categories(TEXT("ignored")).group(TEXT("Friends")).record();
     CObArray props;
     book->getTableAttrsFromPBRecord(PBDBTBL_POLCONTACTS, oid, record, props);
-    EXPECT_EQ(CString(u"Friends, Friends"), record.strCategories) << "a group that is there comes in front again";
+    EXPECT_EQ(CString(TEXT("Friends, Friends")), record.strCategories) << "a group that is there comes in front again";
     book->clearObArray(props);
 }
 
@@ -181,35 +186,35 @@ TEST(MakeCategories, IsTheGroupAloneForNoContact) {
     OpenPhoneBook book;
     Manager manager;
     auto* contacts = static_cast<Database::POlDBTable*>(book->getTable(0));
-    const DWORD none = book.add(contact().name(u"Kim"));
-    const DWORD work = book.add(contact().name(u"Lee").group(u"Work"));
-    EXPECT_EQ(CString(u"A"), manager.makeCategories(contacts, 0, u"A"));
-    EXPECT_EQ(CString(u"A"), manager.makeCategories(contacts, 99'999, u"A"));
-    EXPECT_EQ(CString(u"A"), manager.makeCategories(contacts, none, u"A"));
-    EXPECT_EQ(CString(u"A, Work"), manager.makeCategories(contacts, work, u"A"));
-    EXPECT_EQ(CString(u", Work"), manager.makeCategories(contacts, work, u""));
+    const DWORD none = book.add(contact().name(TEXT("Kim")));
+    const DWORD work = book.add(contact().name(TEXT("Lee")).group(TEXT("Work")));
+    EXPECT_EQ(CString(TEXT("A")), manager.makeCategories(contacts, 0, TEXT("A")));
+    EXPECT_EQ(CString(TEXT("A")), manager.makeCategories(contacts, 99'999, TEXT("A")));
+    EXPECT_EQ(CString(TEXT("A")), manager.makeCategories(contacts, none, TEXT("A")));
+    EXPECT_EQ(CString(TEXT("A, Work")), manager.makeCategories(contacts, work, TEXT("A")));
+    EXPECT_EQ(CString(TEXT(", Work")), manager.makeCategories(contacts, work, TEXT("")));
 }
 
 TEST(GetPBGroupName, IsTheGroupWhenItIsOneOfTheCategories) {
     Manager manager;
-    EXPECT_EQ(CString(u"Work"), manager.getPBGroupName(u"Family, Work", u"Work"));
-    EXPECT_EQ(CString(u""), manager.getPBGroupName(u"Family, Work", u"work"));
-    EXPECT_EQ(CString(u""), manager.getPBGroupName(u"Family, Work", u"Wo"));
-    EXPECT_EQ(CString(u""), manager.getPBGroupName(u"", u"Work"));
+    EXPECT_EQ(CString(TEXT("Work")), manager.getPBGroupName(TEXT("Family, Work"), TEXT("Work")));
+    EXPECT_EQ(CString(TEXT("")), manager.getPBGroupName(TEXT("Family, Work"), TEXT("work")));
+    EXPECT_EQ(CString(TEXT("")), manager.getPBGroupName(TEXT("Family, Work"), TEXT("Wo")));
+    EXPECT_EQ(CString(TEXT("")), manager.getPBGroupName(TEXT(""), TEXT("Work")));
 }
 
 TEST(Search, FindsByAttributeTextRestrictionAndNumber) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    book.add(contact().name(u"Kim").mobile(u"010-1234"));
-    book.add(contact().name(u"Lee").home(u"02-12345"));
+    book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1234")));
+    book.add(contact().name(TEXT("Lee")).home(TEXT("02-12345")));
     const auto count = [](Database::Iterator* found) {
         const std::unique_ptr<Database::Iterator> owned(found);
         return found == nullptr ? 0 : found->getNumItems();
     };
-    EXPECT_EQ(1, count(book->searchPBRecord(PBDBATTR_NAME, u"ki")));
-    EXPECT_EQ(1, count(book->searchPBRecord(u"[FileAs] > \"Kim\"")));
-    EXPECT_EQ(2, count(book->searchPBRecordOfTelNo(nullptr, u"1234")));
+    EXPECT_EQ(1, count(book->searchPBRecord(PBDBATTR_NAME, TEXT("ki"))));
+    EXPECT_EQ(1, count(book->searchPBRecord(TEXT("[FileAs] > \"Kim\""))));
+    EXPECT_EQ(2, count(book->searchPBRecordOfTelNo(nullptr, TEXT("1234"))));
     EXPECT_EQ(2, count(book->getIterator(UINT{PBDBATTR_NAME}, nullptr, nullptr)));
     EXPECT_EQ(0, count(book->searchPBRecord(nullptr, 0, nullptr, nullptr))) << "no earlier result to narrow";
 }
@@ -217,20 +222,20 @@ TEST(Search, FindsByAttributeTextRestrictionAndNumber) {
 TEST(Search, AGroupThatNobodyIsInIsNoCursor) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    book.add(contact().name(u"Kim").group(u"Friends"));
-    const std::unique_ptr<Database::Iterator> friends(book->searchPBRecordOfPBGroup(u"Friends"));
+    book.add(contact().name(TEXT("Kim")).group(TEXT("Friends")));
+    const std::unique_ptr<Database::Iterator> friends(book->searchPBRecordOfPBGroup(TEXT("Friends")));
     ASSERT_NE(nullptr, friends);
     EXPECT_EQ(1, friends->getNumItems());
-    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(u"Family"));
+    EXPECT_EQ(nullptr, book->searchPBRecordOfPBGroup(TEXT("Family")));
 }
 
 TEST(Search, FindsNothingBeforeTheTablesAreMade) {
     const MemoryStoreMount store;
     PhoneBookDBMgr manager;
-    EXPECT_EQ(nullptr, manager.searchPBRecord(PBDBATTR_NAME, u"x"));
-    EXPECT_EQ(nullptr, manager.searchPBRecord(u"[FileAs] > \"A\""));
+    EXPECT_EQ(nullptr, manager.searchPBRecord(PBDBATTR_NAME, TEXT("x")));
+    EXPECT_EQ(nullptr, manager.searchPBRecord(TEXT("[FileAs] > \"A\"")));
     EXPECT_EQ(nullptr, manager.searchPBRecord(nullptr, 0, nullptr, nullptr));
-    EXPECT_EQ(nullptr, manager.searchPBRecordOfTelNo(nullptr, u"1"));
+    EXPECT_EQ(nullptr, manager.searchPBRecordOfTelNo(nullptr, TEXT("1")));
 }
 
 }  // namespace

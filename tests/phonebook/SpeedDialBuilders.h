@@ -5,8 +5,6 @@
 #include <memory>
 #include <ostream>
 #include <stdexcept>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
@@ -28,14 +26,14 @@ public:
         info_.dwOID = contactOid;
         return *this;
     }
-    dial& name(std::u16string_view text) {
+    dial& name(WStringView text) {
         info_.strName = CString(text);
         return *this;
     }
-    dial& mobile(std::u16string_view number) { return set(mobileType, number); }
-    dial& home(std::u16string_view number) { return set(homeType, number); }
-    dial& business(std::u16string_view number) { return set(businessType, number); }
-    dial& set(DWORD telType, std::u16string_view number) {
+    dial& mobile(WStringView number) { return set(mobileType, number); }
+    dial& home(WStringView number) { return set(homeType, number); }
+    dial& business(WStringView number) { return set(businessType, number); }
+    dial& set(DWORD telType, WStringView number) {
         info_.dwTelType = telType;
         info_.strTelNo = CString(number);
         return *this;
@@ -55,7 +53,7 @@ private:
 struct Row {
     int slot = 0;
     DWORD telType = 0;
-    std::u16string number;
+    WString number;
     WORD flags = 7;
 
     friend bool operator==(const Row&, const Row&) = default;
@@ -79,7 +77,7 @@ inline std::vector<StoredRow> storedRows() {
     while (each->next() == S_OK) {
         rows.push_back({each->getCur(),
                         {each->getProp(0).getI2(), each->getProp(1).getUI4(),
-                         std::u16string(each->getProp(2).getText().view()), each->getProp(3).getUI2()}});
+                         WString(each->getProp(2).getText().view()), each->getProp(3).getUI2()}});
     }
     std::ranges::sort(rows, {}, &StoredRow::oid);
     return rows;

@@ -35,15 +35,15 @@ ModelRow rowOf(DWORD id, const Entry& entry) {
     return {slotOf(id), entry.telType, withoutDashes(entry.number)};
 }
 
-std::u16string numberOf(const ModelContact& contact, DWORD telType) {
+WString numberOf(const ModelContact& contact, DWORD telType) {
     const int index = byteOf(telType);
-    return index < 3 ? contact.numbers[static_cast<std::size_t>(index)] : std::u16string();
+    return index < 3 ? contact.numbers[static_cast<std::size_t>(index)] : WString();
 }
 
 }  // namespace
 
-std::u16string withoutDashes(const std::u16string& number) {
-    std::u16string reduced = number;
+WString withoutDashes(const WString& number) {
+    WString reduced = number;
     std::erase(reduced, u'-');
     return reduced;
 }
@@ -52,14 +52,14 @@ std::map<int, ModelRow>::iterator Model::firstRowOf(DWORD id) {
     return std::ranges::find_if(rows, [&](const auto& row) { return row.second.slot == slotOf(id); });
 }
 
-Model::Caller Model::callerWith(const std::u16string& number) const {
+Model::Caller Model::callerWith(const WString& number) const {
     if (number.empty()) return {E_INVALIDARG};
     bool isWithinSome = false;
-    std::vector<std::tuple<std::u16string, int>> holders;
+    std::vector<std::tuple<WString, int>> holders;
     for (const auto& [key, contact] : contacts) {
-        for (const std::u16string& typed : contact.numbers) {
-            const std::u16string reduced = withoutDashes(typed);
-            isWithinSome = isWithinSome || reduced.find(number) != std::u16string::npos;
+        for (const WString& typed : contact.numbers) {
+            const WString reduced = withoutDashes(typed);
+            isWithinSome = isWithinSome || reduced.find(number) != WString::npos;
             if (reduced == number) holders.emplace_back(contact.name, key);
         }
     }
@@ -74,7 +74,7 @@ HRESULT Model::link(DWORD id, int contact, DWORD telType) {
     return S_OK;
 }
 
-HRESULT Model::link(DWORD id, const std::u16string& number, DWORD telType) {
+HRESULT Model::link(DWORD id, const WString& number, DWORD telType) {
     const Caller caller = callerWith(number);
     if (FAILED(caller.result)) return caller.result;
     if (caller.contact != 0) return link(id, caller.contact, telType);
@@ -158,7 +158,7 @@ Answer Model::query(DWORD id, Entry entry, bool withContact) const {
     return {S_OK, entry};
 }
 
-Answer Model::queryNumber(const std::u16string& number, Entry entry) const {
+Answer Model::queryNumber(const WString& number, Entry entry) const {
     const auto row =
         std::ranges::find_if(rows, [&](const auto& each) { return each.second.number == withoutDashes(number); });
     if (row == rows.end()) return {E_FAIL, entry};
@@ -215,7 +215,7 @@ Answer Model::fill(Cache& other) {
 
 /// Nobody's row comes first, then those of the contacts in the order in which they were added.
 void Model::complete() {
-    const auto point = [&](int key, const std::u16string& name, DWORD word) {
+    const auto point = [&](int key, const WString& name, DWORD word) {
         for (std::size_t i = 0; i < 3; ++i) {
             const DWORD slot = word >> (8 * i) & 0xFF;
             if (slot == 0 || slot > 99 || cache[slot].slot != slot) continue;
@@ -224,20 +224,20 @@ void Model::complete() {
             cache[slot].telType = types[i];
         }
     };
-    point(0, u"", nobodysWord.value_or(0));
+    point(0, TEXT(""), nobodysWord.value_or(0));
     for (const auto& [key, contact] : contacts)
         point(key, contact.name, contact.word.value_or(0));
 }
 
-std::map<DWORD, std::u16string> Model::names() const {
-    std::map<DWORD, std::u16string> named;
-    const auto point = [&](const std::u16string& name, DWORD word) {
+std::map<DWORD, WString> Model::names() const {
+    std::map<DWORD, WString> named;
+    const auto point = [&](const WString& name, DWORD word) {
         for (int i = 0; i < 3; ++i) {
             const DWORD slot = word >> (8 * i) & 0xFF;
             if (slot != 0) named[slot] = name;
         }
     };
-    point(u"", nobodysWord.value_or(0));
+    point(TEXT(""), nobodysWord.value_or(0));
     for (const auto& [key, contact] : contacts)
         point(contact.name, contact.word.value_or(0));
     return named;
@@ -267,7 +267,7 @@ Answer Model::moveCache(DWORD from, DWORD to) {
     return {};
 }
 
-Answer Model::queryCache(const std::u16string& number) const {
+Answer Model::queryCache(const WString& number) const {
     const auto found =
         std::ranges::find_if(cache, [&](const Entry& entry) { return entry.slot != 0 && entry.number == number; });
     return found == cache.end() ? Answer{E_FAIL, Entry()} : Answer{S_OK, *found};

@@ -3,7 +3,6 @@
 #include <array>
 #include <map>
 #include <optional>
-#include <string>
 
 #include "tessera/platform/base/Results.h"
 
@@ -15,9 +14,9 @@ namespace speed_dial {
 struct Entry {
     DWORD slot = 0;
     int contact = 0;
-    std::u16string name;
+    WString name;
     DWORD telType = 0;
-    std::u16string number;
+    WString number;
     DWORD flags = 0;
 
     friend bool operator==(const Entry&, const Entry&) = default;
@@ -26,15 +25,15 @@ struct Entry {
 struct ModelRow {
     int slot = 0;
     DWORD telType = 0;
-    std::u16string number;  ///< Without dashes.
+    WString number;  ///< Without dashes.
 
     friend bool operator==(const ModelRow&, const ModelRow&) = default;
 };
 
 struct ModelContact {
-    std::u16string name;
-    std::array<std::u16string, 3> numbers;  ///< Mobile, home, business; as they were typed.
-    std::optional<DWORD> word = {};         ///< None without an extension row.
+    WString name;
+    std::array<WString, 3> numbers;  ///< Mobile, home, business; as they were typed.
+    std::optional<DWORD> word = {};  ///< None without an extension row.
 };
 
 /// What an operation answered, and the entry that it filled, if any.
@@ -64,7 +63,7 @@ struct Model {
     Answer move(DWORD from, DWORD to, std::optional<Entry> entry);
     Answer eraseAll();
     Answer query(DWORD id, Entry entry, bool withContact) const;
-    Answer queryNumber(const std::u16string& number, Entry entry) const;
+    Answer queryNumber(const WString& number, Entry entry) const;
     DWORD proposedSlot(DWORD start) const;
 
     void addContact(const ModelContact& contact);
@@ -72,26 +71,26 @@ struct Model {
 
     Answer fill();
     Answer fill(Cache& other);
-    std::map<DWORD, std::u16string> names() const;
+    std::map<DWORD, WString> names() const;
     Answer writeCache(DWORD id, std::optional<Entry> entry);
     Answer eraseCache(DWORD id);
     Answer moveCache(DWORD from, DWORD to);
-    Answer queryCache(const std::u16string& number) const;
+    Answer queryCache(const WString& number) const;
     Answer flush();
 
 private:
     std::map<int, ModelRow>::iterator firstRowOf(DWORD id);
     void complete();
     HRESULT link(DWORD id, int contact, DWORD telType);
-    HRESULT link(DWORD id, const std::u16string& number, DWORD telType);
+    HRESULT link(DWORD id, const WString& number, DWORD telType);
     struct Caller {
         HRESULT result = S_OK;
         int contact = 0;  ///< 0 also when the number was found within a longer one only.
     };
-    Caller callerWith(const std::u16string& number) const;
+    Caller callerWith(const WString& number) const;
 };
 
 /// How a number is stored.
-std::u16string withoutDashes(const std::u16string& number);
+WString withoutDashes(const WString& number);
 
 }  // namespace speed_dial

@@ -205,7 +205,7 @@ class AddContact : public Operation {
 public:
     void show(std::ostream& out) const override {
         out << "add contact " << CString(contact.name);
-        for (const std::u16string& number : contact.numbers)
+        for (const WString& number : contact.numbers)
             out << ' ' << CString(number);
         if (contact.word) out << " with slots " << std::hex << *contact.word << std::dec;
     }
@@ -224,7 +224,7 @@ protected:
     }
 
 private:
-    ModelContact contact{*rc::gen::element<std::u16string>(u"ann", u"bob", u"carl"),
+    ModelContact contact{*rc::gen::element<WString>(TEXT("ann"), TEXT("bob"), TEXT("carl")),
                          {anyNumber(), anyNumber(), anyNumber()},
                          *rc::gen::element<std::optional<DWORD>>(std::nullopt, 0, 0x030201, 0xFF0063FF)};
 };
@@ -290,7 +290,7 @@ protected:
     std::optional<Entry> given() const override { return entry; }
 
 private:
-    std::u16string number = anyNumber();
+    WString number = anyNumber();
     Entry entry;
 };
 
@@ -306,7 +306,7 @@ protected:
     std::optional<Entry> given() const override { return Entry(); }
 
 private:
-    std::u16string number = anyNumber();
+    WString number = anyNumber();
 };
 
 class ProposeSlot : public Operation {
@@ -335,7 +335,7 @@ protected:
     HRESULT onBook(const Model& before, System& system, SpeedDialInfo*) const override {
         CMap<DWORD, DWORD&, CString, CString&> names;
         const HRESULT result = system.manager().fillSDialInfoCache(names);
-        const std::map<DWORD, std::u16string> expected = before.names();
+        const std::map<DWORD, WString> expected = before.names();
         RC_ASSERT(static_cast<std::size_t>(names.GetCount()) == expected.size());
         for (const auto& [slot, name] : expected) {
             DWORD key = slot;

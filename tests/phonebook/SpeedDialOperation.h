@@ -44,8 +44,9 @@ inline DWORD anySlot() {
          {1, rc::gen::element<DWORD>(0, 98, 99, 100, 255, 256, 0x7FFF, 0x8005, 0x10003, 0xFFFFFFFF)}});
 }
 
-inline std::u16string anyNumber() {
-    return *rc::gen::element<std::u16string>(u"", u"010-1", u"0101", u"010-12", u"02", u"02-2", u"031-333");
+inline WString anyNumber() {
+    return *rc::gen::element<WString>(TEXT(""), TEXT("010-1"), TEXT("0101"), TEXT("010-12"), TEXT("02"), TEXT("02-2"),
+                                      TEXT("031-333"));
 }
 
 inline DWORD anyType() {
@@ -58,7 +59,7 @@ inline int anyContact(const Model& model) {
 
 inline Entry anyEntry(const Model& model) {
     const int contact = anyContact(model);
-    Entry entry{anySlot(), contact,     *rc::gen::element<std::u16string>(u"", u"someone"),
+    Entry entry{anySlot(), contact,     *rc::gen::element<WString>(TEXT(""), TEXT("someone")),
                 anyType(), anyNumber(), *rc::gen::element<DWORD>(0, 7, 0x10, 0x12345)};
     // Half of the time the entry says what its contact says.
     const auto known = model.contacts.find(contact);

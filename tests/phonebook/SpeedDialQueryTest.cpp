@@ -21,7 +21,7 @@ using testing_support::OpenPhoneBook;
 TEST(SpeedDialClosed, EveryTableOperationSaysThatTheTableIsNotOpen) {
     const MemoryStoreMount store;
     PhoneBookDBMgr closed;
-    SpeedDialInfo info = dial(5).mobile(u"010-1");
+    SpeedDialInfo info = dial(5).mobile(TEXT("010-1"));
     DWORD id = 0;
     EXPECT_EQ(E_FAIL, closed.querySpeedDialInfo(5, &info, false));
     EXPECT_EQ(E_FAIL, closed.querySpeedDialInfo(5, nullptr, true));
@@ -32,7 +32,7 @@ TEST(SpeedDialClosed, EveryTableOperationSaysThatTheTableIsNotOpen) {
     EXPECT_EQ(E_FAIL, closed.findFirstEmptySDialID(5, &id));
     EXPECT_EQ(E_ACCESSDENIED, closed.deleteSpeedDialInfo(5, &info));
     EXPECT_EQ(E_ACCESSDENIED, closed.deleteAllSpeedDialInfos());
-    EXPECT_EQ(E_FAIL, closed.setSDialIDInPBExt(5, u"0101", mobileType));
+    EXPECT_EQ(E_FAIL, closed.setSDialIDInPBExt(5, TEXT("0101"), mobileType));
     DWORD contactOid = 1;
     EXPECT_EQ(E_FAIL, closed.setSDialIDInPBExt(5, contactOid, mobileType));
     EXPECT_EQ(0u, info.dwFlags) << "nothing is written into the caller's entry";
@@ -56,19 +56,19 @@ TEST(SpeedDialClosed, ANullEntryIsFoundOutOnlyWhenTheTableIsOpen) {
 TEST(QuerySpeedDialInfo, ReadsTheRowAndLeavesContactAndName) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    addRow({5, homeType, u"0212345678", 3});
-    SpeedDialInfo info = dial(9).of(77).name(u"kept").flags(0xFFFF0000);
+    addRow({5, homeType, TEXT("0212345678"), 3});
+    SpeedDialInfo info = dial(9).of(77).name(TEXT("kept")).flags(0xFFFF0000);
     EXPECT_EQ(S_OK, book->querySpeedDialInfo(5, &info, false));
-    EXPECT_EQ(SpeedDialInfo(dial(5).of(77).name(u"kept").home(u"0212345678").flags(3)), info);
+    EXPECT_EQ(SpeedDialInfo(dial(5).of(77).name(TEXT("kept")).home(TEXT("0212345678")).flags(3)), info);
 }
 
 TEST(QuerySpeedDialInfo, FailsForAnEmptySlotAndLeavesTheEntry) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    addRow({5, mobileType, u"0101"});
-    SpeedDialInfo info = dial(9).name(u"kept");
+    addRow({5, mobileType, TEXT("0101")});
+    SpeedDialInfo info = dial(9).name(TEXT("kept"));
     EXPECT_EQ(E_FAIL, book->querySpeedDialInfo(6, &info, true));
-    EXPECT_EQ(SpeedDialInfo(dial(9).name(u"kept")), info);
+    EXPECT_EQ(SpeedDialInfo(dial(9).name(TEXT("kept"))), info);
 }
 
 TEST(QuerySpeedDialInfo, ARowWithoutFlagsLeavesThoseOfTheEntry) {
@@ -78,7 +78,7 @@ TEST(QuerySpeedDialInfo, ARowWithoutFlagsLeavesThoseOfTheEntry) {
     row.addProp(CCeDBProp::ofI2(512, 5));
     DWORD oid = 0;
     ASSERT_EQ(S_OK, book->getTable(PBDBTBL_SPEEDDIALNO)->insertRecord(&row, oid));
-    SpeedDialInfo info = dial(5).mobile(u"gone").flags(0x12345);
+    SpeedDialInfo info = dial(5).mobile(TEXT("gone")).flags(0x12345);
     EXPECT_EQ(S_OK, book->querySpeedDialInfo(5, &info, false));
     EXPECT_EQ(SpeedDialInfo(dial(5).flags(0x12345)), info);
 }
@@ -86,7 +86,7 @@ TEST(QuerySpeedDialInfo, ARowWithoutFlagsLeavesThoseOfTheEntry) {
 TEST(QuerySpeedDialInfo, SeeksTheLowSixteenBitsAndKeepsTheWholeNumber) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    addRow({5, mobileType, u"0101"});
+    addRow({5, mobileType, TEXT("0101")});
     SpeedDialInfo info;
     EXPECT_EQ(S_OK, book->querySpeedDialInfo(0x10005, &info, false));
     EXPECT_EQ(0x10005u, info.dwSDialID);
@@ -95,47 +95,48 @@ TEST(QuerySpeedDialInfo, SeeksTheLowSixteenBitsAndKeepsTheWholeNumber) {
 TEST(QuerySpeedDialInfo, WithContactShowsItsSpellingAndNameButNotWhichItIs) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    book.add(contact().name(u"Kim").mobile(u"010-1234-5678").group(u"A"));
-    addRow({5, mobileType, u"01012345678"});
-    SpeedDialInfo info = dial(9).of(77).name(u"old");
+    book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1234-5678")).group(TEXT("A")));
+    addRow({5, mobileType, TEXT("01012345678")});
+    SpeedDialInfo info = dial(9).of(77).name(TEXT("old"));
     EXPECT_EQ(S_OK, book->querySpeedDialInfo(5, &info, true));
-    EXPECT_EQ(SpeedDialInfo(dial(5).of(0).name(u"Kim").mobile(u"010-1234-5678").flags(7)), info);
+    EXPECT_EQ(SpeedDialInfo(dial(5).of(0).name(TEXT("Kim")).mobile(TEXT("010-1234-5678")).flags(7)), info);
 }
 
 TEST(QuerySpeedDialInfo, WithContactShowsTheNumberOfTheRowsTypeWhicheverMatched) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    book.add(contact().name(u"Kim").mobile(u"010-1").home(u"02-2"));
-    addRow({5, homeType, u"0101"});
-    addRow({6, businessType, u"0101"});
+    book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).home(TEXT("02-2")));
+    addRow({5, homeType, TEXT("0101")});
+    addRow({6, businessType, TEXT("0101")});
     SpeedDialInfo info;
     EXPECT_EQ(S_OK, book->querySpeedDialInfo(5, &info, true));
-    EXPECT_EQ(CString(u"02-2"), info.strTelNo);
+    EXPECT_EQ(CString(TEXT("02-2")), info.strTelNo);
     EXPECT_EQ(S_OK, book->querySpeedDialInfo(6, &info, true));
-    EXPECT_EQ(CString(u""), info.strTelNo) << "it has no business number";
+    EXPECT_EQ(CString(TEXT("")), info.strTelNo) << "it has no business number";
 }
 
 TEST(QuerySpeedDialInfo, WithContactKeepsTheNumberThatNobodyHas) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    addRow({5, mobileType, u"0101"});
-    SpeedDialInfo info = dial(9).of(77).name(u"old");
+    addRow({5, mobileType, TEXT("0101")});
+    SpeedDialInfo info = dial(9).of(77).name(TEXT("old"));
     EXPECT_EQ(S_FALSE, book->querySpeedDialInfo(5, &info, true));
-    EXPECT_EQ(SpeedDialInfo(dial(5).mobile(u"0101").flags(7)), info);
+    EXPECT_EQ(SpeedDialInfo(dial(5).mobile(TEXT("0101")).flags(7)), info);
 }
 
 TEST(QuerySpeedDialInfoByNumber, FindsAnySpellingOfTheNumber) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1234-5678"));
-    SpeedDialInfo written = dial(5).of(kim).name(u"Kim").mobile(u"010-1234-5678");
+    const DWORD kim = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1234-5678")));
+    SpeedDialInfo written = dial(5).of(kim).name(TEXT("Kim")).mobile(TEXT("010-1234-5678"));
     EXPECT_EQ(S_OK, book->insertSpeedDialInfo(5, &written));
-    for (const WCHAR* spelling : {u"01012345678", u"(010) 1234-5678", u"+82 10-1234-5678", u"010.1234.5678"}) {
+    for (const WCHAR* spelling :
+         {TEXT("01012345678"), TEXT("(010) 1234-5678"), TEXT("+82 10-1234-5678"), TEXT("010.1234.5678")}) {
         DWORD rowOid = 0;
-        SpeedDialInfo info = dial(9).of(77).name(u"kept");
+        SpeedDialInfo info = dial(9).of(77).name(TEXT("kept"));
         EXPECT_EQ(S_OK, book->querySpeedDialInfo(spelling, rowOid, &info)) << CString(spelling);
         EXPECT_EQ(storedRows().at(0).oid, rowOid);
-        EXPECT_EQ(SpeedDialInfo(dial(5).of(0).name(u"kept").mobile(u"01012345678").flags(7)), info);
+        EXPECT_EQ(SpeedDialInfo(dial(5).of(0).name(TEXT("kept")).mobile(TEXT("01012345678")).flags(7)), info);
         EXPECT_EQ(S_OK, book->querySpeedDialInfo(spelling, rowOid, nullptr));
     }
 }
@@ -143,55 +144,55 @@ TEST(QuerySpeedDialInfoByNumber, FindsAnySpellingOfTheNumber) {
 TEST(QuerySpeedDialInfoByNumber, FailsForANumberThatNoSlotHolds) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    addRow({5, mobileType, u"0101"});
+    addRow({5, mobileType, TEXT("0101")});
     DWORD rowOid = 77;
-    SpeedDialInfo info = dial(9).name(u"kept");
-    EXPECT_EQ(E_FAIL, book->querySpeedDialInfo(u"010", rowOid, &info)) << "the whole number counts";
+    SpeedDialInfo info = dial(9).name(TEXT("kept"));
+    EXPECT_EQ(E_FAIL, book->querySpeedDialInfo(TEXT("010"), rowOid, &info)) << "the whole number counts";
     EXPECT_EQ(0u, rowOid);
-    EXPECT_EQ(SpeedDialInfo(dial(9).name(u"kept")), info);
+    EXPECT_EQ(SpeedDialInfo(dial(9).name(TEXT("kept"))), info);
 }
 
 TEST(QuerySpeedDialInfoByNumber, ShowsAnySlotThatTheRowSays) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    addRow({-1, mobileType, u"0101"});
+    addRow({-1, mobileType, TEXT("0101")});
     DWORD rowOid = 0;
     SpeedDialInfo info;
-    EXPECT_EQ(S_OK, book->querySpeedDialInfo(u"010-1", rowOid, &info));
+    EXPECT_EQ(S_OK, book->querySpeedDialInfo(TEXT("010-1"), rowOid, &info));
     EXPECT_EQ(0xFFFFu, info.dwSDialID);
 }
 
 TEST(QuerySpeedDialInfoByNumber, OpensATableThatIsNotOpen) {
     const MemoryStoreMount store;
     { const OpenPhoneBook setUp; }
-    addRow({5, mobileType, u"0101"});
+    addRow({5, mobileType, TEXT("0101")});
     PhoneBookDBMgr manager;
     DWORD rowOid = 0;
-    EXPECT_EQ(S_OK, manager.querySpeedDialInfo(u"0101", rowOid, nullptr));
+    EXPECT_EQ(S_OK, manager.querySpeedDialInfo(TEXT("0101"), rowOid, nullptr));
     EXPECT_NE(0u, rowOid);
     EXPECT_TRUE(manager.getTable(PBDBTBL_SPEEDDIALNO)->isOpen());
-    EXPECT_EQ(E_FAIL, manager.querySpeedDialInfo(u"0102", rowOid, nullptr));
+    EXPECT_EQ(E_FAIL, manager.querySpeedDialInfo(TEXT("0102"), rowOid, nullptr));
 }
 
 TEST(QuerySpeedDialInfoByNumber, FailsWhenThereIsNoSuchTable) {
     const MemoryStoreMount store;
     PhoneBookDBMgr manager;
     DWORD rowOid = 77;
-    EXPECT_EQ(E_FAIL, manager.querySpeedDialInfo(u"0101", rowOid, nullptr));
+    EXPECT_EQ(E_FAIL, manager.querySpeedDialInfo(TEXT("0101"), rowOid, nullptr));
     EXPECT_EQ(0u, rowOid);
 }
 
 TEST(QuerySpeedDialInfoByNumber, LeavesTheTableInAnOrderInWhichSlotsAreStillFound) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    addRow({9, mobileType, u"0101"});
-    addRow({5, mobileType, u"0102"});
-    addRow({7, mobileType, u"0100"});
+    addRow({9, mobileType, TEXT("0101")});
+    addRow({5, mobileType, TEXT("0102")});
+    addRow({7, mobileType, TEXT("0100")});
     DWORD rowOid = 0;
-    EXPECT_EQ(S_OK, book->querySpeedDialInfo(u"0102", rowOid, nullptr));
+    EXPECT_EQ(S_OK, book->querySpeedDialInfo(TEXT("0102"), rowOid, nullptr));
     CString number;
     EXPECT_EQ(S_OK, book->queryCID(9, &number));
-    EXPECT_EQ(CString(u"0101"), number);
+    EXPECT_EQ(CString(TEXT("0101")), number);
 }
 
 TEST(FindFirstEmptySDialID, ProposesTheSlotItselfWhenItIsFree) {
@@ -204,7 +205,7 @@ TEST(FindFirstEmptySDialID, ProposesTheSlotItselfWhenItIsFree) {
     };
     EXPECT_EQ(5u, proposed(5)) << "an empty table";
     EXPECT_EQ(1u, proposed(1));
-    addRow({4, mobileType, u"0101"});
+    addRow({4, mobileType, TEXT("0101")});
     EXPECT_EQ(5u, proposed(5));
     EXPECT_EQ(1u, proposed(1));
 }
@@ -217,13 +218,13 @@ TEST(FindFirstEmptySDialID, ProposesSlotOneForATakenSlotWhetherOneIsFreeOrNot) {
         EXPECT_EQ(S_OK, book->findFirstEmptySDialID(start, &id));
         return id;
     };
-    addRow({5, mobileType, u"0101"});
+    addRow({5, mobileType, TEXT("0101")});
     EXPECT_EQ(1u, proposed(5));
     EXPECT_EQ(1u, proposed(0x10005)) << "the low sixteen bits are looked for";
-    addRow({1, mobileType, u"0102"});
+    addRow({1, mobileType, TEXT("0102")});
     EXPECT_EQ(1u, proposed(5));
     EXPECT_EQ(1u, proposed(1));
-    addRow({1, mobileType, u"0103"});
+    addRow({1, mobileType, TEXT("0103")});
     EXPECT_EQ(2u, proposed(1)) << "two rows with slot 1";
     EXPECT_EQ(1u, proposed(5));
 }

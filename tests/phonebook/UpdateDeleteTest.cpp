@@ -40,54 +40,55 @@ bool slotIsFilled(OpenPhoneBook& book, DWORD slot) {
 TEST(UpdatePBRecord, ClearsWhatTheMaskLacks) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").email(u"k@x.kr").group(u"A").bell(u"ding"));
-    PBRecord changed = contact().name(u"Lee").group(u"A").record();
+    const DWORD oid = book.add(
+        contact().name(TEXT("Kim")).mobile(TEXT("010-1")).email(TEXT("k@x.kr")).group(TEXT("A")).bell(TEXT("ding")));
+    PBRecord changed = contact().name(TEXT("Lee")).group(TEXT("A")).record();
     EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
     const PBRecord read = recordOf(book, oid);
-    EXPECT_EQ(CString(u"Lee"), read.strName);
-    EXPECT_EQ(CString(u""), read.strMobileTelephoneNumber);
-    EXPECT_EQ(CString(u""), read.strEmail1Address);
-    EXPECT_EQ(CString(u""), read.strBell);
+    EXPECT_EQ(CString(TEXT("Lee")), read.strName);
+    EXPECT_EQ(CString(TEXT("")), read.strMobileTelephoneNumber);
+    EXPECT_EQ(CString(TEXT("")), read.strEmail1Address);
+    EXPECT_EQ(CString(TEXT("")), read.strBell);
     EXPECT_EQ(1u, extensionRows(book));
 }
 
 TEST(UpdatePBRecord, LeavesTheExtensionRowAloneWithoutExtensionFields) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").group(u"A").bell(u"ding"));
-    PBRecord changed = contact().name(u"Lee").record();
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).group(TEXT("A")).bell(TEXT("ding")));
+    PBRecord changed = contact().name(TEXT("Lee")).record();
     EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
     const PBRecord read = recordOf(book, oid);
-    EXPECT_EQ(CString(u"A"), read.strGroup);
-    EXPECT_EQ(CString(u"ding"), read.strBell);
-    EXPECT_EQ(CString(u", A"), read.strCategories) << "the empty group in front of what was there";
+    EXPECT_EQ(CString(TEXT("A")), read.strGroup);
+    EXPECT_EQ(CString(TEXT("ding")), read.strBell);
+    EXPECT_EQ(CString(TEXT(", A")), read.strCategories) << "the empty group in front of what was there";
 }
 
 TEST(UpdatePBRecord, MakesAnExtensionRowWhenThereWasNone) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1"));
-    PBRecord changed = contact().name(u"Kim").mobile(u"010-1").group(u"A").record();
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")));
+    PBRecord changed = contact().name(TEXT("Kim")).mobile(TEXT("010-1")).group(TEXT("A")).record();
     EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
     EXPECT_EQ(1u, extensionRows(book));
-    EXPECT_EQ(CString(u"A"), recordOf(book, oid).strGroup);
+    EXPECT_EQ(CString(TEXT("A")), recordOf(book, oid).strGroup);
 }
 
 TEST(UpdatePBRecord, TwiceWithOneGroupPutsItInFrontTwice) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim"));
+    const DWORD oid = book.add(contact().name(TEXT("Kim")));
     for (int i = 0; i < 2; ++i) {
-        PBRecord changed = contact().name(u"Kim").group(u"A").record();
+        PBRecord changed = contact().name(TEXT("Kim")).group(TEXT("A")).record();
         EXPECT_EQ(S_OK, book->updatePBRecord(oid, changed));
     }
-    EXPECT_EQ(CString(u"A, A"), recordOf(book, oid).strCategories);
+    EXPECT_EQ(CString(TEXT("A, A")), recordOf(book, oid).strCategories);
 }
 
 TEST(UpdatePBRecord, NeedsTheContactsTableAndTheContact) {
     const MemoryStoreMount store;
     PhoneBookDBMgr closed;
-    PBRecord record = contact().name(u"Kim").record();
+    PBRecord record = contact().name(TEXT("Kim")).record();
     EXPECT_EQ(E_FAIL, closed.updatePBRecord(7, record));
     OpenPhoneBook book;
     EXPECT_TRUE(FAILED(book->updatePBRecord(99'999, record)));
@@ -96,8 +97,8 @@ TEST(UpdatePBRecord, NeedsTheContactsTableAndTheContact) {
 TEST(DeletePBRecord, TakesTheContactAndItsExtensionRow) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD kim = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"A"));
-    const DWORD lee = book.add(contact().name(u"Lee").mobile(u"010-2"));
+    const DWORD kim = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).group(TEXT("A")));
+    const DWORD lee = book.add(contact().name(TEXT("Lee")).mobile(TEXT("010-2")));
     EXPECT_EQ(S_OK, book->deletePBRecord(kim));
     EXPECT_EQ(1u, book->getNumRecords());
     EXPECT_EQ(0u, extensionRows(book));
@@ -108,11 +109,11 @@ TEST(DeletePBRecord, TakesTheContactAndItsExtensionRow) {
 TEST(DeletePBRecord, FreesTheSlotsThatStillHoldItsNumbers) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid =
-        book.add(contact().name(u"Kim").mobile(u"010-1").home(u"02-2").business(u"031-3").slots(0x070605));
-    fillSlot(book, 5, u"0101");
-    fillSlot(book, 6, u"0999");  // reassigned since
-    fillSlot(book, 7, u"0313");
+    const DWORD oid = book.add(
+        contact().name(TEXT("Kim")).mobile(TEXT("010-1")).home(TEXT("02-2")).business(TEXT("031-3")).slots(0x070605));
+    fillSlot(book, 5, TEXT("0101"));
+    fillSlot(book, 6, TEXT("0999"));  // reassigned since
+    fillSlot(book, 7, TEXT("0313"));
     EXPECT_EQ(S_OK, book->deletePBRecord(oid));
     EXPECT_FALSE(slotIsFilled(book, 5));
     EXPECT_TRUE(slotIsFilled(book, 6));
@@ -122,9 +123,9 @@ TEST(DeletePBRecord, FreesTheSlotsThatStillHoldItsNumbers) {
 TEST(DeletePBRecord, EmptiesTheCacheEntryOfASlotThatItFrees) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").home(u"02-2").slots(0x0605));
-    fillSlot(book, 5, u"0101");
-    fillSlot(book, 6, u"0999");
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).home(TEXT("02-2")).slots(0x0605));
+    fillSlot(book, 5, TEXT("0101"));
+    fillSlot(book, 6, TEXT("0999"));
     EXPECT_EQ(S_OK, book->fillSDialInfoCache());
     EXPECT_EQ(S_OK, book->deletePBRecord(oid));
     EXPECT_EQ(0u, book->getSDialInfoCache(5).dwSDialID);
@@ -134,7 +135,7 @@ TEST(DeletePBRecord, EmptiesTheCacheEntryOfASlotThatItFrees) {
 TEST(DeletePBRecord, AnswersThatTheLastOfItsSlotsHasNoRow) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").slots(0x05));
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).slots(0x05));
     EXPECT_EQ(E_FAIL, book->deletePBRecord(oid));
     EXPECT_EQ(0u, book->getNumRecords()) << "the contact is gone all the same";
 }
@@ -142,8 +143,8 @@ TEST(DeletePBRecord, AnswersThatTheLastOfItsSlotsHasNoRow) {
 TEST(DeletePBRecord, ASlotOfANumberThatTheContactLacksIsNotItsOwn) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    const DWORD oid = book.add(contact().name(u"Kim").mobile(u"010-1").slots(0x0605));
-    fillSlot(book, 5, u"0101");
+    const DWORD oid = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).slots(0x0605));
+    fillSlot(book, 5, TEXT("0101"));
     EXPECT_EQ(S_OK, book->deletePBRecord(oid)) << "slot 6, which has no row, is not looked up";
     EXPECT_FALSE(slotIsFilled(book, 5));
 }
@@ -160,7 +161,7 @@ TEST(DeletePBRecord, NeedsTheExtensionTable) {
 TEST(DeleteRecord, TakesOneRowOfATable) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    DWORD oid = book.add(contact().name(u"Kim").group(u"A"));
+    DWORD oid = book.add(contact().name(TEXT("Kim")).group(TEXT("A")));
     EXPECT_EQ(S_OK, book->deleteRecord(PBDBTBL_POLCONTACTS, oid));
     EXPECT_EQ(0u, book->getNumRecords());
     EXPECT_EQ(1u, extensionRows(book)) << "of that table only";
@@ -169,9 +170,9 @@ TEST(DeleteRecord, TakesOneRowOfATable) {
 TEST(DeleteAllPBRecords, EmptiesContactsExtensionRowsAndSlots) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    for (const WCHAR* name : {u"Ann", u"Bob", u"Carl"})
-        book.add(contact().name(name).group(u"A"));
-    fillSlot(book, 5, u"0101");
+    for (const WCHAR* name : {TEXT("Ann"), TEXT("Bob"), TEXT("Carl")})
+        book.add(contact().name(name).group(TEXT("A")));
+    fillSlot(book, 5, TEXT("0101"));
     EXPECT_EQ(S_OK, book->fillSDialInfoCache());
     EXPECT_EQ(S_OK, book->deleteAllPBRecords());
     EXPECT_EQ(0u, book->getNumRecords());
@@ -184,7 +185,7 @@ TEST(DeleteAllPBRecords, EmptiesContactsExtensionRowsAndSlots) {
 TEST(DeleteAllPBRecords, AnswersThatTheSlotsCannotBeEmptied) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    book.add(contact().name(u"Ann"));
+    book.add(contact().name(TEXT("Ann")));
     book->getTable(PBDBTBL_SPEEDDIALNO)->close();
     EXPECT_EQ(E_ACCESSDENIED, book->deleteAllPBRecords());
     EXPECT_EQ(0u, book->getNumRecords());
@@ -193,27 +194,28 @@ TEST(DeleteAllPBRecords, AnswersThatTheSlotsCannotBeEmptied) {
 TEST(QSearchPBRecord, FindsNamesThatBeginWithThePrefix) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    for (const WCHAR* name : {u"Ki", u"kim", u"KIT", u"Kj", u"Aki", u"김민수", u"김미경", u"깁스"}) {
+    for (const WCHAR* name : {TEXT("Ki"), TEXT("kim"), TEXT("KIT"), TEXT("Kj"), TEXT("Aki"), TEXT("김민수"),
+                              TEXT("김미경"), TEXT("깁스")}) {
         book.add(contact().name(name));
     }
     const auto count = [&](const WCHAR* prefix, int attribute = PBDBATTR_NAME) {
         const std::unique_ptr<Database::Iterator> found(book->qSearchPBRecord(attribute, prefix));
         return found == nullptr ? 0 : found->getNumItems();
     };
-    EXPECT_EQ(3, count(u"Ki"));
-    EXPECT_EQ(3, count(u"Ki", PBDBATTR_MOBILETEL)) << "by name whatever the attribute";
-    EXPECT_EQ(2, count(u"김"));
-    EXPECT_EQ(8, count(u""));
-    EXPECT_EQ(0, count(u"Z"));
-    EXPECT_EQ(0, count(u"Ki\" or [FileAs] >= \"")) << "a quote finds nobody and widens nothing";
+    EXPECT_EQ(3, count(TEXT("Ki")));
+    EXPECT_EQ(3, count(TEXT("Ki"), PBDBATTR_MOBILETEL)) << "by name whatever the attribute";
+    EXPECT_EQ(2, count(TEXT("김")));
+    EXPECT_EQ(8, count(TEXT("")));
+    EXPECT_EQ(0, count(TEXT("Z")));
+    EXPECT_EQ(0, count(TEXT("Ki\" or [FileAs] >= \""))) << "a quote finds nobody and widens nothing";
 }
 
 TEST(QSearchPBRecord, TheCursorOwnsItsBounds) {
     const MemoryStoreMount store;
     OpenPhoneBook book;
-    book.add(contact().name(u"Kim"));
-    book.add(contact().name(u"Kit"));
-    const std::unique_ptr<Database::Iterator> found(book->qSearchPBRecord(PBDBATTR_NAME, u"Ki"));
+    book.add(contact().name(TEXT("Kim")));
+    book.add(contact().name(TEXT("Kit")));
+    const std::unique_ptr<Database::Iterator> found(book->qSearchPBRecord(PBDBATTR_NAME, TEXT("Ki")));
     ASSERT_NE(nullptr, found);
     EXPECT_EQ(S_OK, found->deleteAt(1, false)) << "reads its result anew";
     EXPECT_EQ(1, found->getNumItems());

@@ -59,13 +59,13 @@ unsigned unitsToldOf(Line& line) {
 }
 
 /// A contact as the store has it: name and mobile number.
-using Written = std::pair<std::u16string, std::u16string>;
+using Written = std::pair<WString, WString>;
 
 std::map<CEOID, Written> writtenContacts(const StoreContents& contents) {
     std::map<CEOID, Written> written;
     for (const StoredRecord& record : contents.database(szContactsDatabase).records) {
         const auto text = [&](CEPROPID property) {
-            return std::u16string(record.properties.getProp(identOf(property)).getText().view());
+            return WString(record.properties.getProp(identOf(property)).getText().view());
         };
         written[record.oid] = {text(ContactProperty::fileAs), text(ContactProperty::mobileTelephoneNumber)};
     }
@@ -81,7 +81,7 @@ public:
     void contacts() const {
         std::map<CEOID, Written> expected;
         for (const DWORD oid : counterOids_)
-            expected[oid] = {u"Counter", u""};
+            expected[oid] = {TEXT("Counter"), TEXT("")};
         for (const Told& told : all_) {
             for (const MadeContact& made : told.contacts)
                 EXPECT_TRUE(expected.emplace(made.oid, Written{made.name(), made.mobile()}).second) << made.oid;

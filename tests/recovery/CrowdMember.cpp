@@ -36,7 +36,7 @@ Told Told::hearFrom(testing_support::Line& line) {
 std::array<DWORD, counters> addCounters(testing_support::OpenPhoneBook& book) {
     std::array<DWORD, counters> oids{};
     for (DWORD& oid : oids)
-        oid = book.add(contact().name(u"Counter").bell(u"none"));
+        oid = book.add(contact().name(TEXT("Counter")).bell(TEXT("none")));
     return oids;
 }
 
@@ -74,7 +74,7 @@ MadeContact* Member::anyContact() {
 
 bool Member::insert() {
     MadeContact made{.number = nextNumber()};
-    PBRecord record = contact().name(made.name()).mobile(made.mobile()).group(u"Crowd").record();
+    PBRecord record = contact().name(made.name()).mobile(made.mobile()).group(TEXT("Crowd")).record();
     if (!done(book_->insertPBRecord(record, &made.oid))) return false;
     told_.contacts.push_back(made);
     return true;
@@ -85,7 +85,7 @@ bool Member::rename() {
     if (picked == nullptr) return insert();
     MadeContact renamed = *picked;
     ++renamed.renamed;
-    PBRecord record = contact().name(renamed.name()).mobile(renamed.mobile()).bell(u"ding").record();
+    PBRecord record = contact().name(renamed.name()).mobile(renamed.mobile()).bell(TEXT("ding")).record();
     if (!done(book_->updatePBRecord(picked->oid, record))) return false;
     *picked = renamed;
     return true;
@@ -144,7 +144,7 @@ void keepStoreBusy(testing_support::Line& parent) {
         if (!batch.begun()) continue;
         parent.say('u');
         for (const auto end = Clock::now() + long_; Clock::now() < end;) {
-            DWORD oid = book.add(contact().name(u"Busy").group(u"Busy"));
+            DWORD oid = book.add(contact().name(TEXT("Busy")).group(TEXT("Busy")));
             if (FAILED(book->deletePBRecord(oid))) throw std::runtime_error("it cannot be deleted");
         }
         if (!batch.end()) throw std::runtime_error("its unit was not kept");

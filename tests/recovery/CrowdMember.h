@@ -14,7 +14,7 @@ namespace crowd_test {
 
 inline constexpr std::size_t counters = 3;
 
-inline std::u16string digits(std::size_t number) {
+inline WString digits(std::size_t number) {
     const std::string text = std::to_string(number);
     return {text.begin(), text.end()};
 }
@@ -25,8 +25,8 @@ struct MadeContact {
     unsigned number = 0;   ///< Of all contacts.
     unsigned renamed = 0;  ///< How often.
 
-    std::u16string name() const { return u"Person " + digits(number) + u'.' + digits(renamed); }
-    std::u16string mobile() const { return u"010-" + digits(number); }
+    WString name() const { return TEXT("Person ") + digits(number) + u'.' + digits(renamed); }
+    WString mobile() const { return TEXT("010-") + digits(number); }
 };
 
 /// What one program was told that it has done.
@@ -42,7 +42,7 @@ struct Told {
 };
 
 inline CString nameOfGroup(unsigned number) {
-    return CString(u"Set " + digits(number));
+    return CString(TEXT("Set ") + digits(number));
 }
 
 /// Adds the contacts whose calling screens are the counters.

@@ -53,7 +53,7 @@ TEST(Crowd, WriterThatWaitsInVainIsRefusedAfterItsWaitAndChangesNothing) {
         holder.line().say('g');
         holder.line().hear<char>();
 
-        PhoneBook::PBRecord record = contact().name(u"Kim").group(u"Family").record();
+        PhoneBook::PBRecord record = contact().name(TEXT("Kim")).group(TEXT("Family")).record();
         DWORD oid = 1;
         SetLastError(ERROR_SUCCESS);
         const auto began = Clock::now();
@@ -83,7 +83,7 @@ TEST(Crowd, WriterHasTheStoreWhenItsHolderIsKilled) {
         holder.line().hear<char>();
         holder.kill();
         EXPECT_TRUE(WIFSIGNALED(holder.wait()));
-        EXPECT_NE(0u, book.add(contact().name(u"Kim")));
+        EXPECT_NE(0u, book.add(contact().name(TEXT("Kim"))));
     }
     ObjectStore::unmount();
 }

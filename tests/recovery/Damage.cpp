@@ -42,14 +42,14 @@ void walk(Database::Iterator* made) {
 void readEverything(PhoneBookDBMgr& manager) {
     for (int table = 0; table < manager.getNumTables(); ++table)
         walk(manager.getIterator(static_cast<UINT>(table), 0, nullptr, nullptr));
-    walk(manager.searchPBRecord(PhoneBook::PBDBATTR_NAME, u"a"));
-    walk(manager.qSearchPBRecord(PhoneBook::PBDBATTR_NAME, u"k"));
-    walk(manager.searchPBRecordOfTelNo(nullptr, u"010"));
-    walk(manager.searchPBRecordOfPBGroup(u"Friends"));
+    walk(manager.searchPBRecord(PhoneBook::PBDBATTR_NAME, TEXT("a")));
+    walk(manager.qSearchPBRecord(PhoneBook::PBDBATTR_NAME, TEXT("k")));
+    walk(manager.searchPBRecordOfTelNo(nullptr, TEXT("010")));
+    walk(manager.searchPBRecordOfPBGroup(TEXT("Friends")));
     PhoneBook::PBRecord record;
     record.dwCITypeMask = 0x00FFFFFF;
     DWORD oid = 0;
-    static_cast<void>(manager.queryCallerInfo(u"01012345678", &record, &oid));
+    static_cast<void>(manager.queryCallerInfo(TEXT("01012345678"), &record, &oid));
     static_cast<void>(manager.fillSDialInfoCache());
     CStringArray groups;
     static_cast<void>(manager.getAvailablePBGroups(groups));
@@ -59,7 +59,8 @@ void readEverything(PhoneBookDBMgr& manager) {
 }
 
 bool addsAContact(PhoneBookDBMgr& manager) {
-    PhoneBook::PBRecord record = testing_support::contact().name(u"New").mobile(u"010-1").group(u"Friends").record();
+    PhoneBook::PBRecord record =
+        testing_support::contact().name(TEXT("New")).mobile(TEXT("010-1")).group(TEXT("Friends")).record();
     DWORD oid = 0;
     return manager.insertPBRecord(record, &oid) == S_OK;
 }
@@ -79,8 +80,8 @@ DamagedStore::DamagedStore(unsigned seed) : path_((folder_ / "store.db").string(
         testing_support::RandomChoices choices(seed);
         for (int i = 0; i < operations; ++i)
             testing_support::doAnyPhoneBookOperation(book.manager(), choices);
-        for (const WCHAR* name : {u"Kim", u"김민수", u"Lee"})
-            book.add(testing_support::contact().name(name).mobile(u"010-1234-5678").group(u"Friends"));
+        for (const WCHAR* name : {TEXT("Kim"), TEXT("김민수"), TEXT("Lee")})
+            book.add(testing_support::contact().name(name).mobile(TEXT("010-1234-5678")).group(TEXT("Friends")));
     }
     ObjectStore::unmount();
     whole_ = readFile(path_);

@@ -51,9 +51,9 @@ std::map<CEOID, std::set<int>> addContacts() {
     for (unsigned i = 0; i < contacts; ++i) {
         const unsigned first = 1 + i * slotsOfEach;
         const CEOID oid =
-            book.add(testing_support::contact().name(u"Kim").slots(first | (first + 1) << 8 | (first + 2) << 16));
+            book.add(testing_support::contact().name(TEXT("Kim")).slots(first | (first + 1) << 8 | (first + 2) << 16));
         for (unsigned slot = first; slot < first + slotsOfEach; ++slot) {
-            speed_dial::addRow({static_cast<int>(slot), speed_dial::mobileType, u"0101"});
+            speed_dial::addRow({static_cast<int>(slot), speed_dial::mobileType, TEXT("0101")});
             slotsOf[oid].insert(static_cast<int>(slot));
         }
     }

@@ -12,24 +12,24 @@
 namespace follow_test {
 
 /// What contacts are filed under. Some categories, and so their groups, have these names as well.
-inline constexpr const char16_t* filedUnder[] = {u"Family", u"Work", u"Friends", u"Club"};
+inline constexpr const WCHAR* filedUnder[] = {TEXT("Family"), TEXT("Work"), TEXT("Friends"), TEXT("Club")};
 inline constexpr unsigned filedUnderCount = 4;
 
 /// The ID of a group that is there from the beginning. Groups made by name have larger ones, categories smaller.
 inline constexpr DWORD fixedGroup = 50'000;
 
-inline std::u16string digits(unsigned number) {
+inline WString digits(unsigned number) {
     const std::string text = std::to_string(number);
     return {text.begin(), text.end()};
 }
 inline CString nameOf(unsigned contactNumber) {
-    return CString(u"Person " + digits(contactNumber));
+    return CString(TEXT("Person ") + digits(contactNumber));
 }
 inline CString mobileOf(unsigned contactNumber) {
-    return CString(u"010-" + digits(contactNumber));
+    return CString(TEXT("010-") + digits(contactNumber));
 }
 inline CString setNameOf(unsigned groupNumber) {
-    return CString(u"Set " + digits(groupNumber));
+    return CString(TEXT("Set ") + digits(groupNumber));
 }
 
 struct ContactNote {
@@ -56,7 +56,7 @@ struct CategoryNote {
 
     CString name(unsigned renaming) const {
         return sharedName >= 0 ? CString(filedUnder[sharedName])
-                               : CString(u"Category " + digits(id) + u'.' + digits(renaming));
+                               : CString(TEXT("Category ") + digits(id) + u'.' + digits(renaming));
     }
 };
 

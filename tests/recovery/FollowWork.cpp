@@ -160,8 +160,8 @@ private:
         fixed.dwID = fixedGroup;
         testing_support::require(book->insertAvailablePBGroup(&fixed, false));
         for (unsigned i = 0; i < sharedContacts; ++i)
-            shared_.push_back(book.add(testing_support::contact().name(u"Shared").group(filedUnder[0])));
-        marker_ = following::OtherProgram().add(u"Marker");
+            shared_.push_back(book.add(testing_support::contact().name(TEXT("Shared")).group(filedUnder[0])));
+        marker_ = following::OtherProgram().add(TEXT("Marker"));
     }
 
     TemporaryFolder folder_;

@@ -58,10 +58,10 @@ unsigned Writer::freeSlot() {
     return 0;
 }
 
-std::u16string Writer::anyCategories() {
-    std::u16string categories;
+WString Writer::anyCategories() {
+    WString categories;
     for (unsigned count = random(4); count != 0; --count) {
-        if (!categories.empty()) categories += u", ";
+        if (!categories.empty()) categories += TEXT(", ");
         categories += filedUnder[random(filedUnderCount)];
     }
     return categories;
@@ -90,9 +90,9 @@ void Writer::changing(ContactNote& of, Change change) {
     const auto categories = [&] {
         return testing_support::textOf(program_.contact(of.oid), &IContact::get_Categories);
     };
-    const std::u16string before = categories();
+    const WString before = categories();
     change();
-    const std::u16string after = categories();
+    const WString after = categories();
     if (after == before) return;  // and perhaps nothing was written, so that nobody hears of it
     of.changed = half_;
     (after.empty() ? of.everUnfiled : of.everFiled) = true;
@@ -107,7 +107,7 @@ void Writer::noteDeath(ContactNote& of) {
 
 void Writer::add() {
     const unsigned number = nextNumber();
-    const std::u16string categories = anyCategories();
+    const WString categories = anyCategories();
     const CEOID oid = program_.addFiled(nameOf(number).view(), categories, mobileOf(number).view());
     note(oid, number, !categories.empty()).bornFiled = !categories.empty();
 }

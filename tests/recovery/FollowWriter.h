@@ -41,7 +41,7 @@ private:
     unsigned random(unsigned below) { return static_cast<unsigned>(random_() % below); }
     unsigned nextNumber();
     unsigned freeSlot();
-    std::u16string anyCategories();
+    WString anyCategories();
     /// Any that exists and that the condition admits; null when there is none.
     template <class Note, class Condition>
     Note* any(std::vector<Note>& notes, Condition admits);

@@ -35,7 +35,12 @@ void fillCache(OperationBench& bench) {
 }
 
 PBRecord newcomer() {
-    return contact().name(u"Moon").group(u"Family").mobile(u"010-4545-6767").bell(u"march.mp3").record();
+    return contact()
+        .name(TEXT("Moon"))
+        .group(TEXT("Family"))
+        .mobile(TEXT("010-4545-6767"))
+        .bell(TEXT("march.mp3"))
+        .record();
 }
 
 constexpr ManagerOperation lifecycle[] = {
@@ -76,7 +81,7 @@ constexpr ManagerOperation records[] = {
      .run =
          [](OperationBench& bench) {
              CObArray props;
-             PBRecord record = contact().name(u"Choi").group(u"Work").categories(u"").record();
+             PBRecord record = contact().name(TEXT("Choi")).group(TEXT("Work")).categories(TEXT("")).record();
              const HRESULT result = bench.during([&](auto& manager) {
                  return manager.getTableAttrsFromPBRecord(PhoneBook::PBDBTBL_POLCONTACTS, bench.cast().choi, record,
                                                           props);
@@ -95,7 +100,12 @@ constexpr ManagerOperation records[] = {
      }},
     {"updatePBRecord",
      [](OperationBench& bench) -> Answer {
-         PBRecord record = contact().name(u"Choi").group(u"Family").home(u"02-898-9898").bell(u"polka.mp3").record();
+         PBRecord record = contact()
+                               .name(TEXT("Choi"))
+                               .group(TEXT("Family"))
+                               .home(TEXT("02-898-9898"))
+                               .bell(TEXT("polka.mp3"))
+                               .record();
          return {bench.during([&](auto& manager) { return manager.updatePBRecord(bench.cast().choi, record); })};
      }},
     {"deletePBRecord", does<[](PhoneBookDBMgr& manager, const Cast& cast) { return manager.deletePBRecord(cast.kim); }>,
@@ -120,37 +130,37 @@ constexpr ManagerOperation records[] = {
 constexpr ManagerOperation searches[] = {
     {"searchPBRecord by name",
      [](OperationBench& bench) {
-         const CString text = u"k";
+         const CString text = TEXT("k");
          return walked(
              bench, [&](auto& manager) { return manager.searchPBRecord(PhoneBook::PBDBATTR_NAME, text); }, 2);
      }},
     {"searchPBRecord by a restriction",
      [](OperationBench& bench) {
-         const CString restriction = u"[FileAs] > \"J\"";
+         const CString restriction = TEXT("[FileAs] > \"J\"");
          return walked(
              bench, [&](auto& manager) { return manager.searchPBRecord(restriction); }, 0);
      }},
     {"searchPBRecord within a result",
      [](OperationBench& bench) {
-         const CString restriction = u"[FileAs] > \"J\"";
+         const CString restriction = TEXT("[FileAs] > \"J\"");
          const std::unique_ptr<Database::Iterator> outer(
              bench.during([&](auto& manager) { return manager.searchPBRecord(restriction); }));
          if (outer == nullptr) return Answer{E_FAIL};  // without one all contacts would be searched
-         CCeDBProp from = CCeDBProp::ofText(0, u"K");
-         CCeDBProp to = CCeDBProp::ofText(0, u"M");
+         CCeDBProp from = CCeDBProp::ofText(0, TEXT("K"));
+         CCeDBProp to = CCeDBProp::ofText(0, TEXT("M"));
          auto* const within = static_cast<Database::POlDBIterator*>(outer.get());
          return walked(
              bench, [&](auto& manager) { return manager.searchPBRecord(within, 0, &from, &to); }, 0);
      }},
     {"searchPBRecordOfTelNo",
      [](OperationBench& bench) {
-         const CString number = u"010";
+         const CString number = TEXT("010");
          return walked(
              bench, [&](auto& manager) { return manager.searchPBRecordOfTelNo(nullptr, number); }, 0);
      }},
     {"searchPBRecordOfPBGroup",
      [](OperationBench& bench) {
-         const CString group = u"Chess";
+         const CString group = TEXT("Chess");
          return walked(
              bench, [&](auto& manager) { return manager.searchPBRecordOfPBGroup(group); }, 0);
      }},
@@ -162,7 +172,7 @@ constexpr ManagerOperation searches[] = {
      }},
     {"qSearchPBRecord",
      [](OperationBench& bench) {
-         const CString prefix = u"K";
+         const CString prefix = TEXT("K");
          return walked(
              bench, [&](auto& manager) { return manager.qSearchPBRecord(PhoneBook::PBDBATTR_NAME, prefix); }, 0);
      }},
@@ -181,7 +191,7 @@ constexpr ManagerOperation callers[] = {
              PBRecord record;
              record.dwCITypeMask = kimsFields;
              DWORD oid = 0;
-             const CString number = u"01011112222";
+             const CString number = TEXT("01011112222");
              const HRESULT result =
                  bench.during([&](auto& manager) { return manager.queryCallerInfo(number, &record, &oid); });
              return answerOf(result, record, oid);

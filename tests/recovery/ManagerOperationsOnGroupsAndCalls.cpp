@@ -1,5 +1,4 @@
 #include <stdexcept>
-#include <string>
 
 #include "tests/phonebook/Following.h"
 #include "tests/recovery/Answers.h"
@@ -15,14 +14,14 @@ using PhoneBook::PhoneBookDBMgr;
 
 namespace {
 
-const CString family = u"Family";
-const CString work = u"Work";
+const CString family = TEXT("Family");
+const CString work = TEXT("Work");
 
 PBGroupInfo group(DWORD id, const WCHAR* name) {
     PBGroupInfo info;
     info.dwID = id;
     info.strName = name;
-    info.strBell = u"tango.mp3";
+    info.strBell = TEXT("tango.mp3");
     return info;
 }
 
@@ -90,7 +89,7 @@ public:
     int committed = 0;
 };
 
-Answer imported(OperationBench& bench, const char* file, std::u16string_view text, int mode) {
+Answer imported(OperationBench& bench, const char* file, WStringView text, int mode) {
     LineListener listener;
     CString path = bench.file(file, text);
     const HRESULT result = bench.during([&](auto& manager) { return manager.buildDBFromFile(path, mode, &listener); });
@@ -131,7 +130,7 @@ constexpr ManagerOperation groups[] = {
      }},
     {"insertAvailablePBGroup",
      [](OperationBench& bench) -> Answer {
-         PBGroupInfo info = group(0, u"Choir");
+         PBGroupInfo info = group(0, TEXT("Choir"));
          return {bench.during([&](auto& manager) { return manager.insertAvailablePBGroup(&info, true); })};
      }},
     {"deleteAvailablePBGroup by ID",
@@ -140,31 +139,31 @@ constexpr ManagerOperation groups[] = {
      does<[](PhoneBookDBMgr& manager, const Cast&) { return manager.deleteAvailablePBGroup(family); }>},
     {"writeAvailablePBGroup of a new ID",
      [](OperationBench& bench) -> Answer {
-         PBGroupInfo info = group(12, u"Choir");
+         PBGroupInfo info = group(12, TEXT("Choir"));
          return {bench.during([&](auto& manager) { return manager.writeAvailablePBGroup(12, &info, 0); })};
      }},
     {"writeAvailablePBGroup keeping what there is",
      [](OperationBench& bench) {
-         PBGroupInfo info = group(1, u"Relatives");
+         PBGroupInfo info = group(1, TEXT("Relatives"));
          const HRESULT result = bench.during(
              [&](auto& manager) { return manager.writeAvailablePBGroup(1, &info, PhoneBook::dwKeepIdAndName_); });
          return answerOf(result, info);
      }},
     {"writeAvailablePBGroup of a new name",
      [](OperationBench& bench) -> Answer {
-         CString name = u"Choir";
-         PBGroupInfo info = group(0, u"Choir");
+         CString name = TEXT("Choir");
+         PBGroupInfo info = group(0, TEXT("Choir"));
          return {bench.during([&](auto& manager) { return manager.writeAvailablePBGroup(name, &info); })};
      }},
     {"writeAvailablePBGroup with another name",
      [](OperationBench& bench) -> Answer {
-         CString name = u"Family";
-         PBGroupInfo info = group(1, u"Relatives");
+         CString name = TEXT("Family");
+         PBGroupInfo info = group(1, TEXT("Relatives"));
          return {bench.during([&](auto& manager) { return manager.writeAvailablePBGroup(name, &info); })};
      }},
     {"updateAvailablePBGroup",
      [](OperationBench& bench) -> Answer {
-         PBGroupInfo info = group(1, u"Family");
+         PBGroupInfo info = group(1, TEXT("Family"));
          return {bench.during(
              [&](auto& manager) { return manager.updateAvailablePBGroup(bench.cast().familyRow, &info); })};
      }},
@@ -175,11 +174,11 @@ constexpr ManagerOperation groups[] = {
 
 constexpr ManagerOperation calls[] = {
     {.name = "insertCallEntry of a contact",
-     .run = [](OperationBench& bench) { return logCall(bench, call(400, u"01011112222")); },
-     .lesser = [](OperationBench& bench) { return logUnasked(bench, call(400, u"01011112222")); }},
+     .run = [](OperationBench& bench) { return logCall(bench, call(400, TEXT("01011112222"))); },
+     .lesser = [](OperationBench& bench) { return logUnasked(bench, call(400, TEXT("01011112222"))); }},
     {.name = "insertCallEntry of a name",
-     .run = [](OperationBench& bench) { return logCall(bench, call(400, u"01099990000", u"Park")); },
-     .lesser = [](OperationBench& bench) { return logUnasked(bench, call(400, u"01099990000", u"Park")); }},
+     .run = [](OperationBench& bench) { return logCall(bench, call(400, TEXT("01099990000"), TEXT("Park"))); },
+     .lesser = [](OperationBench& bench) { return logUnasked(bench, call(400, TEXT("01099990000"), TEXT("Park"))); }},
     {"insertCallEntry into a full history", [](OperationBench& bench) { return logCall(bench, call(9'000)); },
      fillHistory},
     {"queryCallEntry",
@@ -219,9 +218,11 @@ constexpr ManagerOperation handlers[] = {
 
 constexpr ManagerOperation imports[] = {
     {"buildDBFromFile of entries",
-     [](OperationBench& bench) { return imported(bench, "one.csv", u"header\nMoon,Family,,010-4545-6767\n", 0); }},
+     [](OperationBench& bench) { return imported(bench, "one.csv", TEXT("header\nMoon,Family,,010-4545-6767\n"), 0); }},
     {"buildDBFromFile of rows",
-     [](OperationBench& bench) { return imported(bench, "QZ_SpeedDialNo.csv", u"header\n60,4,01045456767,7\n", 1); }},
+     [](OperationBench& bench) {
+         return imported(bench, "QZ_SpeedDialNo.csv", TEXT("header\n60,4,01045456767,7\n"), 1);
+     }},
 };
 
 }  // namespace

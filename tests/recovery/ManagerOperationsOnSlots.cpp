@@ -18,8 +18,8 @@ namespace {
 void markCache(OperationBench& bench) {
     PhoneBookDBMgr& manager = bench.manager();
     manager.fillSDialInfoCache();
-    SpeedDialInfo moved = dial(2).of(bench.cast().park).mobile(u"010-9999-0000");
-    SpeedDialInfo fresh = dial(20).of(bench.cast().park).mobile(u"010-9999-0000");
+    SpeedDialInfo moved = dial(2).of(bench.cast().park).mobile(TEXT("010-9999-0000"));
+    SpeedDialInfo fresh = dial(20).of(bench.cast().park).mobile(TEXT("010-9999-0000"));
     static_cast<void>(manager.writeSDialInfoCache(2, &moved));
     static_cast<void>(manager.writeSDialInfoCache(20, &fresh));
     static_cast<void>(manager.deleteSDialInfoCache(5, nullptr));
@@ -51,32 +51,32 @@ constexpr ManagerOperation speedDial[] = {
      [](OperationBench& bench) {
          SpeedDialInfo info;
          DWORD row = 0;
-         const CString number = u"010-7777-8888";
+         const CString number = TEXT("010-7777-8888");
          const HRESULT result =
              bench.during([&](auto& manager) { return manager.querySpeedDialInfo(number, row, &info); });
          return answerOf(result, row, info);
      }},
     {"insertSpeedDialInfo",
      [](OperationBench& bench) -> Answer {
-         SpeedDialInfo info = dial(30).of(bench.cast().kim).business(u"031-555-6666");
+         SpeedDialInfo info = dial(30).of(bench.cast().kim).business(TEXT("031-555-6666"));
          return {bench.during([&](auto& manager) { return manager.insertSpeedDialInfo(30, &info); })};
      },
      nullptr, fillCache},
     {"updateSpeedDialInfo",
      [](OperationBench& bench) -> Answer {
-         SpeedDialInfo info = dial(6).of(bench.cast().kim).business(u"031-555-6666");
+         SpeedDialInfo info = dial(6).of(bench.cast().kim).business(TEXT("031-555-6666"));
          return {bench.during([&](auto& manager) { return manager.updateSpeedDialInfo(bench.cast().slotRow, &info); })};
      },
      nullptr, fillCache},
     {"writeSpeedDialInfo into a free slot",
      [](OperationBench& bench) -> Answer {
-         SpeedDialInfo info = dial(31).of(bench.cast().park).mobile(u"010-9999-0000");
+         SpeedDialInfo info = dial(31).of(bench.cast().park).mobile(TEXT("010-9999-0000"));
          return {bench.during([&](auto& manager) { return manager.writeSpeedDialInfo(31, &info); })};
      },
      nullptr, fillCache},
     {"writeSpeedDialInfo over a slot",
      [](OperationBench& bench) -> Answer {
-         SpeedDialInfo info = dial(5).of(bench.cast().kim).business(u"031-555-6666");
+         SpeedDialInfo info = dial(5).of(bench.cast().kim).business(TEXT("031-555-6666"));
          return {bench.during([&](auto& manager) { return manager.writeSpeedDialInfo(5, &info); })};
      },
      nullptr, fillCache},
@@ -85,7 +85,7 @@ constexpr ManagerOperation speedDial[] = {
      fillCache},
     {"deleteSpeedDialInfo of a contact",
      [](OperationBench& bench) -> Answer {
-         SpeedDialInfo info = dial(3).of(bench.cast().kim).home(u"02-333-4444");
+         SpeedDialInfo info = dial(3).of(bench.cast().kim).home(TEXT("02-333-4444"));
          return {bench.during([&](auto& manager) { return manager.deleteSpeedDialInfo(3, &info); })};
      },
      nullptr, fillCache},
@@ -115,7 +115,7 @@ constexpr ManagerOperation speedDial[] = {
      }},
     {"setSDialIDInPBExt by number",
      [](OperationBench& bench) -> Answer {
-         const CString number = u"01077778888";
+         const CString number = TEXT("01077778888");
          return {bench.during(
              [&](auto& manager) { return manager.setSDialIDInPBExt(33, number, speed_dial::mobileType); })};
      }},
@@ -162,7 +162,7 @@ constexpr ManagerOperation speedDialCache[] = {
      .run =
          [](OperationBench& bench) {
              std::array<SpeedDialInfo, PhoneBookDBMgr::nSDialCacheSize_> cache;
-             cache[2] = dial(2).mobile(u"01011112222");
+             cache[2] = dial(2).mobile(TEXT("01011112222"));
              const HRESULT result =
                  bench.during([&](auto& manager) { return manager.fillSDialInfoCacheInPBExt(cache.data()); });
              return cacheOf(result, cache.data());
@@ -171,7 +171,7 @@ constexpr ManagerOperation speedDialCache[] = {
     {.name = "writeSDialInfoCache",
      .run = [](OperationBench& bench) -> Answer {
          SpeedDialInfo info =
-             dial(8).of(bench.cast().park).name(u"Park, of whom no more is known").mobile(u"01099990000");
+             dial(8).of(bench.cast().park).name(TEXT("Park, of whom no more is known")).mobile(TEXT("01099990000"));
          return {bench.during([&](auto& manager) { return manager.writeSDialInfoCache(8, &info); })};
      },
      .usesStore = false},
@@ -183,7 +183,7 @@ constexpr ManagerOperation speedDialCache[] = {
      .run =
          [](OperationBench& bench) {
              SpeedDialInfo info;
-             const CString number = u"01077778888";
+             const CString number = TEXT("01077778888");
              const HRESULT result =
                  bench.during([&](auto& manager) { return manager.querySDialInfoCache(number, &info); });
              return answerOf(result, info);

@@ -37,26 +37,28 @@ void setSlot(OpenPhoneBook& book, const dial& entry) {
 
 void addContacts(OpenPhoneBook& book, Cast& cast) {
     cast.kim = book.add(contact()
-                            .name(u"Kim")
-                            .group(u"Family")
-                            .categories(u"Friends")
-                            .mobile(u"010-1111-2222")
-                            .home(u"02-333-4444")
-                            .business(u"031-555-6666")
-                            .bell(u"waltz.mp3"));
-    cast.lee = book.add(contact().name(u"Lee").group(u"Family").mobile(u"010-7777-8888"));
-    cast.park = book.add(contact().name(u"Park").mobile(u"010-9999-0000"));
-    cast.choi = book.add(contact().name(u"Choi").group(u"Work").categories(u"Chess").home(u"02-121-2121"));
-    cast.jung = book.add(contact().name(u"Jung").group(u"Family").mobile(u"010-3434-5656"));
-    cast.yoon = book.add(contact().name(u"Yoon").group(u"Work").mobile(u"010-7878-9090"));
-    setSlot(book, dial(2).of(cast.kim).mobile(u"010-1111-2222"));
-    setSlot(book, dial(3).of(cast.kim).home(u"02-333-4444"));
-    setSlot(book, dial(5).of(cast.lee).mobile(u"010-7777-8888"));
-    setSlot(book, dial(9).of(cast.yoon).mobile(u"010-7878-9090"));
+                            .name(TEXT("Kim"))
+                            .group(TEXT("Family"))
+                            .categories(TEXT("Friends"))
+                            .mobile(TEXT("010-1111-2222"))
+                            .home(TEXT("02-333-4444"))
+                            .business(TEXT("031-555-6666"))
+                            .bell(TEXT("waltz.mp3")));
+    cast.lee = book.add(contact().name(TEXT("Lee")).group(TEXT("Family")).mobile(TEXT("010-7777-8888")));
+    cast.park = book.add(contact().name(TEXT("Park")).mobile(TEXT("010-9999-0000")));
+    cast.choi =
+        book.add(contact().name(TEXT("Choi")).group(TEXT("Work")).categories(TEXT("Chess")).home(TEXT("02-121-2121")));
+    cast.jung = book.add(contact().name(TEXT("Jung")).group(TEXT("Family")).mobile(TEXT("010-3434-5656")));
+    cast.yoon = book.add(contact().name(TEXT("Yoon")).group(TEXT("Work")).mobile(TEXT("010-7878-9090")));
+    setSlot(book, dial(2).of(cast.kim).mobile(TEXT("010-1111-2222")));
+    setSlot(book, dial(3).of(cast.kim).home(TEXT("02-333-4444")));
+    setSlot(book, dial(5).of(cast.lee).mobile(TEXT("010-7777-8888")));
+    setSlot(book, dial(9).of(cast.yoon).mobile(TEXT("010-7878-9090")));
 }
 
 void logCalls(OpenPhoneBook& book) {
-    for (const auto& [ticks, number] : {std::pair(100, u"01011112222"), {200, u"5550000"}, {300, u"01077778888"}}) {
+    for (const auto& [ticks, number] :
+         {std::pair(100, TEXT("01011112222")), {200, TEXT("5550000")}, {300, TEXT("01077778888")}}) {
         PhoneBook::CallEntry call = PhoneBook::calls_test::call(static_cast<std::uint64_t>(ticks), number);
         require(book->insertCallEntry(&call) == S_OK, "a call was not logged");
     }
@@ -64,11 +66,11 @@ void logCalls(OpenPhoneBook& book) {
 
 void workOnItElsewhere(Cast& cast) {
     const following::OtherProgram other;
-    cast.han = other.addFiled(u"Han", u"Family, Friends", u"010-2323-4545");
-    other.file(cast.jung, u"Chess");
+    cast.han = other.addFiled(TEXT("Han"), TEXT("Family, Friends"), TEXT("010-2323-4545"));
+    other.file(cast.jung, TEXT("Chess"));
     other.remove(cast.yoon);
-    other.add(u"Seo");
-    cast.sports = PhoneBook::groups_test::addCategory(u"Sports", 7);
+    other.add(TEXT("Seo"));
+    cast.sports = PhoneBook::groups_test::addCategory(TEXT("Sports"), 7);
 }
 
 DWORD rowWith(UINT table, int attr, const CCeDBProp& value) {
@@ -84,8 +86,8 @@ void findRows(Cast& cast) {
     using namespace PhoneBook;
     cast.kimsRow = rowWith(PBDBTBL_PHONEBOOKEXT, 0, CCeDBProp::ofUI4(0x100, cast.kim));
     cast.slotRow = rowWith(PBDBTBL_SPEEDDIALNO, 0, CCeDBProp::ofI2(0x200, 5));
-    cast.familyRow = rowWith(PBDBTBL_AVAILABLEPBGROUP, 1, CCeDBProp::ofText(0x301, u"Family"));
-    cast.call = rowWith(PBDBTBL_CALLHISTORY, 1, CCeDBProp::ofText(0x401, u"5550000"));
+    cast.familyRow = rowWith(PBDBTBL_AVAILABLEPBGROUP, 1, CCeDBProp::ofText(0x301, TEXT("Family")));
+    cast.call = rowWith(PBDBTBL_CALLHISTORY, 1, CCeDBProp::ofText(0x401, TEXT("5550000")));
 }
 
 }  // namespace
@@ -95,8 +97,8 @@ PreparedStore prepareStore(void (*alter)(PhoneBookDBMgr&)) {
     const std::string path = (folder / "store.db").string();
     PreparedStore prepared;
     mount(path, testing_support::quickOptions());
-    PhoneBook::groups_test::addCategory(u"Family", 1);
-    prepared.cast.work = PhoneBook::groups_test::addCategory(u"Work", 2);
+    PhoneBook::groups_test::addCategory(TEXT("Family"), 1);
+    prepared.cast.work = PhoneBook::groups_test::addCategory(TEXT("Work"), 2);
     {
         OpenPhoneBook book;
         addContacts(book, prepared.cast);
@@ -121,7 +123,7 @@ OperationBench::~OperationBench() {
     ObjectStore::unmount();
 }
 
-CString OperationBench::file(const char* name, std::u16string_view text) const {
+CString OperationBench::file(const char* name, WStringView text) const {
     const std::filesystem::path made = folder_ / name;
     testing_support::writeFile(made, testing_support::utf16Bytes(text));
     return *textOfUtf8(made.string());

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
@@ -69,7 +68,7 @@ public:
     void setFailure(Failure* failure) { failure_ = failure; }
     const Cast& cast() const { return cast_; }
     /// A file for an import.
-    CString file(const char* name, std::u16string_view text) const;
+    CString file(const char* name, WStringView text) const;
 
     /// Another program commits something that changes nothing, so that whatever SQLite has read before counts no
     /// more, and every page is read anew.

@@ -66,12 +66,12 @@ public:
 private:
     /// As much as a record takes of one text, each time in one contact and another.
     PhoneBookDeed writeLongText() {
-        constexpr const WCHAR* name = u"Somebody with a long address";
+        constexpr const WCHAR* name = TEXT("Somebody with a long address");
         CCeDBProp key = CCeDBProp::ofText(0, name);
         const std::unique_ptr<Database::Iterator> namesakes(
             (*book_)->getIterator(UINT{PhoneBook::PBDBATTR_NAME}, &key, &key));
         const DWORD there = namesakes == nullptr ? 0 : namesakes->getAt(0);
-        const std::u16string text(30'000, static_cast<char16_t>(u'a' + choices_.below(26)));
+        const WString text(30'000, static_cast<WCHAR>(u'a' + choices_.below(26)));
         PhoneBook::PBRecord record = contact().name(name).email(text).record();
         const HRESULT result =
             there != 0 ? (*book_)->updatePBRecord(there, record) : (*book_)->insertPBRecord(record, nullptr);

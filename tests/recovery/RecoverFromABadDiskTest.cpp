@@ -26,7 +26,7 @@ void makeStore(const std::filesystem::path& file) {
     {
         testing_support::OpenPhoneBook book;
         for (int i = 0; i < contacts; ++i)
-            book.add(testing_support::contact().name(u"Kim").mobile(u"010-1234"));
+            book.add(testing_support::contact().name(TEXT("Kim")).mobile(TEXT("010-1234")));
     }
     ObjectStore::unmount();
 }

@@ -30,9 +30,9 @@ constexpr int numbersOfEach = 3;
 using Slots = std::array<bool, contacts * numbersOfEach>;
 using Contacts = std::array<DWORD, contacts>;
 
-std::u16string numberIn(int index) {
+WString numberIn(int index) {
     const std::string digits = std::to_string(1'000 + index);
-    return u"010-" + std::u16string(digits.begin(), digits.end());
+    return TEXT("010-") + WString(digits.begin(), digits.end());
 }
 
 Contacts makeContacts() {
@@ -41,7 +41,7 @@ Contacts makeContacts() {
     for (int i = 0; i < contacts; ++i) {
         const int first = i * numbersOfEach;
         oids[static_cast<std::size_t>(i)] = book.add(testing_support::contact()
-                                                         .name(u"Kim")
+                                                         .name(TEXT("Kim"))
                                                          .mobile(numberIn(first))
                                                          .home(numberIn(first + 1))
                                                          .business(numberIn(first + 2)));
@@ -116,7 +116,7 @@ Slots slotsIn(PhoneBookDBMgr& manager, const Contacts& oids) {
         EXPECT_TRUE(index >= 0 && index < static_cast<int>(slots.size())) << row;
         EXPECT_FALSE(slots.at(static_cast<std::size_t>(index))) << "twice: " << row;
         const CString number = PhoneBookDBMgr::makeCNIP(numberIn(index).c_str());
-        EXPECT_EQ((speed_dial::Row{index + 1, DWORD{4} << index % numbersOfEach, std::u16string(number.view())}), row);
+        EXPECT_EQ((speed_dial::Row{index + 1, DWORD{4} << index % numbersOfEach, WString(number.view())}), row);
         slots.at(static_cast<std::size_t>(index)) = true;
     }
     for (std::size_t i = 0; i < oids.size(); ++i) {

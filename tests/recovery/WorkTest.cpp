@@ -111,7 +111,7 @@ TEST(PhoneBookWork, SucceedsAtEveryKindOfOperationSoonerOrLater) {
 
 TEST_P(Work, FindsRowsThatBreakTheRules) {
     OpenPhoneBook book;
-    const CEOID kim = book.add(contact().name(u"Kim").mobile(u"010-1").group(u"Family"));
+    const CEOID kim = book.add(contact().name(TEXT("Kim")).mobile(TEXT("010-1")).group(TEXT("Family")));
     ASSERT_THAT(faultsOf(contentsOfStore()), IsEmpty());
 
     CCeDBRecord second = extensionRowOf(kim);
@@ -135,11 +135,11 @@ TEST_P(Work, FindsMoreCallsThanTheHistoryKeeps) {
 
 TEST_P(Work, FindsADifferenceInASingleProperty) {
     OpenPhoneBook book;
-    const CEOID kim = book.add(contact().name(u"Kim").group(u"Family"));
+    const CEOID kim = book.add(contact().name(TEXT("Kim")).group(TEXT("Family")));
     const StoreContents before = contentsOfStore();
     EXPECT_EQ("", differencesBetween(before, contentsOfStore()));
     EXPECT_TRUE(before == contentsOfStore());
-    PhoneBook::PBRecord renamed = contact().name(u"Lim").record();
+    PhoneBook::PBRecord renamed = contact().name(TEXT("Lim")).record();
     require(book->updatePBRecord(kim, renamed));
     EXPECT_FALSE(before == contentsOfStore());
     EXPECT_THAT(differencesBetween(before, contentsOfStore()), HasSubstr("\"Lim\""));

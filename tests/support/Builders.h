@@ -1,7 +1,6 @@
 #pragma once
 
 #include <stdexcept>
-#include <string_view>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/phonebook/model/PBAttributes.h"
@@ -12,16 +11,16 @@ namespace testing_support {
 /// Builds a record whose mask names just the fields that were given.
 class contact {
 public:
-    contact& name(std::u16string_view text) { return set(PhoneBook::PBDBATTR_NAME, text); }
-    contact& group(std::u16string_view text) { return set(PhoneBook::PBDBATTR_GROUP, text); }
-    contact& categories(std::u16string_view text) { return set(PhoneBook::PBDBATTR_CATEGORIES, text); }
-    contact& mobile(std::u16string_view text) { return set(PhoneBook::PBDBATTR_MOBILETEL, text); }
-    contact& home(std::u16string_view text) { return set(PhoneBook::PBDBATTR_HOMETEL, text); }
-    contact& business(std::u16string_view text) { return set(PhoneBook::PBDBATTR_BUSINESSTEL, text); }
-    contact& email(std::u16string_view text) { return set(PhoneBook::PBDBATTR_EMAIL, text); }
-    contact& pager(std::u16string_view text) { return set(PhoneBook::PBDBATTR_PAGER, text); }
-    contact& fax(std::u16string_view text) { return set(PhoneBook::PBDBATTR_BUSINESSFAX, text); }
-    contact& bell(std::u16string_view text) { return set(PhoneBook::PBDBATTR_BELL, text); }
+    contact& name(WStringView text) { return set(PhoneBook::PBDBATTR_NAME, text); }
+    contact& group(WStringView text) { return set(PhoneBook::PBDBATTR_GROUP, text); }
+    contact& categories(WStringView text) { return set(PhoneBook::PBDBATTR_CATEGORIES, text); }
+    contact& mobile(WStringView text) { return set(PhoneBook::PBDBATTR_MOBILETEL, text); }
+    contact& home(WStringView text) { return set(PhoneBook::PBDBATTR_HOMETEL, text); }
+    contact& business(WStringView text) { return set(PhoneBook::PBDBATTR_BUSINESSTEL, text); }
+    contact& email(WStringView text) { return set(PhoneBook::PBDBATTR_EMAIL, text); }
+    contact& pager(WStringView text) { return set(PhoneBook::PBDBATTR_PAGER, text); }
+    contact& fax(WStringView text) { return set(PhoneBook::PBDBATTR_BUSINESSFAX, text); }
+    contact& bell(WStringView text) { return set(PhoneBook::PBDBATTR_BELL, text); }
     contact& birthday(DATE date) {
         record_.dtBirthday = date;
         record_.dwCITypeMask |= PhoneBook::aPBAttribute_[PhoneBook::PBDBATTR_BIRTHDAY].mask;
@@ -33,7 +32,7 @@ public:
     PhoneBook::PBRecord record() const { return record_; }
 
 private:
-    contact& set(PhoneBook::PBDBAttrID attribute, std::u16string_view text) {
+    contact& set(PhoneBook::PBDBAttrID attribute, WStringView text) {
         record_.*PhoneBook::aPBAttribute_[attribute].text = CString(text);
         record_.dwCITypeMask |= PhoneBook::aPBAttribute_[attribute].mask;
         return *this;

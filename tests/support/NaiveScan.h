@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cwctype>
-#include <string>
 #include <utility>
 #include <vector>
 

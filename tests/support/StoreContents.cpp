@@ -70,11 +70,11 @@ bool sameBits(const CCeDBProp& left, const CCeDBProp& right) {
     return std::bit_cast<std::uint64_t>(left.getR8()) == std::bit_cast<std::uint64_t>(right.getR8());
 }
 
-void printText(std::ostream& out, std::u16string_view text) {
+void printText(std::ostream& out, WStringView text) {
     constexpr std::size_t most = 60;
     out << '"' << utf8Of(text.substr(0, most)) << '"';
     if (text.size() > most)
-        out << "... (" << text.size() << " characters, hash " << std::hash<std::u16string_view>()(text) << ")";
+        out << "... (" << text.size() << " characters, hash " << std::hash<WStringView>()(text) << ")";
 }
 
 void printValue(std::ostream& out, const CCeDBProp& prop) {
@@ -199,7 +199,7 @@ StoredDatabase contentsOfDatabase(const WCHAR* name) {
     return database;
 }
 
-const StoredDatabase& StoreContents::database(std::u16string_view name) const {
+const StoredDatabase& StoreContents::database(WStringView name) const {
     const auto found = std::ranges::find(databases, name, &StoredDatabase::name);
     if (found == databases.end()) throw std::out_of_range(utf8Of(name));
     return *found;

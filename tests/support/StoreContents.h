@@ -2,7 +2,6 @@
 
 #include <iosfwd>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tessera/platform/base/Types.h"
@@ -22,7 +21,7 @@ struct StoredRecord {
 };
 
 struct StoredDatabase {
-    std::u16string name;
+    WString name;
     CEOID oid = 0;
     DWORD recordCount = 0;  ///< This and the bytes are what the database's information says.
     DWORD byteCount = 0;
@@ -42,7 +41,7 @@ struct StoreContents {
     std::vector<StoredDatabase> databases;
 
     /// Throws when it is not one of a phone book's.
-    const StoredDatabase& database(std::u16string_view name) const;
+    const StoredDatabase& database(WStringView name) const;
 
     friend bool operator==(const StoreContents&, const StoreContents&) = default;
     friend std::ostream& operator<<(std::ostream& out, const StoreContents& contents);

@@ -15,9 +15,9 @@
 namespace testing_support {
 
 /// The bytes of a text in UTF-16LE, without a byte-order mark.
-inline std::string utf16Bytes(std::u16string_view text) {
+inline std::string utf16Bytes(WStringView text) {
     std::string bytes;
-    for (const char16_t unit : text) {
+    for (const WCHAR unit : text) {
         bytes += static_cast<char>(unit & 0xFF);
         bytes += static_cast<char>(unit >> 8);
     }

@@ -23,7 +23,7 @@ public:
 std::ptrdiff_t contactsIn(const std::string& store) {
     EXPECT_TRUE(ObjectStore::mount(store)) << ObjectStore::errorText();
     CCeDBDatabase contacts;
-    EXPECT_TRUE(contacts.open(u"Contacts Database", nullptr, nullptr));
+    EXPECT_TRUE(contacts.open(TEXT("Contacts Database"), nullptr, nullptr));
     const std::ptrdiff_t count = contacts.getNumRecords();
     contacts.close();
     ObjectStore::unmount();

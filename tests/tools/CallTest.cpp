@@ -42,12 +42,12 @@ void fillHistory(const Tool& tool, DWORD count) {
     ASSERT_TRUE(ObjectStore::mount(tool.store().string())) << ObjectStore::errorText();
     {
         CCeDBDatabase calls;
-        ASSERT_TRUE(calls.open(u"QZ_CallHistory", nullptr, nullptr));
+        ASSERT_TRUE(calls.open(TEXT("QZ_CallHistory"), nullptr, nullptr));
         for (DWORD i = 1; i <= count; ++i) {
             const std::string digits = std::to_string(i);
             CCeDBRecord record;
             record.addProp(CCeDBProp::ofFileTime(0x400, fileTimeOf(125'911'584'000'000'000 + i)));
-            record.addProp(CCeDBProp::ofText(0x401, CString(std::u16string(digits.begin(), digits.end()))));
+            record.addProp(CCeDBProp::ofText(0x401, CString(WString(digits.begin(), digits.end()))));
             ASSERT_NE(calls.add(record), 0u);
         }
     }

@@ -34,7 +34,7 @@ TEST(ToolCategory, ListsTheCategoriesOfANewPhoneBookByName) {
 
 TEST(ToolCategory, LeavesTheCategoriesOfAnotherProgramAsTheyAre) {
     const Tool tool;
-    addCategoryAlone(tool, u"chess", 40);
+    addCategoryAlone(tool, TEXT("chess"), 40);
     tool("init");
     EXPECT_THAT(namesIn(tool.json(0, "category", "list")), ElementsAre("chess"));
     EXPECT_EQ(tool.json(0, "group", "list"), (Json{{{"id", 40}, {"name", "chess"}, {"reject", false}}}));
@@ -62,18 +62,18 @@ TEST(ToolCategory, AddsACategoryAndItsGroup) {
 
 TEST(ToolCategory, GivesTheNextIdAfterThoseOfAllCategoriesAndGroups) {
     const Categories tool;
-    addCategoryAlone(tool, u"chess", 40);
+    addCategoryAlone(tool, TEXT("chess"), 40);
     EXPECT_EQ(tool.json(0, "group", "add", "club")["id"], 41);
     EXPECT_EQ(tool.json(0, "category", "add", "tea")["id"], 42);
     EXPECT_EQ(tool.json(0, "group", "list")[0]["id"], 40);
-    addCategoryAlone(tool, u"last", 32'767);
+    addCategoryAlone(tool, TEXT("last"), 32'767);
     expectFailure(tool("category", "add", "more"), 3, "no ID left");
     expectFailure(tool("group", "add", "more"), 3, "no ID left");
 }
 
 TEST(ToolCategory, GivesAGroupToACategoryWithoutOne) {
     const Categories tool;
-    addCategoryAlone(tool, u"chess", 40);
+    addCategoryAlone(tool, TEXT("chess"), 40);
     EXPECT_EQ(tool.json(0, "group", "add", "chess")["id"], 40);
     EXPECT_THAT(tool.names(), SizeIs(5));
     EXPECT_THAT(tool.groups(), SizeIs(5));
@@ -82,7 +82,7 @@ TEST(ToolCategory, GivesAGroupToACategoryWithoutOne) {
 TEST(ToolCategory, RenamesACategoryInAllContactsThatCarryItAndItsGroup) {
     const Categories tool;
     const Json bella = tool.json(0, "add", "--name", "Bella", "--group", "학교")["oid"];
-    fileUnder(tool, bella, u"chess , \"친구\",학교");
+    fileUnder(tool, bella, TEXT("chess , \"친구\",학교"));
     tool("group", "ring", "친구", "--call", "ding");
     EXPECT_EQ(tool("category", "rename", "친구", "동무").out, "renamed category 동무\n");
     EXPECT_EQ(tool.shown()["group"], "동무");
@@ -95,7 +95,7 @@ TEST(ToolCategory, RenamesACategoryInAllContactsThatCarryItAndItsGroup) {
 
 TEST(ToolCategory, DoesNotTouchNamesThatOnlyHoldTheCategory) {
     const Categories tool;
-    fileUnder(tool, tool.anna, u"옛 친구, 친구들");
+    fileUnder(tool, tool.anna, TEXT("옛 친구, 친구들"));
     tool("category", "rename", "친구", "동무");
     EXPECT_EQ(tool.shown()["categories"], "옛 친구, 친구들");
 }
@@ -110,7 +110,7 @@ TEST(ToolCategory, ChangesNothingWhenACategoryIsRenamedToItself) {
 TEST(ToolCategory, DeletesACategoryFromAllContactsThatCarryItAndItsGroup) {
     const Categories tool;
     const Json bella = tool.json(0, "add", "--name", "Bella", "--group", "학교")["oid"];
-    fileUnder(tool, bella, u"친구, chess, 친구");
+    fileUnder(tool, bella, TEXT("친구, chess, 친구"));
     EXPECT_EQ(tool("category", "delete", "친구").out, "deleted category 친구\n");
     EXPECT_FALSE(tool.shown().contains("group"));
     EXPECT_FALSE(tool.shown().contains("categories"));
@@ -122,7 +122,7 @@ TEST(ToolCategory, DeletesACategoryFromAllContactsThatCarryItAndItsGroup) {
 TEST(ToolCategory, DeletesACategoryThatHasNoGroup) {
     const Categories tool;
     tool("group", "add", "temporary");
-    addCategoryAlone(tool, u"one, two", 40);
+    addCategoryAlone(tool, TEXT("one, two"), 40);
     EXPECT_EQ(tool("category", "delete", "one, two").status, 0);
     EXPECT_THAT(tool.names(), SizeIs(5));
     EXPECT_THAT(tool.groups(), SizeIs(5));

@@ -37,8 +37,8 @@ public:
     }
     void dialTwice(int slot) const {
         for (int i = 0; i < 2; ++i)
-            addRow(u"QZ_SpeedDialNo",
-                   {CCeDBProp::ofI2(0x200, static_cast<std::int16_t>(slot)), CCeDBProp::ofText(0x202, u"0101")});
+            addRow(TEXT("QZ_SpeedDialNo"),
+                   {CCeDBProp::ofI2(0x200, static_cast<std::int16_t>(slot)), CCeDBProp::ofText(0x202, TEXT("0101"))});
     }
     /// The backups that repairs have made beside the store.
     std::vector<std::filesystem::path> backups() const {
@@ -76,7 +76,7 @@ TEST(ToolCheck, SaysInJsonWhatItLookedAt) {
 
 TEST(ToolCheck, NamesWhatIsWrongAndWhatCanBeMended) {
     const Check tool;
-    const Json oid = addContactAlone(tool, u"Anna", u"친구, 가족");
+    const Json oid = addContactAlone(tool, TEXT("Anna"), TEXT("친구, 가족"));
     tool.dialTwice(5);
     const Outcome outcome = tool("check");
     EXPECT_EQ(outcome.status, 1);
@@ -89,7 +89,7 @@ TEST(ToolCheck, NamesWhatIsWrongAndWhatCanBeMended) {
 
 TEST(ToolCheck, DescribesInJsonWhatIsWrong) {
     const Check tool;
-    const CEOID category = addCategoryAlone(tool, u"동호회", 40);
+    const CEOID category = addCategoryAlone(tool, TEXT("동호회"), 40);
     tool.dialTwice(5);
     EXPECT_EQ(tool.json(1, "check")["phoneBook"], (Json{{{"what", "repeated-slot"},
                                                          {"slot", 5},
@@ -104,7 +104,7 @@ TEST(ToolCheck, DescribesInJsonWhatIsWrong) {
 
 TEST(ToolCheck, MendsWhatItCanAfterABackup) {
     const Check tool;
-    const Json oid = addContactAlone(tool, u"Anna", u"친구");
+    const Json oid = addContactAlone(tool, TEXT("Anna"), TEXT("친구"));
     const Outcome outcome = tool("check", "--repair");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
@@ -121,7 +121,7 @@ TEST(ToolCheck, MendsWhatItCanAfterABackup) {
 
 TEST(ToolCheck, SaysInJsonWhatItMended) {
     const Check tool;
-    const Json oid = addContactAlone(tool, u"Anna", u"친구");
+    const Json oid = addContactAlone(tool, TEXT("Anna"), TEXT("친구"));
     tool.dialTwice(5);
     const Json report = tool.json(1, "check", "--repair");
     EXPECT_THAT(keysOf(report), ElementsAre("store", "full", "file", "phoneBook", "backup", "mended"));
@@ -134,8 +134,8 @@ TEST(ToolCheck, SaysInJsonWhatItMended) {
 
 TEST(ToolCheck, MakesABackupOfItsOwnForEachRepair) {
     const Check tool;
-    for (const char16_t* name : {u"Anna", u"Bella", u"Cara"}) {
-        addContactAlone(tool, name, u"친구");
+    for (const WCHAR* name : {TEXT("Anna"), TEXT("Bella"), TEXT("Cara")}) {
+        addContactAlone(tool, name, TEXT("친구"));
         EXPECT_EQ(tool("check", "--repair").status, 0);
     }
     EXPECT_THAT(tool.backups(), SizeIs(3));
@@ -210,7 +210,7 @@ TEST(ToolCheck, SendsToRecoverForARecordThatCannotBeRead) {
 
 TEST(ToolCheck, SendsToRecoverAndNotToItselfForDamageThatShowsWhenItMends) {
     const Check tool;
-    addCategoryAlone(tool, u"chess", 40);
+    addCategoryAlone(tool, TEXT("chess"), 40);
     testing_support::runSql(tool.store(),
                             "CREATE TRIGGER damage BEFORE INSERT ON record "
                             "BEGIN SELECT RAISE(ABORT, 'damaged'); END");
@@ -259,7 +259,7 @@ TEST(ToolCheck, TakesAStoreOfAnyName) {
 TEST(ToolCheck, ShowsNamesInAWayThatATerminalDoesNotObey) {
     const Check tool;
     const Json oid = tool.json(0, "add", "--name", "Anna", "--group", "\x1B[31mred")["oid"];
-    fileUnder(tool, oid, u"친구");
+    fileUnder(tool, oid, TEXT("친구"));
     for (const Outcome& outcome : {tool("check"), tool("check", "--repair")}) {
         EXPECT_THAT(outcome.out, HasSubstr("is in group \"\\u{1b}[31mred\", which"));
         EXPECT_THAT(outcome.out, Not(HasSubstr("\x1B")));

@@ -69,7 +69,7 @@ inline CEOID addCategoryAlone(const Tool& tool, const CString& name, std::int16_
     CEOID oid = 0;
     asAnotherProgram(tool, [&] {
         CCeDBDatabase categories;
-        ASSERT_TRUE(categories.open(u"\\Categories Database", nullptr, nullptr));
+        ASSERT_TRUE(categories.open(TEXT("\\Categories Database"), nullptr, nullptr));
         CCeDBRecord record;
         record.addProp(CCeDBProp::ofText(0x4001, name));
         record.addProp(CCeDBProp::ofI2(0x4002, id));
@@ -83,7 +83,7 @@ inline CEOID addCategoryAlone(const Tool& tool, const CString& name, std::int16_
 inline void deleteCategoryAlone(const Tool& tool, CEOID oid) {
     asAnotherProgram(tool, [&] {
         CEOID database = 0;
-        const HANDLE categories = CeOpenDatabaseEx2(&database, u"\\Categories Database", 0, 0, 0, nullptr);
+        const HANDLE categories = CeOpenDatabaseEx2(&database, TEXT("\\Categories Database"), 0, 0, 0, nullptr);
         EXPECT_TRUE(CeDeleteRecord(categories, oid));
         CloseHandle(categories);
     });

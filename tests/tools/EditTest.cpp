@@ -97,7 +97,7 @@ TEST(ToolEdit, TakesAContactOutOfItsGroup) {
 
 TEST(ToolEdit, KeepsOtherCategoriesInOrderAndNoneTwice) {
     const OneFriend tool;
-    fileUnder(tool, tool.before["oid"], u"work, 친구 ,chess,work,, \"a, b\"");
+    fileUnder(tool, tool.before["oid"], TEXT("work, 친구 ,chess,work,, \"a, b\""));
     EXPECT_EQ(tool.json(0, "edit", tool.oid, "--name", "Anna")["categories"], "친구, work, chess, \"a, b\"");
     EXPECT_EQ(tool.json(0, "edit", tool.oid, "--group", "chess")["categories"], "chess, work, \"a, b\"");
     EXPECT_EQ(tool.json(0, "edit", tool.oid, "--group", "")["categories"], "work, \"a, b\"");
@@ -115,7 +115,7 @@ TEST(ToolEdit, KeepsAGroupWhoseNameSeparates) {
 
 TEST(ToolEdit, KeepsTheNotesOfAnotherProgram) {
     const OneFriend tool;
-    takeNotes(tool, tool.before["oid"], u"likes tea");
+    takeNotes(tool, tool.before["oid"], TEXT("likes tea"));
     EXPECT_EQ(tool.json(0, "edit", tool.oid, "--name", "Anna")["body"], "likes tea");
 }
 

@@ -20,10 +20,10 @@ void addPeople(const Tool& tool) {
          "--primary", "1024");
     tool("add", "--mobile", "010-9");
     const Json noted = tool.json(0, "add", "--name", "Noted", "--group", "friends")["oid"];
-    takeNotes(tool, noted, u"one\ntwo, three; four \\ five");
-    fileUnder(tool, noted, u"friends, chess,\"a, b\"");
+    takeNotes(tool, noted, TEXT("one\ntwo, three; four \\ five"));
+    fileUnder(tool, noted, TEXT("friends, chess,\"a, b\""));
     const Json ungrouped = tool.json(0, "add", "--name", "Ungrouped")["oid"];
-    fileUnder(tool, ungrouped, u"chess");
+    fileUnder(tool, ungrouped, TEXT("chess"));
     const std::string left = tool.json(0, "add", "--name", "Left", "--group", "friends")["oid"].dump();
     tool("edit", left, "--group", "");
     tool("add", "--name", "Primary of nothing", "--home", "02-2", "--primary", "16");
@@ -92,7 +92,7 @@ TEST(ToolExportFormats, AreOneAtATime) {
 TEST(ToolExportFormats, RefuseTextThatIsNone) {
     const Tool tool;
     changeContact(tool, tool.json(0, "add", "--name", "Anna")["oid"], [](IContact& contact) {
-        contact.put_Email1Address(Bstr(CString(std::u16string_view(u"\xD83D!", 2))).get());
+        contact.put_Email1Address(Bstr(CString(WStringView(TEXT("\xD83D!"), 2))).get());
     });
     expectFailure(tool("export", "--format", "vcard"), 3, "\"email\" is no well-formed text");
 }

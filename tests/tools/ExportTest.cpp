@@ -13,9 +13,9 @@ using testing_support::utf16Bytes;
 
 namespace {
 
-constexpr std::u16string_view header =
-    u"\uFEFFName,Group,Categories,Mobile,Home,Business,E-mail,Avatar,Photo,Bell,Birthday,Calling screen,Pager,Fax,"
-    u"Notes,Private,Primary\n";
+constexpr WStringView header =
+    TEXT("\uFEFFName,Group,Categories,Mobile,Home,Business,E-mail,Avatar,Photo,Bell,Birthday,Calling screen,Pager,Fax,")
+        TEXT("Notes,Private,Primary\n");
 
 std::string exported(const Tool& tool) {
     const Outcome outcome = tool("export");
@@ -69,9 +69,9 @@ TEST(ToolExport, WritesALineForEachContactInTheOrderOfTheirNames) {
          "--photo", "ph", "--bell", "be", "--calling-screen", "28", "--private", "513", "--primary", "16");
     EXPECT_EQ(
         exported(tool),
-        utf16Bytes(std::u16string(header) +
-                   u"Bella,,,,,,,,,,,,,,,,\n"
-                   u"김민수,친구,친구,010-1,02-2,031-3,m@example.com,av,ph,be,1990-03-05,28,015-4,02-5,,513,16\n"));
+        utf16Bytes(WString(header) +
+                   TEXT("Bella,,,,,,,,,,,,,,,,\n") TEXT(
+                       "김민수,친구,친구,010-1,02-2,031-3,m@example.com,av,ph,be,1990-03-05,28,015-4,02-5,,513,16\n")));
 }
 
 TEST(ToolExport, GivesTheSameFileAfterAnImportOfIt) {
@@ -84,7 +84,7 @@ TEST(ToolExport, GivesTheSameFileAfterAnImportOfIt) {
     const std::string emptied = tool.json(0, "add", "--name", "Left", "--group", "friends")["oid"].dump();
     tool("edit", emptied, "--group", "");
     const std::string bytes = exported(tool);
-    EXPECT_THAT(bytes, HasSubstr(utf16Bytes(u"a;b,a;b,")));
+    EXPECT_THAT(bytes, HasSubstr(utf16Bytes(TEXT("a;b,a;b,"))));
     EXPECT_EQ(thereAndBack(bytes), bytes);
 }
 
@@ -136,11 +136,11 @@ TEST(ToolExport, RefusesValuesThatTheFormatCannotHold) {
 
 TEST(ToolExport, RefusesWhatAnImportWouldNotKeep) {
     const Tool noted;
-    takeNotes(noted, noted.json(0, "add", "--name", "Anna")["oid"], u"likes tea");
+    takeNotes(noted, noted.json(0, "add", "--name", "Anna")["oid"], TEXT("likes tea"));
     expectCannotHold(noted, "notes");
 
     const Tool filed;
-    fileUnder(filed, filed.json(0, "add", "--name", "Anna", "--group", "friends")["oid"], u"friends, chess");
+    fileUnder(filed, filed.json(0, "add", "--name", "Anna", "--group", "friends")["oid"], TEXT("friends, chess"));
     expectCannotHold(filed, "categories");
 
     const Tool bare;
@@ -157,7 +157,7 @@ TEST(ToolExport, RefusesABirthdayWithATimeOfDayAndBrokenText) {
 
     const Tool broken;
     changeContact(broken, broken.json(0, "add", "--name", "Anna")["oid"], [](IContact& contact) {
-        contact.put_Email1Address(Bstr(CString(std::u16string_view(u"\xD83D!", 2))).get());
+        contact.put_Email1Address(Bstr(CString(WStringView(TEXT("\xD83D!"), 2))).get());
     });
     expectCannotHold(broken, "well-formed");
 }

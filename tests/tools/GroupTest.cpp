@@ -18,7 +18,7 @@ public:
         : anna(json(0, "add", "--name", "Anna", "--group", "친구")["oid"]),
           bella(json(0, "add", "--name", "Bella", "--group", "친구")["oid"]),
           clara(json(0, "add", "--name", "Clara", "--group", "회사")["oid"]) {
-        fileUnder(*this, clara, u"chess, 친구, 회사");
+        fileUnder(*this, clara, TEXT("chess, 친구, 회사"));
     }
 
     std::vector<std::string> names() const { return namesIn(json(0, "group", "list")); }

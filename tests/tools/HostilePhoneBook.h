@@ -10,16 +10,14 @@ namespace tool_test {
 
 /// What a contact may hold to get hold of who looks at it: sequences for the terminal in all their forms, movements
 /// of the cursor, turned directions, ends of lines, half a character, and words for a shell, a printer and SQL.
-inline const std::u16string hostileText =
-    u"\u001B[31mred\u001B]"
-    u"0\u0007\u009B31m\u009D0\u009C\u007F\b\r\n\t\u202E\u2066\u061C\u200F\u2028\u2029\uFEFF\uFFF9\u206A"
-    u"'; DROP TABLE record; -- \", %s%n $(id) \\ \xD800 김😀";
+inline const WString hostileText = TEXT("\u001B[31mred\u001B]")
+    TEXT("0\u0007\u009B31m\u009D0\u009C\u007F\b\r\n\t\u202E\u2066\u061C\u200F\u2028\u2029\uFEFF\uFFF9\u206A")
+        TEXT("'; DROP TABLE record; -- \", %s%n $(id) \\ \xD800 김😀");
 
 /// The same as far as the name of a group can be it.
-inline const std::u16string hostileName =
-    u"\u001B[31mred\u001B]"
-    u"0\u0007\u009B31m\u009D0\u009C\u007F\b\r\n\t\u202E\u2066\u061C\u200F\u2028\u2029\uFEFF\uFFF9\u206A"
-    u"' DROP TABLE record -- %s%n $(id) \\ 김😀";
+inline const WString hostileName = TEXT("\u001B[31mred\u001B]")
+    TEXT("0\u0007\u009B31m\u009D0\u009C\u007F\b\r\n\t\u202E\u2066\u061C\u200F\u2028\u2029\uFEFF\uFFF9\u206A")
+        TEXT("' DROP TABLE record -- %s%n $(id) \\ 김😀");
 
 /// A phone book in which everything that can have a name has such a one, the store's file too.
 class HostilePhoneBook : public Tool {
@@ -52,7 +50,7 @@ private:
         CCeDBRecord record;
         record.addProp(CCeDBProp::ofText(0x4001, CString(hostileName)));
         record.addProp(CCeDBProp::ofI2(0x4002, groupId));
-        if (!categories.open(u"\\Categories Database", nullptr, nullptr) || categories.add(record) == 0)
+        if (!categories.open(TEXT("\\Categories Database"), nullptr, nullptr) || categories.add(record) == 0)
             throw std::runtime_error("the category was not added");
     }
 
@@ -66,7 +64,7 @@ private:
         contact_ = book.add(testing_support::contact()
                                 .name(hostileText)
                                 .group(hostileName)
-                                .mobile(u"010\u001B[31m-1\u009B-2\n")
+                                .mobile(TEXT("010\u001B[31m-1\u009B-2\n"))
                                 .home(hostileText)
                                 .business(hostileText)
                                 .email(hostileText)

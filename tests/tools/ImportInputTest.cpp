@@ -29,7 +29,7 @@ Outcome inShell(const Tool& tool, const std::string& line) {
 
 TEST(ToolImportInput, IsRecognisedAsAFileIs) {
     const std::string ours = "Name,Group,Categories,Mobile\nAnna,,,010-1\n";
-    for (const std::string& bytes : {ours, utf16Bytes(u"Name,Group\nAnna,,,010-1\n"),
+    for (const std::string& bytes : {ours, utf16Bytes(TEXT("Name,Group\nAnna,,,010-1\n")),
                                      std::string("BEGIN:VCARD\nFN:Anna\nTEL;CELL:010-1\nEND:VCARD\n"),
                                      std::string("Mobile Phone;Full Name\n010-1;Anna\n")}) {
         const Tool tool;

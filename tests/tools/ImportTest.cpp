@@ -14,12 +14,12 @@ using testing_support::utf16Bytes;
 
 namespace {
 
-constexpr std::u16string_view threePeople =
-    u"Name,Group\n김민수,친구,,010-2345-6789\nAnna,family,,010-1111-2222\n고민정,,,010-3333-4444\n";
+constexpr WStringView threePeople =
+    TEXT("Name,Group\n김민수,친구,,010-2345-6789\nAnna,family,,010-1111-2222\n고민정,,,010-3333-4444\n");
 
-std::string utf8(std::u16string_view text) {
+std::string utf8(WStringView text) {
     std::string bytes;
-    for (const char16_t unit : text) {
+    for (const WCHAR unit : text) {
         if (unit < 0x80) {
             bytes += static_cast<char>(unit);
         } else {
@@ -78,9 +78,9 @@ TEST(ToolImport, ReadsUtf16OfEitherByteOrderAndUtf8WithAMarkAndWithout) {
 }
 
 TEST(ToolImport, RecognisesUtf16WhoseHeaderHasNoLatinCharacter) {
-    EXPECT_THAT(importedNames(utf16Bytes(u"이름\n가\n나\n다\n")), ElementsAre("가", "나", "다"));
+    EXPECT_THAT(importedNames(utf16Bytes(TEXT("이름\n가\n나\n다\n"))), ElementsAre("가", "나", "다"));
     // The first byte of 上 is that of a line feed.
-    EXPECT_THAT(importedNames(utf16Bytes(u"上\n上가\n上나\n上다\n")).size(), 3);
+    EXPECT_THAT(importedNames(utf16Bytes(TEXT("上\n上가\n上나\n上다\n"))).size(), 3);
 }
 
 TEST(ToolImport, TakesLinesThatEndTheWayOfOtherSystems) {
@@ -281,7 +281,7 @@ TEST(ToolImport, WritesItsNotesIntoTheObjectsOfTheirLines) {
 TEST(ToolImport, RefusesLinesThatEndWithCarriageReturnsAlone) {
     expectRefusedBytes("Name\rAnna\rPaul\r", "its lines end with carriage returns alone");
     expectRefusedBytes("Name\rAnna", "its lines end with carriage returns alone");
-    expectRefusedBytes("\xFF\xFE" + utf16Bytes(u"Name\rAnna\r"), "its lines end with carriage returns alone");
+    expectRefusedBytes("\xFF\xFE" + utf16Bytes(TEXT("Name\rAnna\r")), "its lines end with carriage returns alone");
 }
 
 TEST(ToolImport, RefusesFilesThatItCannotRead) {
@@ -298,7 +298,7 @@ TEST(ToolImport, RefusesFilesThatAreNoText) {
     expectRefusedBytes(utf16Bytes(threePeople) + "x", "even number of bytes");
     expectRefusedBytes("\xFF\xFE" + utf16Bytes(threePeople) + "x", "even number of bytes");
     expectRefusedBytes("Name\nAnna\nP\xE9ter\n", "line 3 is neither UTF-8, UTF-16 nor CP949 text");
-    expectRefusedBytes(utf16Bytes(u"Name\nAnna\n") + std::string("\x3D\xD8 \0", 4), "line 3 is no UTF-16LE text");
+    expectRefusedBytes(utf16Bytes(TEXT("Name\nAnna\n")) + std::string("\x3D\xD8 \0", 4), "line 3 is no UTF-16LE text");
     expectRefusedBytes(std::string(4096, '\0'), "zero character");
 }
 

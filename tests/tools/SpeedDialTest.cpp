@@ -56,7 +56,7 @@ void addRows(const Tool& tool, const std::vector<Row>& rows) {
     ASSERT_TRUE(ObjectStore::mount(tool.store().string())) << ObjectStore::errorText();
     {
         CCeDBDatabase slots;
-        ASSERT_TRUE(slots.open(u"QZ_SpeedDialNo", nullptr, nullptr));
+        ASSERT_TRUE(slots.open(TEXT("QZ_SpeedDialNo"), nullptr, nullptr));
         for (const Row& row : rows) {
             CCeDBRecord record;
             record.addProp(CCeDBProp::ofI2(0x200, row.slot));
@@ -199,9 +199,9 @@ TEST(ToolSpeedDial, FreesTheSlotsOfAContactThatIsDeleted) {
 
 TEST(ToolSpeedDial, KeepsEverythingElseOfTheContactsThatItTouches) {
     const Couple tool;
-    takeNotes(tool, tool.minsu, u"likes tea");
-    fileUnder(tool, tool.minsu, u"친구, chess");
-    fileUnder(tool, tool.anna, u"work, chess");
+    takeNotes(tool, tool.minsu, TEXT("likes tea"));
+    fileUnder(tool, tool.minsu, TEXT("친구, chess"));
+    fileUnder(tool, tool.anna, TEXT("work, chess"));
     Json minsu = tool.shown(tool.minsu);
     Json anna = tool.shown(tool.anna);
     ASSERT_FALSE(anna.contains("private"));
@@ -243,7 +243,7 @@ TEST(ToolSpeedDial, MovesAndClearsASlotWhoseContactIsGone) {
 
 TEST(ToolSpeedDial, ListsASlotThatIsNobodys) {
     const Couple tool;
-    addRows(tool, {{4, CString(u"01055556666")}});
+    addRows(tool, {{4, CString(TEXT("01055556666"))}});
     EXPECT_EQ(tool.slots(), (Json{{{"slot", 4}, {"number", "01055556666"}}}));
     EXPECT_EQ(tool("speed-dial", "list").out, "Slot  Number\n4     010-5555-6666\n");
     EXPECT_THAT(onTerminal(tool, "80"), HasSubstr(" 4 010-5555-6666"));
@@ -253,7 +253,7 @@ TEST(ToolSpeedDial, ListsASlotThatIsNobodys) {
 
 TEST(ToolSpeedDial, LeavesASlotThatIsNobodysToNobodyWhenItIsMoved) {
     const Couple tool;
-    addRows(tool, {{4, CString(u"01023456789")}});
+    addRows(tool, {{4, CString(TEXT("01023456789"))}});
     tool("speed-dial", "move", "4", "8");
     EXPECT_EQ(tool.slots(), (Json{{{"slot", 8}, {"number", "01023456789"}}}));
     EXPECT_EQ(tool.shown(tool.minsu)["private"], 0);
@@ -261,7 +261,7 @@ TEST(ToolSpeedDial, LeavesASlotThatIsNobodysToNobodyWhenItIsMoved) {
 
 TEST(ToolSpeedDial, LeavesNoRowOfTheNumberBehindThatIsNobodys) {
     const Couple tool;
-    addRows(tool, {{4, CString(u"01023456789")}});
+    addRows(tool, {{4, CString(TEXT("01023456789"))}});
     tool.set("8", tool.minsu, "mobile");
     EXPECT_EQ(ownersOf(tool.slots()), (Owners{{8, tool.minsu}}));
 }
@@ -269,7 +269,7 @@ TEST(ToolSpeedDial, LeavesNoRowOfTheNumberBehindThatIsNobodys) {
 TEST(ToolSpeedDial, ClearsASlotThatHasTwoRows) {
     const Couple tool;
     tool.set("4", tool.minsu, "mobile");
-    addRows(tool, {{4, CString(u"1")}, {4, CString(u"2")}});
+    addRows(tool, {{4, CString(TEXT("1"))}, {4, CString(TEXT("2"))}});
     EXPECT_EQ(tool("speed-dial", "clear", "4").out, "cleared slot 4\n");
     EXPECT_EQ(tool.slots(), Json::array());
     EXPECT_EQ(tool.shown(tool.minsu)["private"], 0);
@@ -343,7 +343,7 @@ TEST(ToolSpeedDial, HasNoFreeSlotWhenAllAreTaken) {
     tool("init");
     std::vector<Row> rows;
     for (std::int16_t slot = 1; slot <= 99; ++slot)
-        rows.push_back({slot, CString(u"1")});
+        rows.push_back({slot, CString(TEXT("1"))});
     addRows(tool, rows);
     EXPECT_THAT(tool.json(0, "speed-dial", "list"), SizeIs(99));
     expectFailure(tool("speed-dial", "free"), 1, "all 99 slots are taken");

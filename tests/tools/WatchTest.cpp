@@ -95,7 +95,7 @@ DWORD extensionRows(const Tool& tool) {
     DWORD rows = 0;
     asAnotherProgram(tool, [&] {
         CCeDBDatabase extension;
-        ASSERT_TRUE(extension.open(u"QZ_PhoneBookExt", nullptr, nullptr));
+        ASSERT_TRUE(extension.open(TEXT("QZ_PhoneBookExt"), nullptr, nullptr));
         rows = extension.getNumRecords();
     });
     return rows;
@@ -105,7 +105,7 @@ DWORD extensionRows(const Tool& tool) {
 void makeTheStoreForget(const Tool& tool) {
     asAnotherProgram(tool, [] {
         CCeDBDatabase calls;
-        ASSERT_TRUE(calls.open(u"QZ_CallHistory", nullptr, nullptr));
+        ASSERT_TRUE(calls.open(TEXT("QZ_CallHistory"), nullptr, nullptr));
         CCeDBRecord call;
         call.addProp(CCeDBProp::ofUI4(0x402, 1));
         ObjectStoreBatch batch;
@@ -280,10 +280,10 @@ TEST(ToolWatch, CutsItsLinesToTheTerminal) {
 TEST(ToolWatch, GivesAContactWithCategoriesItsGroupBeforeItTells) {
     const Watched tool;
     Watch watch(tool.watching());
-    const Json anna = addContactAlone(tool, u"Anna", u"친구, 회사");
+    const Json anna = addContactAlone(tool, TEXT("Anna"), TEXT("친구, 회사"));
     EXPECT_THAT(watch.changes(1), ElementsAre("contact-created Anna"));
     EXPECT_EQ(tool.json(0, "show", anna.dump())["group"], "친구");
-    fileUnder(tool, anna, u"회사");
+    fileUnder(tool, anna, TEXT("회사"));
     EXPECT_THAT(watch.changes(1), ElementsAre("contact-changed Anna"));
     EXPECT_FALSE(tool.json(0, "show", anna.dump()).contains("group"));
 }
@@ -296,7 +296,7 @@ TEST(ToolWatch, HasFollowedAllThatItTellsOf) {
         const ObjectStoreBatch batch;
         for (int i = 0; i < 500; ++i) {
             const ComPtr<IContact> contact = session.newContact();
-            contact->put_Categories(testing_support::bstr(u"친구").get());
+            contact->put_Categories(testing_support::bstr(TEXT("친구")).get());
             ASSERT_EQ(contact->Save(), S_OK);
         }
     });
@@ -317,10 +317,10 @@ TEST(ToolWatch, EmptiesTheSlotsOfAContactThatIsGone) {
 
 TEST(ToolWatch, MakesAndDropsTheGroupsOfCategories) {
     const Watched tool;
-    addCategoryAlone(tool, u"before", 40);
+    addCategoryAlone(tool, TEXT("before"), 40);
     Watch watch(tool.watching());
     EXPECT_THAT(tool.groups(), ElementsAre("before", "가족", "친구", "학교", "회사"));
-    const CEOID chess = addCategoryAlone(tool, u"chess", 41);
+    const CEOID chess = addCategoryAlone(tool, TEXT("chess"), 41);
     EXPECT_THAT(watch.changes(1), ElementsAre("category-created chess"));
     EXPECT_THAT(tool.groups(), ElementsAre("before", "chess", "가족", "친구", "학교", "회사"));
     deleteCategoryAlone(tool, chess);
@@ -343,8 +343,8 @@ TEST(ToolWatch, WorksSideBySideWithAnother) {
     const Watched tool;
     Watch one(tool.watching());
     Watch other(tool.watching());
-    for (const CString name : {u"Anna", u"Paul", u"Bella"})
-        addContactAlone(tool, name, u"친구");
+    for (const CString name : {TEXT("Anna"), TEXT("Paul"), TEXT("Bella")})
+        addContactAlone(tool, name, TEXT("친구"));
     const auto three = ElementsAre("contact-created Anna", "contact-created Paul", "contact-created Bella");
     EXPECT_THAT(one.changes(3), three);
     EXPECT_THAT(other.changes(3), three);

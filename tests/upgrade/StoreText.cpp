@@ -4,7 +4,6 @@
 #include <memory>
 #include <sstream>
 #include <stdexcept>
-#include <string_view>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/platform/base/Unicode.h"

@@ -147,31 +147,31 @@ TEST_P(StoreOfFormat, ServesOn) {
     DWORD oid = 0;
     {
         OpenPhoneBook book;
-        EXPECT_EQ(nameOfCaller(book.manager(), u"+82 10-2345-6789"), u"김민수");
-        oid = book.add(contact().name(u"newcomer").mobile(u"010-9999-0000").group(u"친구"));
-        SpeedDialInfo slot = speed_dial::dial(3).of(oid).mobile(u"010-9999-0000");
+        EXPECT_EQ(nameOfCaller(book.manager(), TEXT("+82 10-2345-6789")), TEXT("김민수"));
+        oid = book.add(contact().name(TEXT("newcomer")).mobile(TEXT("010-9999-0000")).group(TEXT("친구")));
+        SpeedDialInfo slot = speed_dial::dial(3).of(oid).mobile(TEXT("010-9999-0000"));
         requireDone(book->writeSpeedDialInfo(3, &slot));
-        CallEntry call = calls_test::call(200'000'000'000'000'000, u"01099990000");
+        CallEntry call = calls_test::call(200'000'000'000'000'000, TEXT("01099990000"));
         requireDone(book->insertCallEntry(&call));
         requireDone(book->deletePBRecord(17));
-        requireDone(book->rejectPBGroup(u"회사", true));
+        requireDone(book->rejectPBGroup(TEXT("회사"), true));
     }
     ASSERT_TRUE(store.mount()) << ObjectStore::errorText();
 
     OpenPhoneBook book;
     EXPECT_EQ(oid, nextIdentifier);
     EXPECT_EQ(book->getNumRecords(), 8u);
-    EXPECT_EQ(nameOfCaller(book.manager(), u"010-9999-0000"), u"newcomer");
-    EXPECT_EQ(nameOfCaller(book.manager(), u"010-2345-6789"), u"");
+    EXPECT_EQ(nameOfCaller(book.manager(), TEXT("010-9999-0000")), TEXT("newcomer"));
+    EXPECT_EQ(nameOfCaller(book.manager(), TEXT("010-2345-6789")), TEXT(""));
     SpeedDialInfo slot;
     EXPECT_EQ(book->querySpeedDialInfo(3, &slot, true), S_OK);
-    EXPECT_EQ(slot.strName, u"newcomer");
+    EXPECT_EQ(slot.strName, TEXT("newcomer"));
     EXPECT_EQ(book->querySpeedDialInfo(1, &slot, false), E_FAIL);  // went with its contact
     CallEntry call;
     EXPECT_EQ(book->getMRUCallEntry(&call), S_OK);
-    EXPECT_EQ(call.strName, u"newcomer");
+    EXPECT_EQ(call.strName, TEXT("newcomer"));
     PBGroupInfo group;
-    EXPECT_EQ(book->queryAvailablePBGroup(u"회사", &group), S_OK);
+    EXPECT_EQ(book->queryAvailablePBGroup(TEXT("회사"), &group), S_OK);
     EXPECT_TRUE(group.bReject);
 }
 

@@ -9,7 +9,6 @@
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
-#include <string>
 
 #include "tessera/phonebook/PhoneBookDBMgr.h"
 #include "tessera/platform/objectstore/ObjectStore.h"
@@ -36,7 +35,7 @@ constexpr std::uint64_t firstDay = 150'000 * dayInTicks;  // in 2011
 CEOID addCategories() {
     std::int16_t id = 0;
     CEOID oid = 0;
-    for (const WCHAR* name : {u"가족", u"친구", u"회사", u"choir"}) {
+    for (const WCHAR* name : {TEXT("가족"), TEXT("친구"), TEXT("회사"), TEXT("choir")}) {
         oid = groups_test::addCategory(name, ++id);
         if (oid == 0) throw std::runtime_error("a category was not added");
     }
@@ -47,13 +46,13 @@ void addGroups(PhoneBookDBMgr& manager, CEOID choir) {
     PBGroupInfo friends;
     require(manager.getAvailablePBGroup(2, &friends));
     friends.bReject = TRUE;
-    friends.strBellCategory = u"melodies";
-    friends.strBell = u"friends.mid";
-    friends.strSMSBell = u"ping.mid";
+    friends.strBellCategory = TEXT("melodies");
+    friends.strBell = TEXT("friends.mid");
+    friends.strSMSBell = TEXT("ping.mid");
     require(manager.writeAvailablePBGroup(2, &friends, 0));
 
     PBGroupInfo alone;
-    alone.strName = u"without a category 🎺";
+    alone.strName = TEXT("without a category 🎺");
     require(manager.insertAvailablePBGroup(&alone, true));
     require(manager.deleteAvailablePBGroup(4));
     if (!groups_test::deleteCategory(choir)) throw std::runtime_error("the category was not deleted");
@@ -61,20 +60,20 @@ void addGroups(PhoneBookDBMgr& manager, CEOID choir) {
 
 DWORD addContactWithEveryField(OpenPhoneBook& book) {
     PBRecord record = contact()
-                          .name(u"김민수")
-                          .group(u"친구")
-                          .mobile(u"010-2345-6789")
-                          .home(u"02-312-4567")
-                          .business(u"+82 31-222-3333")
-                          .email(u"minsu@example.com")
-                          .pager(u"015-1234-5678")
-                          .fax(u"02-999-8888")
+                          .name(TEXT("김민수"))
+                          .group(TEXT("친구"))
+                          .mobile(TEXT("010-2345-6789"))
+                          .home(TEXT("02-312-4567"))
+                          .business(TEXT("+82 31-222-3333"))
+                          .email(TEXT("minsu@example.com"))
+                          .pager(TEXT("015-1234-5678"))
+                          .fax(TEXT("02-999-8888"))
                           .birthday(32'937.0)
-                          .bell(u"waltz.mid")
+                          .bell(TEXT("waltz.mid"))
                           .primary(8)
                           .record();
-    record.strAvatar = u"avatar.png";
-    record.strPhoto = u"사진.jpg";
+    record.strAvatar = TEXT("avatar.png");
+    record.strPhoto = TEXT("사진.jpg");
     record.dwCallingScreen = 7;
     record.dwCITypeMask |= aPBAttribute_[PBDBATTR_AVATAR].mask | aPBAttribute_[PBDBATTR_PHOTO].mask |
                            aPBAttribute_[PBDBATTR_CALLINGSCREEN].mask;
@@ -86,8 +85,8 @@ DWORD addContactWithEveryField(OpenPhoneBook& book) {
 /// What the phone book itself does not write: notes, and several categories.
 void addNotes(DWORD oid) {
     const auto item = testing_support::ContactsSession().contact(oid);
-    require(item->put_Body(testing_support::bstr(u"met in 부산,\n\"the harbour\"\t☂").get()));
-    require(item->put_Categories(testing_support::bstr(u"친구, 회사, \"odd, one\"").get()));
+    require(item->put_Body(testing_support::bstr(TEXT("met in 부산,\n\"the harbour\"\t☂")).get()));
+    require(item->put_Categories(testing_support::bstr(TEXT("친구, 회사, \"odd, one\"")).get()));
     require(item->Save());
 }
 
@@ -97,14 +96,14 @@ void give(OpenPhoneBook& book, SpeedDialInfo slot) {
 
 void logCalls(OpenPhoneBook& book) {
     DWORD index = 0;
-    for (const char16_t* number :
-         {u"01023456789", u"0212345678", u"01011112222", u"", szWithheldCID_, u"01011112222"}) {
+    for (const WCHAR* number : {TEXT("01023456789"), TEXT("0212345678"), TEXT("01011112222"), TEXT(""), szWithheldCID_,
+                                TEXT("01011112222")}) {
         // The last is of the same moment as the first, which is deleted.
         CallEntry entry = call(firstDay + index % 5 * dayInTicks, number);
         entry.dwCallType = index % 3 + 1;
         entry.dwCallingTime = index * 61;
-        entry.strCNAP = u"network's name";
-        entry.strCDNIP = u"0100";
+        entry.strCNAP = TEXT("network's name");
+        entry.strCDNIP = TEXT("0100");
         require(book->insertCallEntry(&entry));
         ++index;
     }
@@ -114,27 +113,28 @@ void logCalls(OpenPhoneBook& book) {
 }
 
 void fill(OpenPhoneBook& book) {
-    const DWORD deletedFirst = book.add(contact().name(u"deleted first").mobile(u"010-0000-0001"));
+    const DWORD deletedFirst = book.add(contact().name(TEXT("deleted first")).mobile(TEXT("010-0000-0001")));
     const DWORD minsu = addContactWithEveryField(book);
     addNotes(minsu);
-    const DWORD anna = book.add(contact().name(u"Anna").mobile(u"010-1111-2222").group(u"회사"));
-    book.add(contact().name(u"anna").home(u"+49 89 12345"));
-    book.add(contact().name(u"ANNA").birthday(-1'000.25));
-    book.add(contact().name(u"고민정").business(u"031-444-5555").group(u"without a category 🎺"));
-    book.add(contact().name(u"ㄱㅁㅅ"));
-    book.add(contact().name(u"Zoë 😀👩‍👩‍👧 e\u0301").email(u"zoë@example.com"));
-    book.add(contact().mobile(u"*#06#"));
-    const DWORD deletedLast = book.add(contact().name(u"deleted last").mobile(u"010-0000-0002").group(u"친구"));
+    const DWORD anna = book.add(contact().name(TEXT("Anna")).mobile(TEXT("010-1111-2222")).group(TEXT("회사")));
+    book.add(contact().name(TEXT("anna")).home(TEXT("+49 89 12345")));
+    book.add(contact().name(TEXT("ANNA")).birthday(-1'000.25));
+    book.add(contact().name(TEXT("고민정")).business(TEXT("031-444-5555")).group(TEXT("without a category 🎺")));
+    book.add(contact().name(TEXT("ㄱㅁㅅ")));
+    book.add(contact().name(TEXT("Zoë 😀👩‍👩‍👧 e\u0301")).email(TEXT("zoë@example.com")));
+    book.add(contact().mobile(TEXT("*#06#")));
+    const DWORD deletedLast =
+        book.add(contact().name(TEXT("deleted last")).mobile(TEXT("010-0000-0002")).group(TEXT("친구")));
 
-    give(book, dial(1).of(minsu).mobile(u"010-2345-6789"));
-    give(book, dial(2).of(deletedLast).mobile(u"010-0000-0002"));
-    give(book, dial(50).of(minsu).business(u"+82 31-222-3333"));
-    give(book, dial(99).of(anna).mobile(u"010-1111-2222"));
+    give(book, dial(1).of(minsu).mobile(TEXT("010-2345-6789")));
+    give(book, dial(2).of(deletedLast).mobile(TEXT("010-0000-0002")));
+    give(book, dial(50).of(minsu).business(TEXT("+82 31-222-3333")));
+    give(book, dial(99).of(anna).mobile(TEXT("010-1111-2222")));
 
     logCalls(book);
     require(book->deletePBRecord(deletedFirst));
     require(book->deletePBRecord(deletedLast));
-    require(book->deletePBRecord(book.add(contact().name(u"gone at once"))));
+    require(book->deletePBRecord(book.add(contact().name(TEXT("gone at once")))));
 }
 
 void writeStore(const std::filesystem::path& folder) {

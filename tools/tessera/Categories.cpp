@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string>
 #include <vector>
 
 #include "Records.h"
@@ -15,33 +14,33 @@ namespace Tool {
 
 namespace {
 
-constexpr std::size_t npos = std::u16string_view::npos;
+constexpr std::size_t npos = WStringView::npos;
 
-std::u16string_view withoutBlanks(std::u16string_view text) {
+WStringView withoutBlanks(WStringView text) {
     const std::size_t first = text.find_first_not_of(u' ');
     if (first == npos) return {};
     return text.substr(first, text.find_last_not_of(u' ') - first + 1);
 }
 
 /// A comma within quotes does not separate; a quote that is never closed quotes nothing.
-std::size_t endOfFirst(std::u16string_view list) {
+std::size_t endOfFirst(WStringView list) {
     const bool quoted = list.starts_with(u'"');
     const std::size_t closing = quoted ? list.find(u'"', 1) : npos;
     return list.find(u',', closing == npos ? 0 : closing);
 }
 
-std::u16string_view takeFirst(std::u16string_view& list) {
+WStringView takeFirst(WStringView& list) {
     list = withoutBlanks(list);
     const std::size_t end = endOfFirst(list);
-    const std::u16string_view first = withoutBlanks(list.substr(0, end));
+    const WStringView first = withoutBlanks(list.substr(0, end));
     list.remove_prefix(end == npos ? list.size() : end + 1);
     return first;
 }
 
 /// The group as it stands in front, whole: its name may hold a comma.
-bool dropFromFront(std::u16string_view& list, std::u16string_view group) {
+bool dropFromFront(WStringView& list, WStringView group) {
     if (group.empty() || !list.starts_with(group)) return false;
-    const std::u16string_view rest = withoutBlanks(list.substr(group.size()));
+    const WStringView rest = withoutBlanks(list.substr(group.size()));
     if (!rest.empty() && rest.front() != u',') return false;
     list = rest.empty() ? rest : withoutBlanks(rest.substr(1));
     return true;
@@ -50,34 +49,34 @@ bool dropFromFront(std::u16string_view& list, std::u16string_view group) {
 /// Categories one behind the other, none of them empty and none twice.
 class CategoryList {
 public:
-    void add(std::u16string_view category) {
+    void add(WStringView category) {
         if (category.empty() || isKnown(category)) return;
         known_.push_back(category);
-        if (!text_.empty()) text_ += u", ";
+        if (!text_.empty()) text_ += TEXT(", ");
         text_ += category;
     }
     /// Lets a category be added no more.
-    void bar(std::u16string_view category) { known_.push_back(category); }
+    void bar(WStringView category) { known_.push_back(category); }
 
     CString text() const { return CString(text_); }
 
 private:
-    bool isKnown(std::u16string_view category) const {
+    bool isKnown(WStringView category) const {
         return std::find(known_.begin(), known_.end(), category) != known_.end();
     }
 
-    std::vector<std::u16string_view> known_;
-    std::u16string text_;
+    std::vector<WStringView> known_;
+    WString text_;
 };
 
-std::u16string_view withoutQuotes(std::u16string_view category) {
+WStringView withoutQuotes(WStringView category) {
     const bool quoted = category.size() >= 2 && category.front() == u'"' && category.back() == u'"';
     return quoted ? category.substr(1, category.size() - 2) : category;
 }
 
 }  // namespace
 
-CString shortestCategories(std::u16string_view categories, const CString& oldGroup, const CString& newGroup) {
+CString shortestCategories(WStringView categories, const CString& oldGroup, const CString& newGroup) {
     const CString before = asCategory(oldGroup);
     const CString after = asCategory(newGroup);
     while (dropFromFront(categories, before.view())) {
@@ -90,7 +89,7 @@ CString shortestCategories(std::u16string_view categories, const CString& oldGro
     return list.text();
 }
 
-std::optional<CString> renamedCategory(std::u16string_view categories, const CString& oldName, const CString& newName) {
+std::optional<CString> renamedCategory(WStringView categories, const CString& oldName, const CString& newName) {
     const CString before = asCategory(oldName);
     if (categories.find(before.view()) == npos) return std::nullopt;
     CategoryList list;
@@ -100,7 +99,7 @@ std::optional<CString> renamedCategory(std::u16string_view categories, const CSt
         list.add(newName.view());
     }
     while (!categories.empty()) {
-        const std::u16string_view next = takeFirst(categories);
+        const WStringView next = takeFirst(categories);
         const bool renamed = withoutQuotes(next) == before.view();
         carried = carried || renamed;
         list.add(renamed ? newName.view() : next);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string_view>
 
 #include "tessera/phonebook/model/PBRecord.h"
 #include "tessera/platform/base/CString.h"
@@ -11,11 +10,11 @@ namespace Tool {
 
 /// A contact's categories once its group has changed from one to another (the same, or an empty one, as may
 /// be): the group first, then its other categories in their order, none of them twice.
-CString shortestCategories(std::u16string_view categories, const CString& oldGroup, const CString& newGroup);
+CString shortestCategories(WStringView categories, const CString& oldGroup, const CString& newGroup);
 
 /// A contact's categories with one of them renamed, or taken out when `newName` is empty, in their shortest
 /// form; nothing when the contact does not carry it.
-std::optional<CString> renamedCategory(std::u16string_view categories, const CString& oldName, const CString& newName);
+std::optional<CString> renamedCategory(WStringView categories, const CString& oldName, const CString& newName);
 
 /// Writes a contact's categories through the contacts model, and its notes unless they are null. False when the store
 /// failed.

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <string_view>
+
+#include "tessera/platform/base/Types.h"
 
 namespace Tool {
 
@@ -25,10 +26,10 @@ inline constexpr std::array<CodeRun, 48> countryCodes = {{
 }};
 
 /// How many digits the country calling code at the front takes; 0 when it begins with none.
-constexpr std::size_t countryCodeLength(std::u16string_view digits) {
+constexpr std::size_t countryCodeLength(WStringView digits) {
     int code = 0;
     for (std::size_t length = 1; length <= 3 && length <= digits.size(); ++length) {
-        const char16_t digit = digits[length - 1];
+        const WCHAR digit = digits[length - 1];
         if (digit < u'0' || digit > u'9') return 0;
         code = code * 10 + (digit - u'0');
         const bool known = std::any_of(countryCodes.begin(), countryCodes.end(),
@@ -38,9 +39,9 @@ constexpr std::size_t countryCodeLength(std::u16string_view digits) {
     return 0;
 }
 
-static_assert(countryCodeLength(u"821012345678") == 2);
-static_assert(countryCodeLength(u"12125550123") == 1);
-static_assert(countryCodeLength(u"4232370000") == 3);
-static_assert(countryCodeLength(u"0101") == 0);
+static_assert(countryCodeLength(TEXT("821012345678")) == 2);
+static_assert(countryCodeLength(TEXT("12125550123")) == 1);
+static_assert(countryCodeLength(TEXT("4232370000")) == 3);
+static_assert(countryCodeLength(TEXT("0101")) == 0);
 
 }  // namespace Tool

@@ -1,7 +1,6 @@
 #include "Duplicates.h"
 
 #include <memory>
-#include <string_view>
 
 #include "Records.h"
 #include "tessera/platform/base/Results.h"
@@ -17,14 +16,14 @@ bool holds(const PBRecord& record, const Field& field) {
     return (record.dwCITypeMask & field.mask()) != 0;
 }
 
-std::u16string keyOf(const PBRecord& record, std::u16string_view number) {
-    std::u16string key(record.strName.view());
+WString keyOf(const PBRecord& record, WStringView number) {
+    WString key(record.strName.view());
     key += u'\0';
     return key += number;
 }
 
 struct NumberKey {
-    std::u16string key;
+    WString key;
     CString number;
 };
 
@@ -40,8 +39,8 @@ std::vector<NumberKey> numberKeysOf(const PBRecord& record) {
 }
 
 /// Of somebody without a number. A reduced number holds no such sign.
-std::u16string keyWithoutNumber(const PBRecord& record) {
-    return keyOf(record, u'@' + std::u16string(record.strEmail1Address.view()));
+WString keyWithoutNumber(const PBRecord& record) {
+    return keyOf(record, u'@' + WString(record.strEmail1Address.view()));
 }
 
 }  // namespace

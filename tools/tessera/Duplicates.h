@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -26,7 +25,7 @@ public:
     std::optional<Known> find(const PhoneBook::PBRecord& record) const;
 
 private:
-    std::unordered_map<std::u16string, Known> known_;
+    std::unordered_map<WString, Known> known_;
 };
 
 }  // namespace Tool

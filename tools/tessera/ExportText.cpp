@@ -14,24 +14,24 @@ namespace {
 
 using PhoneBook::PBAttribute;
 
-constexpr std::u16string_view header =
-    u"\uFEFFName,Group,Categories,Mobile,Home,Business,E-mail,Avatar,Photo,Bell,Birthday,Calling screen,Pager,Fax,"
-    u"Notes,Private,Primary\n";
+constexpr WStringView header =
+    TEXT("\uFEFFName,Group,Categories,Mobile,Home,Business,E-mail,Avatar,Photo,Bell,Birthday,Calling screen,Pager,Fax,")
+        TEXT("Notes,Private,Primary\n");
 
-bool isWellFormed(std::u16string_view text) {
+bool isWellFormed(WStringView text) {
     const auto same = textOfUtf8(utf8Of(text));
-    return same && same->view() == text && text.find(u'\0') == std::u16string_view::npos;
+    return same && same->view() == text && text.find(u'\0') == WStringView::npos;
 }
 
 /// Why import would read another value than this text from a line; null when it would not.
-const char* whyNotHeld(std::u16string_view text) {
-    constexpr std::u16string_view split(u",\n\0", 3);
-    constexpr std::u16string_view trimmedBehind = u"\" \t";
-    constexpr std::u16string_view trimmedBefore = u" \"";
-    if (text.find_first_of(split) != std::u16string_view::npos) return "holds a comma, a line feed or a zero character";
+const char* whyNotHeld(WStringView text) {
+    constexpr WStringView split(TEXT(",\n\0"), 3);
+    constexpr WStringView trimmedBehind = TEXT("\" \t");
+    constexpr WStringView trimmedBefore = TEXT(" \"");
+    if (text.find_first_of(split) != WStringView::npos) return "holds a comma, a line feed or a zero character";
     if (text.empty()) return nullptr;
-    if (trimmedBefore.find(text.front()) != std::u16string_view::npos) return "begins with a blank or a quote";
-    if (trimmedBehind.find(text.back()) != std::u16string_view::npos) return "ends with a blank, a tab or a quote";
+    if (trimmedBefore.find(text.front()) != WStringView::npos) return "begins with a blank or a quote";
+    if (trimmedBehind.find(text.back()) != WStringView::npos) return "ends with a blank, a tab or a quote";
     return isWellFormed(text) ? nullptr : "is no well-formed text";
 }
 
@@ -40,11 +40,11 @@ Failure cannotHold(const Contact& contact, const std::string& what) {
                    ", which the import format cannot hold (try --format vcard, or --json)");
 }
 
-std::u16string widened(std::string_view ascii) {
+WString widened(std::string_view ascii) {
     return {ascii.begin(), ascii.end()};
 }
 
-std::u16string dateText(const Contact& contact, DATE date) {
+WString dateText(const Contact& contact, DATE date) {
     const std::string text = isoDate(date);
     COleDateTime day;
     if (!day.ParseDateTime(CString(widened(text))) || day.date() != date)
@@ -60,7 +60,7 @@ void requireKeptByImport(const Contact& contact, const Field& field) {
         throw cannotHold(contact, "it has other categories than its group");
 }
 
-std::u16string valueOf(const Contact& contact, const Field& field) {
+WString valueOf(const Contact& contact, const Field& field) {
     requireKeptByImport(contact, field);
     if (!contact.has(field)) return {};
     const PBAttribute& model = field.model();
@@ -72,13 +72,13 @@ std::u16string valueOf(const Contact& contact, const Field& field) {
     const CString& text = isCategories ? contact.record.strGroup : contact.record.*model.text;
     if (const char* const why = whyNotHeld(text.view()); why != nullptr)
         throw cannotHold(contact, std::string("its field \"") + field.key + "\" " + why);
-    return std::u16string(text.view());
+    return WString(text.view());
 }
 
-std::u16string lineOf(const Contact& contact) {
+WString lineOf(const Contact& contact) {
     if (contact.record.dwCITypeMask == 0) throw cannotHold(contact, "it has no field at all");
     if (!canBeStored(lengthsOf(contact.record))) throw cannotHold(contact, "its values are too long together");
-    std::u16string line;
+    WString line;
     // The columns stand in the order of the phone book's attributes, of which the first is none.
     for (int attribute = 1; attribute < PhoneBook::nNumPBAttrs_; ++attribute) {
         if (attribute > 1) line += u',';
@@ -87,8 +87,8 @@ std::u16string lineOf(const Contact& contact) {
     return line + u'\n';
 }
 
-void append(std::string& bytes, std::u16string_view text) {
-    for (const char16_t unit : text) {
+void append(std::string& bytes, WStringView text) {
+    for (const WCHAR unit : text) {
         bytes += static_cast<char>(unit & 0xFF);
         bytes += static_cast<char>(unit >> 8);
     }

@@ -25,8 +25,8 @@ constexpr std::size_t columns = PhoneBook::nNumPBAttrs_ - 1;
 constexpr std::size_t bufferSize = 1 << 16;
 constexpr const char* blankText = "it is blank";
 
-bool holdsZero(std::u16string_view line) {
-    return line.find(u'\0') != std::u16string_view::npos;
+bool holdsZero(WStringView line) {
+    return line.find(u'\0') != WStringView::npos;
 }
 
 CString textOf(std::string_view line) {
@@ -34,10 +34,10 @@ CString textOf(std::string_view line) {
 }
 
 /// The values of a line as the phone book splits it: where they stand in it.
-std::vector<std::u16string_view> valuesOf(const CString& line) {
+std::vector<WStringView> valuesOf(const CString& line) {
     CStringArray texts;
     common::CommaSepValList(line).getList(texts);
-    std::vector<std::u16string_view> values;
+    std::vector<WStringView> values;
     std::size_t place = 0;
     for (int i = 0; i < texts.GetSize(); ++i) {
         const std::size_t length = texts[i].view().size();
@@ -55,7 +55,7 @@ const PhoneBook::PBAttribute& attributeOfColumn(std::size_t column) {
 }
 
 /// Why the phone book would make nothing good of a line with these values; null when it would.
-const char* whySkip(const std::vector<std::u16string_view>& values) {
+const char* whySkip(const std::vector<WStringView>& values) {
     bool blank = true;
     TextLengths lengths{};
     for (std::size_t column = 0; column < values.size(); ++column) {
@@ -70,12 +70,12 @@ const char* whySkip(const std::vector<std::u16string_view>& values) {
     return canBeStored(lengths) ? nullptr : "its values together are longer than a contact can be";
 }
 
-CString withSeparatedCodes(const CString& line, const std::vector<std::u16string_view>& values) {
+CString withSeparatedCodes(const CString& line, const std::vector<WStringView>& values) {
     CString separated = line;
     for (std::size_t column = std::min(values.size(), columns); column-- > 0;) {  // the last first: places stay
         if (!PhoneBook::PhoneBookDBMgr::isTelNoAttr(attributeOfColumn(column).id)) continue;
         const std::size_t place = missingSeparator(values[column]);
-        if (place == std::u16string_view::npos) continue;
+        if (place == WStringView::npos) continue;
         separated.Insert(static_cast<int>(values[column].data() - line.view().data() + std::ptrdiff_t(place)), u' ');
     }
     return separated;
@@ -89,14 +89,14 @@ std::string inSentence(const Field& field) {
 }
 
 /// What the phone book changes about a date; empty when it keeps the day.
-std::string noteOnDate(std::u16string_view value) {
+std::string noteOnDate(WStringView value) {
     COleDateTime day;
     if (!day.ParseDateTime(CString(value))) return " is no date and is left out";
     return canBeBirthday(day.date()) ? "" : " is a date that cannot be kept and is left out";
 }
 
 /// What the phone book changes about a number; empty when it keeps it.
-std::string noteOnNumber(std::u16string_view value) {
+std::string noteOnNumber(WStringView value) {
     using Limits = std::numeric_limits<LONG>;
     const std::string text = utf8Of(value);
     // The phone book reads as far as it goes, octal numbers too, and holds the result in a signed number.
@@ -107,7 +107,7 @@ std::string noteOnNumber(std::u16string_view value) {
     return (meant ? " is taken for " : " is no whole number of 32 bits and becomes ") + std::to_string(kept);
 }
 
-std::string noteOn(const std::vector<std::u16string_view>& values) {
+std::string noteOn(const std::vector<WStringView>& values) {
     std::string note;
     for (std::size_t column = 0; column < std::min(values.size(), columns); ++column) {
         const PhoneBook::PBAttribute& attribute = attributeOfColumn(column);

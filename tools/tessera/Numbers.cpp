@@ -1,8 +1,6 @@
 #include "Numbers.h"
 
 #include <algorithm>
-#include <string>
-#include <string_view>
 
 #include "CountryCodes.h"
 #include "tessera/phonebook/PhoneBookDBMgr.h"
@@ -11,50 +9,50 @@ namespace Tool {
 
 namespace {
 
-constexpr std::u16string_view internationalPrefix = u"00";
+constexpr WStringView internationalPrefix = TEXT("00");
 
 bool counts(WCHAR ch) {
-    return std::u16string_view(u"0123456789PT*#").find(ch) != std::u16string_view::npos;
+    return WStringView(TEXT("0123456789PT*#")).find(ch) != WStringView::npos;
 }
 
 /// What counts of a number, of any length.
-std::u16string reduced(std::u16string_view text) {
-    std::u16string kept;
+WString reduced(WStringView text) {
+    WString kept;
     std::copy_if(text.begin(), text.end(), std::back_inserter(kept), counts);
     return kept;
 }
 
 /// Blanks, a parenthesis and the like may stand before the plus sign, digits may not.
-bool beginsWithPlus(std::u16string_view text) {
+bool beginsWithPlus(WStringView text) {
     const auto first = std::find_if(text.begin(), text.end(), [](WCHAR ch) { return ch == u'+' || counts(ch); });
     return first != text.end() && *first == u'+';
 }
 
 class Forms {
 public:
-    void add(std::u16string_view number) {
+    void add(WStringView number) {
         const CString form = PhoneBook::PhoneBookDBMgr::makeCNIP(CString(number));
         if (form.IsEmpty() || std::find(forms_.begin(), forms_.end(), form) != forms_.end()) return;
         forms_.push_back(form);
     }
 
-    void addWithAndWithoutZero(const std::u16string& number) {
+    void addWithAndWithoutZero(const WString& number) {
         if (number.empty()) return;
         add(number);
         if (number.starts_with(u'0')) {
-            add(std::u16string_view(number).substr(1));
+            add(WStringView(number).substr(1));
         } else {
             add(u'0' + number);
         }
     }
 
     /// `number` begins with its country calling code.
-    void addInternational(const std::u16string& number) {
-        const std::u16string national = number.substr(countryCodeLength(number));
+    void addInternational(const WString& number) {
+        const WString national = number.substr(countryCodeLength(number));
         if (national.empty()) return;
         add(u'0' + national);  // what the phone book makes of a plus sign, a code and a separator
         addWithAndWithoutZero(national);
-        add(std::u16string(internationalPrefix) + number);
+        add(WString(internationalPrefix) + number);
     }
 
     std::vector<CString> take() { return std::move(forms_); }
@@ -66,11 +64,11 @@ private:
 }  // namespace
 
 std::vector<CString> formsOf(const CString& received) {
-    const std::u16string number = reduced(received.view());
+    const WString number = reduced(received.view());
     if (number.empty()) return {};  // the phone book would make a 0 of a plus sign alone
     const bool plus = beginsWithPlus(received.view());
     const bool prefixed = !plus && number.starts_with(internationalPrefix);
-    const std::u16string behindPrefix = prefixed ? number.substr(internationalPrefix.size()) : number;
+    const WString behindPrefix = prefixed ? number.substr(internationalPrefix.size()) : number;
 
     Forms forms;
     if ((plus || prefixed) && countryCodeLength(behindPrefix) != 0) forms.addInternational(behindPrefix);
@@ -80,16 +78,16 @@ std::vector<CString> formsOf(const CString& received) {
     return forms.take();
 }
 
-std::vector<TextRange> placesOf(std::u16string_view sought, std::u16string_view number) {
-    constexpr std::size_t nowhere = std::u16string_view::npos;
+std::vector<TextRange> placesOf(WStringView sought, WStringView number) {
+    constexpr std::size_t nowhere = WStringView::npos;
     const std::size_t length = PhoneBook::PhoneBookDBMgr::makeCNIP(CString(number)).view().size();
-    std::u16string counted;
+    WString counted;
     std::vector<std::size_t> places;
     std::size_t start = 0;
     if (number.starts_with(u'+')) {
-        counted = u"0";
+        counted = TEXT("0");
         places.push_back(nowhere);
-        start = std::min(number.find_first_of(u" -"), number.size());
+        start = std::min(number.find_first_of(TEXT(" -")), number.size());
     }
     for (std::size_t i = start; i < number.size() && counted.size() < length; ++i) {
         if (!counts(number[i])) continue;
@@ -106,13 +104,13 @@ std::vector<TextRange> placesOf(std::u16string_view sought, std::u16string_view 
     return ranges;
 }
 
-std::size_t missingSeparator(std::u16string_view number) {
-    if (!number.starts_with(u'+')) return std::u16string_view::npos;
+std::size_t missingSeparator(WStringView number) {
+    if (!number.starts_with(u'+')) return WStringView::npos;
     // The phone book takes all up to the first of these for the code.
-    const std::u16string_view code = number.substr(0, number.find_first_of(u" -"));
-    const std::u16string digits = reduced(code);
+    const WStringView code = number.substr(0, number.find_first_of(TEXT(" -")));
+    const WString digits = reduced(code);
     const std::size_t length = countryCodeLength(digits);
-    if (length == 0 || length == digits.size()) return std::u16string_view::npos;
+    if (length == 0 || length == digits.size()) return WStringView::npos;
     std::size_t behind = 0;
     for (std::size_t passed = 0; passed < length; ++behind) {
         if (counts(code[behind])) ++passed;
@@ -123,7 +121,7 @@ std::size_t missingSeparator(std::u16string_view number) {
 CString withSeparatedCode(const CString& number) {
     CString separated = number;
     const std::size_t place = missingSeparator(number.view());
-    if (place != std::u16string_view::npos) separated.Insert(static_cast<int>(place), u' ');
+    if (place != WStringView::npos) separated.Insert(static_cast<int>(place), u' ');
     return separated;
 }
 

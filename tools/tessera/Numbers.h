@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string_view>
 #include <vector>
 
 #include "TextRange.h"
@@ -16,11 +15,11 @@ std::vector<CString> formsOf(const CString& received);
 
 /// Where the characters that count of a number, as the phone book reduces it, are these: from the first to the last of
 /// them. Not of the 0 that a plus sign and a country calling code become, which stands nowhere in the number.
-std::vector<TextRange> placesOf(std::u16string_view sought, std::u16string_view number);
+std::vector<TextRange> placesOf(WStringView sought, WStringView number);
 
 /// Where a number that begins with a plus sign lacks the space behind its country calling code without which
 /// the phone book would lose digits of it; npos for every other number.
-std::size_t missingSeparator(std::u16string_view number);
+std::size_t missingSeparator(WStringView number);
 
 /// The number as typed, with that space.
 CString withSeparatedCode(const CString& number);

@@ -28,7 +28,7 @@ Row headings() {
 }
 
 /// The number with all that matches the digits marked.
-Cell cellOfNumber(std::u16string_view number, const CString& digits) {
+Cell cellOfNumber(WStringView number, const CString& digits) {
     const auto displayed = [number](std::size_t end) { return displayable(utf8Of(number.substr(0, end))); };
     Cell cell = displayed(number.size());
     for (const TextRange& range : placesOf(digits.view(), number))

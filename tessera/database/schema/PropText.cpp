@@ -11,7 +11,7 @@ namespace Database {
 namespace {
 
 CString ofAscii(std::string_view characters) {
-    return CString(std::u16string(characters.begin(), characters.end()));
+    return CString(WString(characters.begin(), characters.end()));
 }
 
 CString decimal(int value) {

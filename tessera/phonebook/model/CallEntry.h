@@ -21,8 +21,8 @@ struct CallEntry {
 /// The most calls that the history keeps.
 inline constexpr DWORD nMaxCallEntries_ = 100;
 /// The name of a call that came without number information.
-inline constexpr const WCHAR* szNoNumberName_ = u"번호정보없음";
+inline constexpr const WCHAR* szNoNumberName_ = TEXT("번호정보없음");
 /// The number of a call whose number was withheld: it is not looked up.
-inline constexpr const WCHAR* szWithheldCID_ = u"발신번호표시제한";
+inline constexpr const WCHAR* szWithheldCID_ = TEXT("발신번호표시제한");
 
 }  // namespace PhoneBook

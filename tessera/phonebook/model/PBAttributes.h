@@ -202,7 +202,8 @@ inline constexpr DWORD dwPrimaryTelNoFlag_ = 0x00400000;  ///< The bit of the pr
 static_assert(ciTypeMaskOfTable(PBDBTBL_PHONEBOOKEXT) == dwExtensionMask_);
 
 /// The groups that a phone book starts with: family, friends, company, school.
-inline constexpr std::array<const WCHAR*, 4> aszDefPBGroupName_ = {u"가족", u"친구", u"회사", u"학교"};
+inline constexpr std::array<const WCHAR*, 4> aszDefPBGroupName_ = {TEXT("가족"), TEXT("친구"), TEXT("회사"),
+                                                                   TEXT("학교")};
 
 // The lookups by attribute ID or index do not test it for range.
 

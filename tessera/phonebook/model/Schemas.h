@@ -8,12 +8,12 @@
 namespace PhoneBook {
 
 /// The name of the phone book.
-inline constexpr const WCHAR* szPBDBName_ = u"PhoneBookDB";
+inline constexpr const WCHAR* szPBDBName_ = TEXT("PhoneBookDB");
 
 /// The name of each table's database, by table ID.
 inline constexpr std::array<const WCHAR*, nNumTableSchemas_> aszTableName_ = {
-    u"QZ_POlContacts",      u"QZ_PhoneBookExt", u"QZ_SpeedDialNo",
-    u"QZ_AvailablePBGroup", u"QZ_CallHistory",  u"\\Categories Database",
+    TEXT("QZ_POlContacts"),      TEXT("QZ_PhoneBookExt"), TEXT("QZ_SpeedDialNo"),
+    TEXT("QZ_AvailablePBGroup"), TEXT("QZ_CallHistory"),  TEXT("\\Categories Database"),
 };
 
 /// The schema of each table, by table ID. Their attributes are made when the library is loaded.

@@ -1,15 +1,13 @@
 #include "tessera/phonebook/model/TelNo.h"
 
 #include <array>
-#include <string>
-#include <string_view>
 
 #include "tessera/platform/base/TelephoneNumber.h"
 
 namespace PhoneBook {
 namespace {
 
-std::size_t areaCodeLength(std::u16string_view number) {
+std::size_t areaCodeLength(WStringView number) {
     if (number[0] != u'0') return 0;
     return number[1] == u'2' ? 2 : 3;
 }
@@ -29,13 +27,13 @@ CString makeCNIP(const WCHAR* in) {
 }
 
 CString makeTelNoStrFromCID(const WCHAR* cid) {
-    const std::u16string_view number = cid == nullptr ? u"" : cid;
+    const WStringView number = cid == nullptr ? TEXT("") : cid;
     if (number.size() < 5) return CString(number);
 
     const std::size_t areaCode = areaCodeLength(number);
-    const std::u16string_view rest = number.substr(areaCode);
+    const WStringView rest = number.substr(areaCode);
     const std::size_t middle = rest.size() == 7 ? 3 : 4;
-    std::u16string text(number.substr(0, areaCode));
+    WString text(number.substr(0, areaCode));
     if (areaCode > 0) text += u'-';
     text += rest.substr(0, middle);
     text += u'-';  // stands even when nothing follows

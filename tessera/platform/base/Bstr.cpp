@@ -20,7 +20,7 @@ ByteLength* prefixOf(BSTR text) {
 
 BSTR SysAllocString(const WCHAR* text) {
     if (text == nullptr) return nullptr;
-    const std::size_t length = std::u16string_view(text).size();
+    const std::size_t length = WStringView(text).size();
     return length <= UINT32_MAX ? SysAllocStringLen(text, static_cast<UINT>(length)) : nullptr;
 }
 

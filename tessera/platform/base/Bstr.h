@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string_view>
 #include <utility>
 
 #include "tessera/Export.h"
@@ -44,7 +43,7 @@ public:
     }
     bool isEmpty() const { return SysStringLen(text_) == 0; }  ///< True without characters.
     /// A copy.
-    CString text() const { return CString(std::u16string_view(text_, SysStringLen(text_))); }
+    CString text() const { return CString(WStringView(text_, SysStringLen(text_))); }
 
 private:
     BSTR text_ = nullptr;

@@ -8,8 +8,8 @@ namespace port = Platform::port;
 
 namespace {
 
-std::u16string_view viewOf(const WCHAR* text) {
-    return text != nullptr ? std::u16string_view(text) : std::u16string_view();
+WStringView viewOf(const WCHAR* text) {
+    return text != nullptr ? WStringView(text) : WStringView();
 }
 
 std::size_t cutTo(int value, std::size_t limit) {
@@ -17,7 +17,7 @@ std::size_t cutTo(int value, std::size_t limit) {
 }
 
 int positionOf(std::size_t found) {
-    return found == std::u16string::npos ? -1 : static_cast<int>(found);
+    return found == WString::npos ? -1 : static_cast<int>(found);
 }
 
 // Most text is ASCII, whose letters need no table.

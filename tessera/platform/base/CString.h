@@ -2,8 +2,6 @@
 
 #include <compare>
 #include <cstddef>
-#include <string>
-#include <string_view>
 
 #include "tessera/Export.h"
 #include "tessera/platform/base/Types.h"
@@ -21,7 +19,7 @@ public:
     /// One character, as often as said.
     explicit CString(WCHAR ch, int repeat = 1);
     /// Copies the text, zero characters too.
-    explicit CString(std::u16string_view text) : text_(text) {}
+    explicit CString(WStringView text) : text_(text) {}
 
     /// A null pointer gives the empty text.
     CString& operator=(const WCHAR* text);
@@ -39,7 +37,7 @@ public:
 
     /// The zero-terminated text; valid until the text is next changed.
     operator const WCHAR*() const { return text_.c_str(); }
-    std::u16string_view view() const { return text_; }  ///< Valid until the text is next changed.
+    WStringView view() const { return text_; }  ///< Valid until the text is next changed.
 
     /// Less than, equal to or greater than 0, comparing code units.
     int Compare(const WCHAR* other) const;
@@ -108,5 +106,5 @@ public:
     friend bool operator<(const CString& left, const CString& right) { return left.text_ < right.text_; }
 
 private:
-    std::u16string text_;
+    WString text_;
 };

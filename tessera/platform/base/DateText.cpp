@@ -17,20 +17,20 @@ struct Number {
 };
 using Numbers = std::array<Number, 3>;
 
-bool isWhiteSpace(char16_t ch) {
-    constexpr std::u16string_view spaces = u" \t\n\v\f\r\u0085\u00A0\u1680\u2028\u2029\u202F\u205F\u3000";
-    return spaces.find(ch) != std::u16string_view::npos || (ch >= u'\u2000' && ch <= u'\u200A');
+bool isWhiteSpace(WCHAR ch) {
+    constexpr WStringView spaces = TEXT(" \t\n\v\f\r\u0085\u00A0\u1680\u2028\u2029\u202F\u205F\u3000");
+    return spaces.find(ch) != WStringView::npos || (ch >= u'\u2000' && ch <= u'\u200A');
 }
 
 // The marks that make a date readable among right-to-left text are no part of the date.
-bool isDirectionMark(char16_t ch) {
+bool isDirectionMark(WCHAR ch) {
     return ch == u'\u200E' || ch == u'\u200F' || ch == u'\u061C';
 }
 
 /// Walks over a text. Each step moves on and answers true, or stays and answers false.
 class Reader {
 public:
-    explicit Reader(std::u16string_view text) : text_(text) {}
+    explicit Reader(WStringView text) : text_(text) {}
 
     void skipSpace() {
         while (pos_ < text_.size() && (isWhiteSpace(text_[pos_]) || isDirectionMark(text_[pos_])))
@@ -38,10 +38,10 @@ public:
     }
 
     /// White space in `expected` stands for any white space or none.
-    bool literal(std::u16string_view expected) {
+    bool literal(WStringView expected) {
         const std::size_t start = pos_;
         skipSpace();
-        for (const char16_t ch : expected) {
+        for (const WCHAR ch : expected) {
             if (isWhiteSpace(ch) || isDirectionMark(ch)) {
                 skipSpace();
             } else if (pos_ < text_.size() && text_[pos_] == ch) {
@@ -56,7 +56,7 @@ public:
         return true;
     }
 
-    bool character(char16_t ch) {
+    bool character(WCHAR ch) {
         if (pos_ == text_.size() || text_[pos_] != ch) return false;
         ++pos_;
         return true;
@@ -79,28 +79,28 @@ public:
     bool afterSpace() const { return pos_ > 0 && isWhiteSpace(text_[pos_ - 1]); }
 
 private:
-    std::u16string_view text_;
+    WStringView text_;
     std::size_t pos_ = 0;
 };
 
 /// What stands around the three numbers of a date.
 struct Frame {
-    std::u16string_view before;
-    std::u16string_view first;
-    std::u16string_view second;
-    std::u16string_view after;
+    WStringView before;
+    WStringView first;
+    WStringView second;
+    WStringView after;
     bool yearFirst = false;  ///< Whatever the locale says: units name the places.
 };
 
 // Forms that are read in every locale; an ending is tried before its absence.
 constexpr std::array<Frame, 7> commonFrames_ = {{
-    {u"", u"-", u"-", u""},
-    {u"", u"/", u"/", u""},
-    {u"", u".", u".", u"."},
-    {u"", u".", u".", u""},
-    {u"", u" ", u" ", u""},
-    {u"", u"\uB144", u"\uC6D4", u"\uC77C", true},  // the Korean words for year, month and day
-    {u"", u"\u5E74", u"\u6708", u"\u65E5", true},  // the Chinese and Japanese ones
+    {TEXT(""), TEXT("-"), TEXT("-"), TEXT("")},
+    {TEXT(""), TEXT("/"), TEXT("/"), TEXT("")},
+    {TEXT(""), TEXT("."), TEXT("."), TEXT(".")},
+    {TEXT(""), TEXT("."), TEXT("."), TEXT("")},
+    {TEXT(""), TEXT(" "), TEXT(" "), TEXT("")},
+    {TEXT(""), TEXT("\uB144"), TEXT("\uC6D4"), TEXT("\uC77C"), true},  // the Korean words for year, month and day
+    {TEXT(""), TEXT("\u5E74"), TEXT("\u6708"), TEXT("\u65E5"), true},  // the Chinese and Japanese ones
 }};
 
 /// The places of year, month and day among the three numbers.
@@ -179,7 +179,7 @@ bool readTimeOfDay(Reader& reader, CivilTime& time) {
     return reader.atEnd() && isCivilTime(time);
 }
 
-std::optional<CivilTime> readInFrame(std::u16string_view text, const Frame& frame, port::DateOrder userOrder) {
+std::optional<CivilTime> readInFrame(WStringView text, const Frame& frame, port::DateOrder userOrder) {
     Reader reader(text);
     Numbers numbers;
     if (!readNumbers(reader, frame, numbers)) return std::nullopt;
@@ -199,7 +199,7 @@ void appendNumber(CString& text, int value, int minDigits) {
 void appendDate(CString& text, const CivilTime& time, const port::DatePattern& pattern) {
     const Places places = placesOf(pattern.order);
     const int shortDigits = pattern.padded ? 2 : 1;
-    const std::array<std::u16string_view, 3> behind = {pattern.separators[0], pattern.separators[1], pattern.after};
+    const std::array<WStringView, 3> behind = {pattern.separators[0], pattern.separators[1], pattern.after};
 
     text += pattern.before.c_str();
     for (std::size_t place = 0; place < behind.size(); ++place) {
@@ -238,7 +238,7 @@ CString dateText(const CivilTime& time, bool withTimeOfDay) {
     return text;
 }
 
-std::optional<CivilTime> civilTimeOfText(std::u16string_view text) {
+std::optional<CivilTime> civilTimeOfText(WStringView text) {
     const port::DatePattern user = port::userDatePattern();
     const Frame userFrame{user.before, user.separators[0], user.separators[1], user.after};
     if (const auto time = readInFrame(text, userFrame, user.order)) return time;

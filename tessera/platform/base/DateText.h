@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string_view>
 
 #include "tessera/platform/base/CString.h"
 
@@ -26,6 +25,6 @@ bool isCivilTime(const CivilTime& time);
 CString dateText(const CivilTime& time, bool withTimeOfDay);
 
 /// Reads what dateText writes in any locale, and what COleDateTime::ParseDateTime promises beside it.
-std::optional<CivilTime> civilTimeOfText(std::u16string_view text);
+std::optional<CivilTime> civilTimeOfText(WStringView text);
 
 }  // namespace Platform

@@ -1,7 +1,6 @@
 #include "tessera/platform/base/TelephoneNumber.h"
 
 #include <array>
-#include <string_view>
 
 namespace Platform {
 namespace {
@@ -22,7 +21,7 @@ const WCHAR* behindCountryCode(const WCHAR* text) {
 
 void reduceNumber(const WCHAR* in, WCHAR* out) {
     WCHAR* const end = out + reducedNumberBuffer - 1;
-    if (in == nullptr) in = u"";
+    if (in == nullptr) in = TEXT("");
     if (*in == u'+') {
         in = behindCountryCode(in);
         *out++ = u'0';
@@ -36,7 +35,7 @@ void reduceNumber(const WCHAR* in, WCHAR* out) {
 std::string reducedNumber(const WCHAR* number) {
     std::array<WCHAR, reducedNumberBuffer> reduced;
     reduceNumber(number, reduced.data());
-    const std::u16string_view characters(reduced.data());
+    const WStringView characters(reduced.data());
     return {characters.begin(), characters.end()};
 }
 

@@ -2,13 +2,14 @@
 
 #include <cstdint>
 
+#include "tessera/platform/port/Character.h"
+
 /// @file
 /// The scalar types of the platform. The device that they come from was a 32-bit one, and its widths
 /// are kept: a `long` of an interface is 32 bits here whatever the machine's own is.
 
 /// @{
 /// A scalar of the platform, of the width that it has everywhere.
-using WCHAR = char16_t;
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;

@@ -15,7 +15,7 @@ constexpr bool isLowSurrogate(char32_t unit) {
 }
 
 /// The character at `pos`, which moves behind it.
-char32_t nextOfUtf16(std::u16string_view text, std::size_t& pos) {
+char32_t nextOfUtf16(WStringView text, std::size_t& pos) {
     const char32_t unit = text[pos++];
     if (!isHighSurrogate(unit)) return isLowSurrogate(unit) ? replacement_ : unit;
     if (pos == text.size() || !isLowSurrogate(text[pos])) return replacement_;
@@ -44,13 +44,13 @@ void appendUtf8(std::string& bytes, char32_t ch) {
     }
 }
 
-void appendUtf16(std::u16string& text, char32_t ch) {
+void appendUtf16(WString& text, char32_t ch) {
     if (ch < 0x10000) {
-        text += static_cast<char16_t>(ch);
+        text += static_cast<WCHAR>(ch);
         return;
     }
-    text += static_cast<char16_t>(0xD800 + ((ch - 0x10000) >> 10));
-    text += static_cast<char16_t>(0xDC00 + ((ch - 0x10000) & 0x3FF));
+    text += static_cast<WCHAR>(0xD800 + ((ch - 0x10000) >> 10));
+    text += static_cast<WCHAR>(0xDC00 + ((ch - 0x10000) & 0x3FF));
 }
 
 /// A row of the table of well-formed byte sequences: what may follow which lead bytes. The limits of the
@@ -102,7 +102,7 @@ std::optional<char32_t> nextOfUtf8(std::string_view bytes, std::size_t& pos) {
 
 }  // namespace
 
-std::string utf8Of(std::u16string_view text) {
+std::string utf8Of(WStringView text) {
     std::string bytes;
     bytes.reserve(text.size());
     for (std::size_t pos = 0; pos < text.size();) {
@@ -112,7 +112,7 @@ std::string utf8Of(std::u16string_view text) {
 }
 
 std::optional<CString> textOfUtf8(std::string_view bytes) {
-    std::u16string text;
+    WString text;
     text.reserve(bytes.size());
     for (std::size_t pos = 0; pos < bytes.size();) {
         const std::optional<char32_t> ch = nextOfUtf8(bytes, pos);

@@ -42,7 +42,7 @@ HRESULT Contact::QueryInterface(const IID& iid, void** out) {
 
 HRESULT Contact::getText(ContactField field, BSTR* out) const {
     if (out == nullptr) return E_POINTER;
-    const std::u16string_view value = heldText(field).view();
+    const WStringView value = heldText(field).view();
     *out = SysAllocStringLen(value.data(), static_cast<UINT>(value.size()));
     return *out != nullptr ? S_OK : E_OUTOFMEMORY;
 }

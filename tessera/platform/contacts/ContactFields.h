@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <optional>
-#include <string_view>
 
 #include "tessera/platform/base/Types.h"
 #include "tessera/platform/contacts/ContactProperties.h"
@@ -28,25 +27,26 @@ enum class ContactField : std::size_t {
 
 struct ContactFieldDef {
     ContactField field;
-    std::u16string_view name;
+    WStringView name;
     CEPROPID property;
 };
 
 inline constexpr std::array contactFields = {
-    ContactFieldDef{ContactField::fileAs, u"FileAs", ContactProperty::fileAs},
-    ContactFieldDef{ContactField::firstName, u"FirstName", ContactProperty::firstName},
-    ContactFieldDef{ContactField::lastName, u"LastName", ContactProperty::lastName},
-    ContactFieldDef{ContactField::categories, u"Categories", ContactProperty::categories},
-    ContactFieldDef{ContactField::mobileTelephoneNumber, u"MobileTelephoneNumber",
+    ContactFieldDef{ContactField::fileAs, TEXT("FileAs"), ContactProperty::fileAs},
+    ContactFieldDef{ContactField::firstName, TEXT("FirstName"), ContactProperty::firstName},
+    ContactFieldDef{ContactField::lastName, TEXT("LastName"), ContactProperty::lastName},
+    ContactFieldDef{ContactField::categories, TEXT("Categories"), ContactProperty::categories},
+    ContactFieldDef{ContactField::mobileTelephoneNumber, TEXT("MobileTelephoneNumber"),
                     ContactProperty::mobileTelephoneNumber},
-    ContactFieldDef{ContactField::homeTelephoneNumber, u"HomeTelephoneNumber", ContactProperty::homeTelephoneNumber},
-    ContactFieldDef{ContactField::businessTelephoneNumber, u"BusinessTelephoneNumber",
+    ContactFieldDef{ContactField::homeTelephoneNumber, TEXT("HomeTelephoneNumber"),
+                    ContactProperty::homeTelephoneNumber},
+    ContactFieldDef{ContactField::businessTelephoneNumber, TEXT("BusinessTelephoneNumber"),
                     ContactProperty::businessTelephoneNumber},
-    ContactFieldDef{ContactField::email1Address, u"Email1Address", ContactProperty::email1Address},
-    ContactFieldDef{ContactField::pagerNumber, u"PagerNumber", ContactProperty::pagerNumber},
-    ContactFieldDef{ContactField::businessFaxNumber, u"BusinessFaxNumber", ContactProperty::businessFaxNumber},
-    ContactFieldDef{ContactField::body, u"Body", ContactProperty::body},
-    ContactFieldDef{ContactField::birthday, u"Birthday", ContactProperty::birthday},
+    ContactFieldDef{ContactField::email1Address, TEXT("Email1Address"), ContactProperty::email1Address},
+    ContactFieldDef{ContactField::pagerNumber, TEXT("PagerNumber"), ContactProperty::pagerNumber},
+    ContactFieldDef{ContactField::businessFaxNumber, TEXT("BusinessFaxNumber"), ContactProperty::businessFaxNumber},
+    ContactFieldDef{ContactField::body, TEXT("Body"), ContactProperty::body},
+    ContactFieldDef{ContactField::birthday, TEXT("Birthday"), ContactProperty::birthday},
 };
 
 constexpr bool contactFieldsStandInOrder() {
@@ -66,7 +66,7 @@ constexpr WCHAR asciiUpper(WCHAR unit) {
     return unit >= u'a' && unit <= u'z' ? static_cast<WCHAR>(unit - u'a' + u'A') : unit;
 }
 
-constexpr bool equalInAnyCase(std::u16string_view left, std::u16string_view right) {
+constexpr bool equalInAnyCase(WStringView left, WStringView right) {
     if (left.size() != right.size()) return false;
     for (std::size_t i = 0; i < left.size(); ++i) {
         if (asciiUpper(left[i]) != asciiUpper(right[i])) return false;
@@ -75,7 +75,7 @@ constexpr bool equalInAnyCase(std::u16string_view left, std::u16string_view righ
 }
 
 /// The field of that name, in any case.
-constexpr std::optional<ContactField> contactFieldNamed(std::u16string_view name) {
+constexpr std::optional<ContactField> contactFieldNamed(WStringView name) {
     for (const ContactFieldDef& definition : contactFields) {
         if (equalInAnyCase(definition.name, name)) return definition.field;
     }

@@ -34,4 +34,4 @@ inline constexpr CEPROPID businessFaxNumber = makePropId(0x3A24, CEVT_LPWSTR);
 }  // namespace ContactProperty
 
 /// The name of the object store's database of contacts.
-inline constexpr const WCHAR* szContactsDatabase = u"Contacts Database";
+inline constexpr const WCHAR* szContactsDatabase = TEXT("Contacts Database");

@@ -12,11 +12,11 @@ namespace Platform {
 
 namespace {
 
-std::u16string_view viewOf(BSTR text) {
-    return text != nullptr ? std::u16string_view(text) : std::u16string_view();
+WStringView viewOf(BSTR text) {
+    return text != nullptr ? WStringView(text) : WStringView();
 }
 
-std::u16string_view withoutBrackets(std::u16string_view name) {
+WStringView withoutBrackets(WStringView name) {
     const bool bracketed = name.size() >= 2 && name.front() == u'[' && name.back() == u']';
     return bracketed ? name.substr(1, name.size() - 2) : name;
 }

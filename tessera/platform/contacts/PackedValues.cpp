@@ -39,7 +39,7 @@ std::string packedFileTime(const FILETIME& time) {
     return bytes;
 }
 
-std::strong_ordering compareInUpperCase(std::string_view bytes, std::u16string_view upper) {
+std::strong_ordering compareInUpperCase(std::string_view bytes, WStringView upper) {
     const std::size_t length = bytes.size() / 2;
     const std::size_t common = std::min(length, upper.size());
     for (std::size_t i = 0; i < common; ++i) {

@@ -15,6 +15,6 @@ FILETIME fileTimeOfPacked(std::string_view bytes);
 std::string packedFileTime(const FILETIME& time);
 
 /// How the text compares, in upper case and code unit by code unit, with one in upper case already.
-std::strong_ordering compareInUpperCase(std::string_view bytes, std::u16string_view upper);
+std::strong_ordering compareInUpperCase(std::string_view bytes, WStringView upper);
 
 }  // namespace Platform

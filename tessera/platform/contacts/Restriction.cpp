@@ -14,7 +14,7 @@ namespace Platform {
 /// nothing, or false, for text that is not what it expects.
 class RestrictionParser {
 public:
-    explicit RestrictionParser(std::u16string_view text) : rest_(text) {}
+    explicit RestrictionParser(WStringView text) : rest_(text) {}
 
     std::optional<Restriction> whole() {
         std::optional<Restriction::Group> root = group(0);
@@ -41,7 +41,7 @@ private:
 
     std::optional<Restriction::Term> term(int depth) {
         Restriction::Term result;
-        if (!take(u"(")) {
+        if (!take(TEXT("("))) {
             std::optional<Restriction::Comparison> leaf = comparison();
             if (!leaf) return std::nullopt;
             result.comparison = std::move(*leaf);
@@ -49,23 +49,23 @@ private:
         }
         if (depth == Restriction::maxNesting) return std::nullopt;
         std::optional<Restriction::Group> inner = group(depth + 1);
-        if (!inner || !take(u")")) return std::nullopt;
+        if (!inner || !take(TEXT(")"))) return std::nullopt;
         result.group = std::make_unique<const Restriction::Group>(std::move(*inner));
         return result;
     }
 
     std::optional<Restriction::Comparison> comparison() {
-        const std::optional<std::u16string_view> name = between(u"[", u']');
+        const std::optional<WStringView> name = between(TEXT("["), u']');
         const std::optional<ContactField> field = name ? contactFieldNamed(*name) : std::nullopt;
         const std::optional<Restriction::Operator> op = field ? comparisonOperator() : std::nullopt;
-        const std::optional<std::u16string_view> value = op ? between(u"\"", u'"') : std::nullopt;
+        const std::optional<WStringView> value = op ? between(TEXT("\""), u'"') : std::nullopt;
         if (!value) return std::nullopt;
         Restriction::Comparison result{*field, *op, {}, 0};
         if (!setValue(result, *value)) return std::nullopt;
         return result;
     }
 
-    static bool setValue(Restriction::Comparison& comparison, std::u16string_view value) {
+    static bool setValue(Restriction::Comparison& comparison, WStringView value) {
         CString text(value);
         if (comparison.field != ContactField::birthday) {
             text.MakeUpper();
@@ -83,13 +83,14 @@ private:
     std::optional<Restriction::Operator> comparisonOperator() {
         using Operator = Restriction::Operator;
         struct Spelling {
-            std::u16string_view text;
+            WStringView text;
             Operator op;
         };
         // The longer ones first: each of them begins like a shorter one.
         static constexpr Spelling spellings[] = {
-            {u"<=", Operator::lessOrEqual}, {u">=", Operator::greaterOrEqual}, {u"<>", Operator::notEqual},
-            {u"<", Operator::less},         {u">", Operator::greater},         {u"=", Operator::equal},
+            {TEXT("<="), Operator::lessOrEqual}, {TEXT(">="), Operator::greaterOrEqual},
+            {TEXT("<>"), Operator::notEqual},    {TEXT("<"), Operator::less},
+            {TEXT(">"), Operator::greater},      {TEXT("="), Operator::equal},
         };
         for (const Spelling& spelling : spellings) {
             if (take(spelling.text)) return spelling.op;
@@ -98,19 +99,19 @@ private:
     }
 
     std::optional<Connective> connective() {
-        if (takeWord(u"and")) return Connective::conjunction;
-        if (takeWord(u"or")) return Connective::disjunction;
+        if (takeWord(TEXT("and"))) return Connective::conjunction;
+        if (takeWord(TEXT("or"))) return Connective::disjunction;
         return std::nullopt;
     }
 
-    bool take(std::u16string_view token) {
+    bool take(WStringView token) {
         skipBlanks();
         if (!rest_.starts_with(token)) return false;
         rest_.remove_prefix(token.size());
         return true;
     }
 
-    bool takeWord(std::u16string_view word) {
+    bool takeWord(WStringView word) {
         skipBlanks();
         if (!equalInAnyCase(rest_.substr(0, word.size()), word)) return false;
         rest_.remove_prefix(word.size());
@@ -118,21 +119,21 @@ private:
     }
 
     /// What stands between the two marks, as it is: there is no way to write the closing mark inside.
-    std::optional<std::u16string_view> between(std::u16string_view opening, WCHAR closing) {
+    std::optional<WStringView> between(WStringView opening, WCHAR closing) {
         if (!take(opening)) return std::nullopt;
         const std::size_t length = rest_.find(closing);
-        if (length == std::u16string_view::npos) return std::nullopt;
-        const std::u16string_view inside = rest_.substr(0, length);
+        if (length == WStringView::npos) return std::nullopt;
+        const WStringView inside = rest_.substr(0, length);
         rest_.remove_prefix(length + 1);
         return inside;
     }
 
-    void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(u" \t\r\n"), rest_.size())); }
+    void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(TEXT(" \t\r\n")), rest_.size())); }
 
-    std::u16string_view rest_;
+    WStringView rest_;
 };
 
-std::optional<Restriction> Restriction::parse(std::u16string_view text) {
+std::optional<Restriction> Restriction::parse(WStringView text) {
     return RestrictionParser(text).whole();
 }
 

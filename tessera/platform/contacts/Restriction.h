@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,7 +20,7 @@ public:
     static constexpr int maxNesting = 64;
 
     /// Nothing when the text is malformed.
-    static std::optional<Restriction> parse(std::u16string_view text);
+    static std::optional<Restriction> parse(WStringView text);
 
     /// Whether the contact in that packed record is let through.
     bool matches(std::string_view packed) const;
@@ -36,7 +35,7 @@ private:
     struct Comparison {
         ContactField field = ContactField::fileAs;
         Operator op = Operator::equal;
-        std::u16string upperText;        ///< What a text field is compared with.
+        WString upperText;               ///< What a text field is compared with.
         std::int64_t birthdayTicks = 0;  ///< What the birthday is compared with.
     };
     /// A comparison, or a group when there is one, joined to all that stands before it.

@@ -17,8 +17,8 @@ constexpr std::array<CEPROPID, 5> numberProperties{0x3A1C'0000 | kindText, 0x3A0
 
 }  // namespace
 
-bool keepsNumbers(std::u16string_view database) {
-    static const std::u16string contacts = foldedName(systemDatabases[0].name);
+bool keepsNumbers(WStringView database) {
+    static const WString contacts = foldedName(systemDatabases[0].name);
     return foldedName(database) == contacts;
 }
 

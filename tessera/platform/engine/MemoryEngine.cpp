@@ -72,11 +72,10 @@ void MemoryEngine::note(MemoryDatabase& database, CEOID record, ChangeKind kind)
     written_.push_back({++state().lastChange, database.info.id, record, kind, origin_, database.info.modified});
 }
 
-DWORD MemoryEngine::createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
-                                   CEOID& database) {
+DWORD MemoryEngine::createDatabase(WStringView name, DWORD type, std::span<const SortOrder> orders, CEOID& database) {
     if (const DWORD error = checkNewDatabase(name, orders)) return error;
     return writing([&]() -> DWORD {
-        const std::u16string folded = foldedName(name);
+        const WString folded = foldedName(name);
         for (const auto& [id, other] : state().databases) {
             if (other->folded == folded) return nameTaken();
         }
@@ -108,9 +107,9 @@ DWORD MemoryEngine::dropDatabase(CEOID database) {
     });
 }
 
-DWORD MemoryEngine::findDatabase(std::u16string_view name, CEOID& database) {
+DWORD MemoryEngine::findDatabase(WStringView name, CEOID& database) {
     const Lock lock(shared_->mutex);
-    const std::u16string folded = foldedName(name);
+    const WString folded = foldedName(name);
     for (const auto& [id, candidate] : state().databases) {
         if (candidate->folded != folded) continue;
         database = id;

@@ -24,7 +24,7 @@ struct MemoryOrder {
 
 struct MemoryDatabase {
     DatabaseInfo info;
-    std::u16string folded;
+    WString folded;
     std::map<CEOID, std::string> records;
     std::map<OrderId, MemoryOrder> orders;  // the order of creation among them
 };
@@ -69,10 +69,9 @@ public:
     ~MemoryEngine() override { MemoryEngine::dropUnit(); }
 
     const SortKeys& sortKeys() const override { return keys_; }
-    DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
-                         CEOID& database) override;
+    DWORD createDatabase(WStringView name, DWORD type, std::span<const SortOrder> orders, CEOID& database) override;
     DWORD dropDatabase(CEOID database) override;
-    DWORD findDatabase(std::u16string_view name, CEOID& database) override;
+    DWORD findDatabase(WStringView name, CEOID& database) override;
     DWORD databaseInfo(CEOID database, DatabaseInfo& info) override;
     DWORD openOrder(CEOID database, const SortOrder& order, OrderId& id) override;
     DWORD get(CEOID database, CEOID record, std::string& packed) override;

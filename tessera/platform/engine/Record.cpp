@@ -90,12 +90,12 @@ bool validEdit(const Edit& edit) {
 
 }  // namespace
 
-std::string_view packedText(std::u16string_view text) {
+std::string_view packedText(WStringView text) {
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(WCHAR)};
 }
 
-std::u16string unpackedText(std::string_view bytes) {
-    std::u16string text(bytes.size() / sizeof(WCHAR), u'\0');
+WString unpackedText(std::string_view bytes) {
+    WString text(bytes.size() / sizeof(WCHAR), u'\0');
     std::memcpy(text.data(), bytes.data(), text.size() * sizeof(WCHAR));
     return text;
 }

@@ -36,8 +36,8 @@ struct PropertyView {
 };
 
 /// The bytes that stand for a text: its own, which must outlive them.
-std::string_view packedText(std::u16string_view text);
-std::u16string unpackedText(std::string_view bytes);
+std::string_view packedText(WStringView text);
+WString unpackedText(std::string_view bytes);
 
 /// One change to a record: a property set, or taken away.
 struct Edit {

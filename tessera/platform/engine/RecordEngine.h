@@ -37,7 +37,7 @@ enum class Fetch { placesOnly, records };
 
 struct DatabaseInfo {
     CEOID id = 0;
-    std::u16string name;
+    WString name;
     DWORD type = 0;
     std::vector<SortOrder> declaredOrders;
     DWORD records = 0;
@@ -74,12 +74,12 @@ public:
 
     /// Names are at most 31 characters (longer is cut) and are compared without case. Up to four
     /// declared orders. ERROR_ALREADY_EXISTS, ERROR_INVALID_PARAMETER.
-    [[nodiscard]] virtual DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
+    [[nodiscard]] virtual DWORD createDatabase(WStringView name, DWORD type, std::span<const SortOrder> orders,
                                                CEOID& database) = 0;
     /// Removes the database and its records, each recorded as deleted. ERROR_FILE_NOT_FOUND.
     [[nodiscard]] virtual DWORD dropDatabase(CEOID database) = 0;
     /// ERROR_FILE_NOT_FOUND.
-    [[nodiscard]] virtual DWORD findDatabase(std::u16string_view name, CEOID& database) = 0;
+    [[nodiscard]] virtual DWORD findDatabase(WStringView name, CEOID& database) = 0;
     [[nodiscard]] virtual DWORD databaseInfo(CEOID database, DatabaseInfo& info) = 0;
     /// The order's identifier; builds the order and keeps it when the database had none such. Orders
     /// that differ only in direction are one. ERROR_INVALID_PARAMETER for a property without an order.

@@ -54,7 +54,7 @@ std::string realKey(std::string_view value) {
 }
 
 std::string textKey(const port::Collator& collator, std::string_view value) {
-    const std::u16string text = unpackedText(value);
+    const WString text = unpackedText(value);
     std::string key(1, present);
     collator.appendSortKey(text, key);
     key += '\0';

@@ -127,7 +127,7 @@ void StoreCheck::database(CEOID id) {
     if (state == nullptr) throw connection_.damage();
     const DatabaseInfo& info = state->info;
     const std::string name = "database \"" + utf8Of(info.name) + "\": ";
-    const std::u16string folded = foldedName(info.name);
+    const WString folded = foldedName(info.name);
     CEOID named = 0;
     for (SqliteQuery row(connection_, Sql::findDatabase, packedText(folded)); row.step();)
         named = row.dword(0);

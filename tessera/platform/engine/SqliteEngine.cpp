@@ -133,11 +133,10 @@ DatabaseState* SqliteEngine::find(CEOID database) {
     return counters_.find(database);
 }
 
-DWORD SqliteEngine::createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
-                                   CEOID& database) {
+DWORD SqliteEngine::createDatabase(WStringView name, DWORD type, std::span<const SortOrder> orders, CEOID& database) {
     if (const DWORD error = checkNewDatabase(name, orders)) return error;
     return writing([&]() -> DWORD {
-        const std::u16string folded = foldedName(name);
+        const WString folded = foldedName(name);
         if (SqliteQuery(*connection_, Sql::findDatabase, packedText(folded)).step()) return nameTaken();
         StoreState& store = counters_.store();
         if (store.nextId > lastIdentifier) return identifiersUsedUp();
@@ -178,9 +177,9 @@ DWORD SqliteEngine::dropDatabase(CEOID database) {
     });
 }
 
-DWORD SqliteEngine::findDatabase(std::u16string_view name, CEOID& database) {
+DWORD SqliteEngine::findDatabase(WStringView name, CEOID& database) {
     return reading([&]() -> DWORD {
-        const std::u16string folded = foldedName(name);
+        const WString folded = foldedName(name);
         SqliteQuery query(*connection_, Sql::findDatabase, packedText(folded));
         if (!query.step()) return noSuchDatabase();
         database = query.dword(0);

@@ -24,10 +24,9 @@ public:
     [[nodiscard]] DWORD bringUpToDate();
 
     const SortKeys& sortKeys() const override { return keys_; }
-    DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
-                         CEOID& database) override;
+    DWORD createDatabase(WStringView name, DWORD type, std::span<const SortOrder> orders, CEOID& database) override;
     DWORD dropDatabase(CEOID database) override;
-    DWORD findDatabase(std::u16string_view name, CEOID& database) override;
+    DWORD findDatabase(WStringView name, CEOID& database) override;
     DWORD databaseInfo(CEOID database, DatabaseInfo& info) override;
     DWORD openOrder(CEOID database, const SortOrder& order, OrderId& id) override;
     DWORD get(CEOID database, CEOID record, std::string& packed) override;

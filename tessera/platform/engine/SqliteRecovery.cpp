@@ -37,7 +37,7 @@ bool haveShape(const Values& values, std::string_view kinds) {
 }
 
 struct FoundDatabase {
-    std::u16string name;
+    WString name;
     DWORD type = 0;
     std::vector<SortOrder> declared;
     std::uint64_t counted = 0;  ///< How many records it says that it has.
@@ -169,10 +169,10 @@ private:
         return database;
     }
 
-    std::map<CEOID, std::u16string> indexedNames_;
+    std::map<CEOID, WString> indexedNames_;
     std::map<CEOID, std::vector<SortOrder>> orders_;
     std::uint64_t nextId_ = 0;
-    std::set<std::u16string> names_;
+    std::set<WString> names_;
     std::map<std::int64_t, LastChange> changes_;
 };
 

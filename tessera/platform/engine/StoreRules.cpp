@@ -18,12 +18,12 @@ constexpr std::uint64_t ticksFrom1601To1970 = 116'444'736'000'000'000;
 
 }  // namespace
 
-std::u16string_view keptName(std::u16string_view name) {
+WStringView keptName(WStringView name) {
     return name.substr(0, maxNameLength);
 }
 
-std::u16string foldedName(std::u16string_view name) {
-    std::u16string folded(keptName(name));
+WString foldedName(WStringView name) {
+    WString folded(keptName(name));
     std::transform(folded.begin(), folded.end(), folded.begin(), port::upperCase);
     return folded;
 }
@@ -83,7 +83,7 @@ DWORD createSystemDatabases(RecordEngine& engine) {
     return engine.endUnit();
 }
 
-DWORD checkNewDatabase(std::u16string_view name, std::span<const SortOrder> orders) {
+DWORD checkNewDatabase(WStringView name, std::span<const SortOrder> orders) {
     if (name.empty()) return setStoreError(ERROR_INVALID_PARAMETER, "a database needs a name");
     if (orders.size() > maxDeclaredOrders) {
         return setStoreError(ERROR_INVALID_PARAMETER, "a database declares at most four sort orders");

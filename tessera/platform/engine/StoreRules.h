@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 
 #include "tessera/platform/engine/RecordEngine.h"
@@ -18,9 +17,9 @@ inline constexpr std::uint64_t lastIdentifier = 0xFFFF'FFFE;
 inline constexpr std::size_t maxDeclaredOrders = 4;
 
 /// The name as it is kept: its first 31 characters.
-std::u16string_view keptName(std::u16string_view name);
+WStringView keptName(WStringView name);
 /// What two names that are the same without case have in common.
-std::u16string foldedName(std::u16string_view name);
+WString foldedName(WStringView name);
 
 /// Whether the property has an order: every known kind but a blob, and 0 for the order of creation.
 bool hasOrder(CEPROPID property);
@@ -51,19 +50,19 @@ std::uint64_t newOrigin();
 
 /// The databases that a new store holds; their identifiers are 1 and 2.
 struct SystemDatabase {
-    std::u16string_view name;
+    WStringView name;
     std::span<const SortOrder> orders;
 };
 inline constexpr SortOrder contactOrder{0x4013'0000 | kindText, 0};
 inline constexpr std::array systemDatabases{
-    SystemDatabase{u"Contacts Database", {&contactOrder, 1}},
-    SystemDatabase{u"\\Categories Database", {}},
+    SystemDatabase{TEXT("Contacts Database"), {&contactOrder, 1}},
+    SystemDatabase{TEXT("\\Categories Database"), {}},
 };
 [[nodiscard]] DWORD createSystemDatabases(RecordEngine& engine);
 
 // Failures that leave everything as it was: each sets the thread's store error and answers its code.
 
-[[nodiscard]] DWORD checkNewDatabase(std::u16string_view name, std::span<const SortOrder> orders);
+[[nodiscard]] DWORD checkNewDatabase(WStringView name, std::span<const SortOrder> orders);
 [[nodiscard]] DWORD noSuchDatabase();
 [[nodiscard]] DWORD noSuchOrder();
 [[nodiscard]] DWORD noSuchRecord();

@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <cstring>
-#include <string>
 
 namespace Platform {
 namespace {

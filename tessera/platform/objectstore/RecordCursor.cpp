@@ -5,7 +5,7 @@
 
 namespace Platform {
 
-DWORD RecordCursor::open(std::u16string_view database, const SortOrder& order) {
+DWORD RecordCursor::open(WStringView database, const SortOrder& order) {
     if (const DWORD error = session_.engine().findDatabase(database, database_); error != ERROR_SUCCESS) return error;
     direction_ = order.descending() ? Direction::backward : Direction::forward;
     begun_ = false;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <span>
-#include <string_view>
 #include <vector>
 
 #include "tessera/platform/engine/RecordEngine.h"
@@ -17,7 +16,7 @@ public:
     explicit RecordCursor(Session& session) : session_(session) {}
 
     /// ERROR_FILE_NOT_FOUND when there is no database of that name.
-    [[nodiscard]] DWORD open(std::u16string_view database, const SortOrder& order);
+    [[nodiscard]] DWORD open(WStringView database, const SortOrder& order);
     CEOID database() const { return database_; }
 
     /// The next entries, none after the last; valid until the next call.

@@ -98,8 +98,7 @@ DWORD Session::write(Write&& call) {
     return error;
 }
 
-DWORD Session::createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
-                              CEOID& database) {
+DWORD Session::createDatabase(WStringView name, DWORD type, std::span<const SortOrder> orders, CEOID& database) {
     return write([&] { return engine_->createDatabase(name, type, orders, database); });
 }
 

@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <string_view>
 
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/engine/RecordEngine.h"
@@ -44,7 +43,7 @@ public:
     /// The number of the mounted store that this is a connection to.
     std::uint64_t mountNumber() const { return mountNumber_; }
 
-    [[nodiscard]] DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const SortOrder> orders,
+    [[nodiscard]] DWORD createDatabase(WStringView name, DWORD type, std::span<const SortOrder> orders,
                                        CEOID& database);
     [[nodiscard]] DWORD dropDatabase(CEOID database);
     [[nodiscard]] DWORD put(CEOID database, CEOID& record, std::span<const Edit> edits);

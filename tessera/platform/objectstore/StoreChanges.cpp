@@ -37,7 +37,7 @@ public:
 
 private:
     std::vector<TextProperty> texts_;
-    std::u16string characters_;
+    WString characters_;
 };
 
 StoreChange::Kind fateOf(ChangeKind kind) {
@@ -59,7 +59,7 @@ StoreChange changeOf(const Change& change) {
 }  // namespace
 
 struct DatabaseReader::Impl {
-    std::u16string name;
+    WString name;
     SortOrder order;
 
     // What the last complete reading was made of.

@@ -15,8 +15,8 @@
 
 /// One text of a record.
 struct TextProperty {
-    CEPROPID id = 0;           ///< The property.
-    std::u16string_view text;  ///< A zero stands behind it.
+    CEPROPID id = 0;   ///< The property.
+    WStringView text;  ///< A zero stands behind it.
 };
 
 /// A record as a reader shows it: its texts, in the order in which they were first written. Whatever it
@@ -33,7 +33,7 @@ public:
     /// All texts that the record has.
     std::span<const TextProperty> texts() const { return texts_; }
     /// Nothing when the record lacks the property: an empty text is something.
-    std::optional<std::u16string_view> text(CEPROPID id) const {
+    std::optional<WStringView> text(CEPROPID id) const {
         for (const TextProperty& property : texts_) {
             if (property.id == id) return property.text;
         }

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <string_view>
 
 #include <unicode/udat.h>
 #include <unicode/uloc.h>
@@ -17,7 +16,7 @@ struct FormatDeleter {
 };
 
 DatePattern isoPattern() {
-    return {DateOrder::yearMonthDay, u"", {u"-", u"-"}, u"", true};
+    return {DateOrder::yearMonthDay, TEXT(""), {TEXT("-"), TEXT("-")}, TEXT(""), true};
 }
 
 std::string languageOf(const char* locale) {
@@ -36,35 +35,35 @@ bool isKnownLanguage(const std::string& locale) {
     return false;
 }
 
-std::optional<std::u16string> shortDateOf(const std::string& locale) {
+std::optional<WString> shortDateOf(const std::string& locale) {
     // A locale whose own calendar is another one still writes Gregorian dates in its own manner.
     const std::string gregorian = locale + "@calendar=gregorian";
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<UDateFormat, FormatDeleter> format(
-        udat_open(UDAT_NONE, UDAT_SHORT, gregorian.c_str(), u"UTC", -1, nullptr, 0, &status));
+        udat_open(UDAT_NONE, UDAT_SHORT, gregorian.c_str(), TEXT("UTC"), -1, nullptr, 0, &status));
     if (U_FAILURE(status)) return std::nullopt;
 
-    std::array<char16_t, 128> pattern{};
+    std::array<WCHAR, 128> pattern{};
     const int32_t length =
         udat_toPattern(format.get(), false, pattern.data(), static_cast<int32_t>(pattern.size()), &status);
     if (U_FAILURE(status)) return std::nullopt;
-    return std::u16string(pattern.data(), static_cast<std::size_t>(length));
+    return WString(pattern.data(), static_cast<std::size_t>(length));
 }
 
 /// The fields of a pattern by their letters, and the texts before, between and behind them.
 struct PatternParts {
-    std::u16string fields;
+    WString fields;
     std::array<int, 3> widths{};
-    std::array<std::u16string, 4> texts;
+    std::array<WString, 4> texts;
 };
 
-bool isLetter(char16_t ch) {
+bool isLetter(WCHAR ch) {
     return (ch >= u'a' && ch <= u'z') || (ch >= u'A' && ch <= u'Z');
 }
 
 /// Reads a quoted text, `pos` on its opening quote; two quotes are one.
-std::u16string quotedText(std::u16string_view pattern, std::size_t& pos) {
-    std::u16string text;
+WString quotedText(WStringView pattern, std::size_t& pos) {
+    WString text;
     while (++pos < pattern.size()) {
         if (pattern[pos] != u'\'') {
             text += pattern[pos];
@@ -75,15 +74,15 @@ std::u16string quotedText(std::u16string_view pattern, std::size_t& pos) {
         }
     }
     ++pos;
-    return text.empty() ? u"'" : text;
+    return text.empty() ? TEXT("'") : text;
 }
 
-std::optional<PatternParts> partsOf(std::u16string_view pattern) {
+std::optional<PatternParts> partsOf(WStringView pattern) {
     PatternParts parts;
     std::size_t pos = 0;
     while (pos < pattern.size()) {
-        const char16_t ch = pattern[pos];
-        std::u16string& text = parts.texts[parts.fields.size()];
+        const WCHAR ch = pattern[pos];
+        WString& text = parts.texts[parts.fields.size()];
         if (ch == u'\'') {
             text += quotedText(pattern, pos);
         } else if (!isLetter(ch)) {
@@ -92,7 +91,7 @@ std::optional<PatternParts> partsOf(std::u16string_view pattern) {
         } else {
             if (parts.fields.size() == parts.widths.size()) return std::nullopt;
             std::size_t end = pattern.find_first_not_of(ch, pos);
-            if (end == std::u16string_view::npos) end = pattern.size();
+            if (end == WStringView::npos) end = pattern.size();
             parts.widths[parts.fields.size()] = static_cast<int>(end - pos);
             parts.fields += ch;
             pos = end;
@@ -102,14 +101,14 @@ std::optional<PatternParts> partsOf(std::u16string_view pattern) {
 }
 
 struct OrderOfFields {
-    std::u16string_view fields;
+    WStringView fields;
     DateOrder order;
 };
 
 constexpr std::array<OrderOfFields, 3> orders_ = {{
-    {u"yMd", DateOrder::yearMonthDay},
-    {u"dMy", DateOrder::dayMonthYear},
-    {u"Mdy", DateOrder::monthDayYear},
+    {TEXT("yMd"), DateOrder::yearMonthDay},
+    {TEXT("dMy"), DateOrder::dayMonthYear},
+    {TEXT("Mdy"), DateOrder::monthDayYear},
 }};
 
 bool isPadded(const PatternParts& parts) {
@@ -123,7 +122,7 @@ bool isPadded(const PatternParts& parts) {
 
 DatePattern datePatternOf(const std::string& locale) {
     if (locale.empty() || !isKnownLanguage(locale)) return isoPattern();
-    const std::optional<std::u16string> pattern = shortDateOf(locale);
+    const std::optional<WString> pattern = shortDateOf(locale);
     if (!pattern) return isoPattern();
     const std::optional<PatternParts> parts = partsOf(*pattern);
     if (!parts) return isoPattern();

@@ -59,8 +59,8 @@ Collator::Collator(const std::string& locale, bool ignoreCase)
 
 Collator::~Collator() = default;
 
-void Collator::appendSortKey(std::u16string_view text, std::string& bytes) const {
-    const char16_t* units = text.empty() ? u"" : text.data();
+void Collator::appendSortKey(WStringView text, std::string& bytes) const {
+    const WCHAR* units = text.empty() ? TEXT("") : text.data();
     const auto length = static_cast<int32_t>(text.size());
 
     // Most keys fit; a key that does not is made a second time, in the room that the first try asked for.

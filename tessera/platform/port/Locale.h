@@ -3,7 +3,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "tessera/platform/base/Types.h"
 
@@ -28,13 +27,13 @@ public:
     Collator& operator=(const Collator&) = delete;
 
     /// Bytes that compare, byte by byte, as the texts are ordered; they hold no zero byte.
-    std::string sortKey(std::u16string_view text) const {
+    std::string sortKey(WStringView text) const {
         std::string key;
         appendSortKey(text, key);
         return key;
     }
     /// Puts the same behind what is there.
-    void appendSortKey(std::u16string_view text, std::string& bytes) const;
+    void appendSortKey(WStringView text, std::string& bytes) const;
     /// Changes when the same text may give another key.
     std::string version() const;
 
@@ -48,10 +47,10 @@ enum class DateOrder { yearMonthDay, dayMonthYear, monthDayYear };
 
 struct DatePattern {
     DateOrder order = DateOrder::yearMonthDay;
-    std::u16string before;  ///< Text before the first number.
-    std::u16string separators[2];
-    std::u16string after;  ///< Text behind the last number, such as the dot of a Korean date.
-    bool padded = true;    ///< Day and month have two digits.
+    WString before;  ///< Text before the first number.
+    WString separators[2];
+    WString after;       ///< Text behind the last number, such as the dot of a Korean date.
+    bool padded = true;  ///< Day and month have two digits.
 };
 
 /// The user locale's short date with a four-digit year; ISO (1990-03-05) in the C locale.

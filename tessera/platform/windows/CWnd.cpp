@@ -69,7 +69,7 @@ const WCHAR* AfxRegisterWndClass(UINT classStyle) {
     const std::lock_guard lock(mutex);
     CString& name = names[classStyle];
     if (name.IsEmpty()) {
-        name = u"TesseraWindow:";
+        name = TEXT("TesseraWindow:");
         for (const char digit : std::to_string(classStyle))
             name += static_cast<WCHAR>(digit);
     }

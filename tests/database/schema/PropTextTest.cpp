@@ -34,7 +34,7 @@ TEST(PropText, ShowsEachTypeInItsOwnForm) {
     EXPECT_EQ(shown(CCeDBProp::ofUI2(1, 0xBEEF)), "0xbeef");
     EXPECT_EQ(shown(CCeDBProp::ofI4(1, -70000)), "-70000");
     EXPECT_EQ(shown(CCeDBProp::ofUI4(1, 0x1C)), "0x0000001c");
-    EXPECT_EQ(shown(CCeDBProp::ofText(1, u"김민수 %d")), "김민수 %d");
+    EXPECT_EQ(shown(CCeDBProp::ofText(1, TEXT("김민수 %d"))), "김민수 %d");
     EXPECT_EQ(shown(CCeDBProp::ofBool(1, true)), "1");
     EXPECT_EQ(shown(CCeDBProp::ofBool(1, false)), "0");
     EXPECT_EQ(shown(CCeDBProp::ofR8(1, 1.11)), "1.110000");

@@ -10,7 +10,7 @@ namespace {
 static_assert(std::has_virtual_destructor_v<RecordDef>);
 
 TEST(RecordDef, AnswersItsColumnsByPosition) {
-    AttrDef columns[] = {{u"Name", CCeDBProp::typeText, 0x301}, {u"Reject", CCeDBProp::typeBool, 0x302}};
+    AttrDef columns[] = {{TEXT("Name"), CCeDBProp::typeText, 0x301}, {TEXT("Reject"), CCeDBProp::typeBool, 0x302}};
 
     const RecordDef schema(2, columns);
 
@@ -18,12 +18,12 @@ TEST(RecordDef, AnswersItsColumnsByPosition) {
     EXPECT_EQ(schema.getAttrDef(0), &columns[0]);
     EXPECT_EQ(schema.getAttrDef(1), &columns[1]);
     EXPECT_EQ(&schema.getAttrName(1), &columns[1].getName());
-    EXPECT_EQ(schema.getAttrName(0), u"Name");
+    EXPECT_EQ(schema.getAttrName(0), TEXT("Name"));
     EXPECT_EQ(schema.getAttrIdent(1), 0x302);
 }
 
 TEST(RecordDef, CopiesShareTheColumns) {
-    AttrDef columns[] = {{u"Name"}, {u"Bell"}, {u"Flags"}};
+    AttrDef columns[] = {{TEXT("Name")}, {TEXT("Bell")}, {TEXT("Flags")}};
     const RecordDef original(3, columns);
     RecordDef assigned(0, nullptr);
 
@@ -38,11 +38,11 @@ TEST(RecordDef, CopiesShareTheColumns) {
 }
 
 TEST(RecordDef, DestroyingItLeavesTheColumns) {
-    AttrDef columns[] = {{u"Name", CCeDBProp::typeText, 0x301}};
+    AttrDef columns[] = {{TEXT("Name"), CCeDBProp::typeText, 0x301}};
 
     { const RecordDef schema(1, columns); }
 
-    EXPECT_EQ(columns[0].getName(), u"Name");
+    EXPECT_EQ(columns[0].getName(), TEXT("Name"));
     EXPECT_EQ(columns[0].getIdent(), 0x301);
 }
 

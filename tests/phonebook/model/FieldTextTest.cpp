@@ -32,7 +32,7 @@ bool isSame(const PBRecord& left, const PBRecord& right) {
 TEST(FieldText, ShowsTextsNumbersAndTheBirthday) {
     PBRecord record;
     record.dwCITypeMask = 0x007F0FFF;
-    record.strBody = u"메모";
+    record.strBody = TEXT("메모");
     record.dwCallingScreen = 0x1C;
     record.dwPrivate = 0xA0B0C0D0;
     record.dtBirthday = COleDateTime(1990, 3, 5).date();
@@ -47,7 +47,7 @@ TEST(FieldText, ShowsTextsNumbersAndTheBirthday) {
 
 TEST(FieldText, IsEmptyWhenTheRecordDoesNotHaveTheField) {
     PBRecord record;
-    record.strName = u"김민수";
+    record.strName = TEXT("김민수");
     record.dwCITypeMask = ~nameFlag;
 
     EXPECT_EQ(fieldText(record, nameFlag), "");
@@ -55,8 +55,8 @@ TEST(FieldText, IsEmptyWhenTheRecordDoesNotHaveTheField) {
 
 TEST(FieldText, IsEmptyForWhatIsNotOneFieldBit) {
     PBRecord record;
-    record.strName = u"김민수";
-    record.strCategories = u"가족";
+    record.strName = TEXT("김민수");
+    record.strCategories = TEXT("가족");
     record.dwCITypeMask = 0xFFFFFFFF;
 
     for (const DWORD mask : {0x0u, 0x40u, 0x80u, 0x1000u, 0x8000u, 0x800000u, 0x80000000u, 0x3u, 0xFFFFFFFFu}) {
@@ -69,9 +69,9 @@ TEST(SetFieldText, StoresATextAndAddsItsBit) {
         if (attribute.text == nullptr) continue;
         PBRecord record;
 
-        EXPECT_EQ(setPBRecordFieldStr(record, attribute.mask, u" 홍 길동 "), 1);
+        EXPECT_EQ(setPBRecordFieldStr(record, attribute.mask, TEXT(" 홍 길동 ")), 1);
 
-        EXPECT_EQ(record.*attribute.text, u" 홍 길동 ") << attribute.id;
+        EXPECT_EQ(record.*attribute.text, TEXT(" 홍 길동 ")) << attribute.id;
         EXPECT_EQ(record.dwCITypeMask, attribute.mask);
     }
 }
@@ -79,9 +79,9 @@ TEST(SetFieldText, StoresATextAndAddsItsBit) {
 TEST(SetFieldText, ReadsNumbersWithBaseZero) {
     PBRecord record;
 
-    setPBRecordFieldStr(record, callingScreenFlag, u"0x0000001c");
-    setPBRecordFieldStr(record, dwPrivateFlag_, u"28");
-    setPBRecordFieldStr(record, dwPrimaryTelNoFlag_, u"020");
+    setPBRecordFieldStr(record, callingScreenFlag, TEXT("0x0000001c"));
+    setPBRecordFieldStr(record, dwPrivateFlag_, TEXT("28"));
+    setPBRecordFieldStr(record, dwPrimaryTelNoFlag_, TEXT("020"));
 
     EXPECT_EQ(record.dwCallingScreen, 28u);
     EXPECT_EQ(record.dwPrivate, 28u);
@@ -92,8 +92,8 @@ TEST(SetFieldText, ReadsNumbersWithBaseZero) {
 TEST(SetFieldText, NumbersStopAtTheBoundsOfASignedLong) {
     PBRecord record;
 
-    setPBRecordFieldStr(record, callingScreenFlag, u"0xffffffff");
-    setPBRecordFieldStr(record, dwPrivateFlag_, u"-1");
+    setPBRecordFieldStr(record, callingScreenFlag, TEXT("0xffffffff"));
+    setPBRecordFieldStr(record, dwPrivateFlag_, TEXT("-1"));
 
     EXPECT_EQ(record.dwCallingScreen, 0x7FFFFFFFu);
     EXPECT_EQ(record.dwPrivate, 0xFFFFFFFFu);
@@ -102,7 +102,7 @@ TEST(SetFieldText, NumbersStopAtTheBoundsOfASignedLong) {
 TEST(SetFieldText, WhatIsNoNumberReadsAsZeroAndStillAddsTheBit) {
     PBRecord record;
 
-    EXPECT_EQ(setPBRecordFieldStr(record, dwPrimaryTelNoFlag_, u"mobile"), 1);
+    EXPECT_EQ(setPBRecordFieldStr(record, dwPrimaryTelNoFlag_, TEXT("mobile")), 1);
 
     EXPECT_EQ(record.dwPrimaryTelephoneNumber, 0u);
     EXPECT_EQ(record.dwCITypeMask, dwPrimaryTelNoFlag_);
@@ -111,7 +111,7 @@ TEST(SetFieldText, WhatIsNoNumberReadsAsZeroAndStillAddsTheBit) {
 TEST(SetFieldText, ReadsABirthdayWithoutItsTimeOfDay) {
     PBRecord record;
 
-    setPBRecordFieldStr(record, birthdayFlag, u"1990-03-05 14:30");
+    setPBRecordFieldStr(record, birthdayFlag, TEXT("1990-03-05 14:30"));
 
     EXPECT_EQ(record.dtBirthday, COleDateTime(1990, 3, 5).date());
     EXPECT_EQ(record.dwCITypeMask, birthdayFlag);
@@ -120,7 +120,7 @@ TEST(SetFieldText, ReadsABirthdayWithoutItsTimeOfDay) {
 TEST(SetFieldText, WhatIsNoDateReadsAsDayZero) {
     PBRecord record;
 
-    EXPECT_EQ(setPBRecordFieldStr(record, birthdayFlag, u"soon"), 1);
+    EXPECT_EQ(setPBRecordFieldStr(record, birthdayFlag, TEXT("soon")), 1);
 
     EXPECT_EQ(record.dtBirthday, 0.0);
     EXPECT_EQ(record.dwCITypeMask, birthdayFlag);
@@ -129,13 +129,13 @@ TEST(SetFieldText, WhatIsNoDateReadsAsDayZero) {
 TEST(SetFieldText, TheEmptyTextEmptiesTheFieldAndRemovesItsBit) {
     PBRecord record;
     record.dwCITypeMask = nameFlag | birthdayFlag | dwPrivateFlag_ | 0x4;
-    record.strName = u"김민수";
+    record.strName = TEXT("김민수");
     record.dtBirthday = 1000.0;
     record.dwPrivate = 5;
 
-    EXPECT_EQ(setPBRecordFieldStr(record, nameFlag, u""), 1);
-    EXPECT_EQ(setPBRecordFieldStr(record, birthdayFlag, u""), 1);
-    EXPECT_EQ(setPBRecordFieldStr(record, dwPrivateFlag_, u""), 1);
+    EXPECT_EQ(setPBRecordFieldStr(record, nameFlag, TEXT("")), 1);
+    EXPECT_EQ(setPBRecordFieldStr(record, birthdayFlag, TEXT("")), 1);
+    EXPECT_EQ(setPBRecordFieldStr(record, dwPrivateFlag_, TEXT("")), 1);
 
     EXPECT_TRUE(record.strName.IsEmpty());
     EXPECT_EQ(record.dtBirthday, 0.0);
@@ -147,7 +147,7 @@ TEST(SetFieldText, RefusesABitOutsideTheFields) {
     for (const DWORD mask : {0x0u, 0x1000u, 0x8000u, 0x800000u, 0x80000000u}) {
         PBRecord record;
 
-        EXPECT_EQ(setPBRecordFieldStr(record, mask, u"text"), 0) << mask;
+        EXPECT_EQ(setPBRecordFieldStr(record, mask, TEXT("text")), 0) << mask;
 
         EXPECT_TRUE(isSame(record, PBRecord())) << mask;
     }
@@ -157,9 +157,9 @@ TEST(SetFieldText, TakesTheTwoSpareBitsWithoutAField) {
     for (const DWORD mask : {0x40u, 0x80u}) {
         PBRecord record;
 
-        EXPECT_EQ(setPBRecordFieldStr(record, mask, u"text"), 1) << mask;
+        EXPECT_EQ(setPBRecordFieldStr(record, mask, TEXT("text")), 1) << mask;
         EXPECT_EQ(record.dwCITypeMask, mask);
-        EXPECT_EQ(setPBRecordFieldStr(record, mask, u""), 1) << mask;
+        EXPECT_EQ(setPBRecordFieldStr(record, mask, TEXT("")), 1) << mask;
 
         EXPECT_TRUE(isSame(record, PBRecord())) << mask;
     }
@@ -168,7 +168,7 @@ TEST(SetFieldText, TakesTheTwoSpareBitsWithoutAField) {
 RC_GTEST_PROP(FieldText, ATextThatWasSetReadsBack, ()) {
     const auto& attribute = *rc::gen::suchThat(rc::gen::elementOf(aPBAttribute_),
                                                [](const PBAttribute& candidate) { return candidate.text != nullptr; });
-    const auto text = CString(*rc::gen::container<std::u16string>(rc::gen::arbitrary<char16_t>()));
+    const auto text = CString(*rc::gen::container<WString>(rc::gen::arbitrary<WCHAR>()));
     PBRecord record;
 
     setPBRecordFieldStr(record, attribute.mask, text);

@@ -21,23 +21,23 @@ struct Row {
 // Written out, so that the list that everything is made from is held against something.
 constexpr Row expectedRows[] = {
     {0, -1, -1, 0x0, nullptr},
-    {1, 0, 0, 0x1, u"Name"},
-    {2, 1, 3, 0x10000, u"Group"},
-    {3, 0, 1, 0x2, u"Categories"},
-    {4, 0, 2, 0x4, u"MobileTelephoneNumber"},
-    {5, 0, 3, 0x8, u"HomeTelephoneNumber"},
-    {6, 0, 4, 0x10, u"BusinessTelephoneNumber"},
-    {7, 0, 5, 0x20, u"Email1Address"},
-    {8, 1, 4, 0x20000, u"Avatar"},
-    {9, 1, 5, 0x40000, u"Photo"},
-    {10, 1, 6, 0x100000, u"Bell"},
-    {11, 0, 7, 0x200, u"Birtyday"},
-    {12, 1, 7, 0x80000, u"CallingScreen"},
-    {13, 0, 8, 0x400, u"PagerNumber"},
-    {14, 0, 9, 0x800, u"BusinessFaxNumber"},
-    {15, 0, 6, 0x100, u"Body"},
-    {16, 1, 8, 0x200000, u"Private"},
-    {17, 1, 9, 0x400000, u"PrimaryTelephoneNumber"},
+    {1, 0, 0, 0x1, TEXT("Name")},
+    {2, 1, 3, 0x10000, TEXT("Group")},
+    {3, 0, 1, 0x2, TEXT("Categories")},
+    {4, 0, 2, 0x4, TEXT("MobileTelephoneNumber")},
+    {5, 0, 3, 0x8, TEXT("HomeTelephoneNumber")},
+    {6, 0, 4, 0x10, TEXT("BusinessTelephoneNumber")},
+    {7, 0, 5, 0x20, TEXT("Email1Address")},
+    {8, 1, 4, 0x20000, TEXT("Avatar")},
+    {9, 1, 5, 0x40000, TEXT("Photo")},
+    {10, 1, 6, 0x100000, TEXT("Bell")},
+    {11, 0, 7, 0x200, TEXT("Birtyday")},
+    {12, 1, 7, 0x80000, TEXT("CallingScreen")},
+    {13, 0, 8, 0x400, TEXT("PagerNumber")},
+    {14, 0, 9, 0x800, TEXT("BusinessFaxNumber")},
+    {15, 0, 6, 0x100, TEXT("Body")},
+    {16, 1, 8, 0x200000, TEXT("Private")},
+    {17, 1, 9, 0x400000, TEXT("PrimaryTelephoneNumber")},
 };
 
 TEST(PBAttributes, EachIsStoredInItsPlaceUnderItsNameAndMask) {
@@ -136,7 +136,7 @@ TEST(PBAttributes, SetsHoldTheirAttributesAndNoOthers) {
 TEST(PBAttributes, DefaultGroupsAreFamilyFriendsCompanySchool) {
     const std::vector<CString> names(aszDefPBGroupName_.begin(), aszDefPBGroupName_.end());
 
-    EXPECT_EQ(names, (std::vector<CString>{u"가족", u"친구", u"회사", u"학교"}));
+    EXPECT_EQ(names, (std::vector<CString>{TEXT("가족"), TEXT("친구"), TEXT("회사"), TEXT("학교")}));
 }
 
 PBRecord recordWith(DWORD mask, DWORD primary) {

@@ -29,13 +29,13 @@ TEST(PBRecord, NoBirthdayIsTheFirstDayOfTheYear4501) {
 
 TEST(PBRecord, CopiesAreIndependent) {
     PBRecord original;
-    original.strName = u"김민수";
+    original.strName = TEXT("김민수");
     original.dwCITypeMask = 1;
 
     PBRecord copy = original;
-    copy.strName = u"이영희";
+    copy.strName = TEXT("이영희");
 
-    EXPECT_EQ(original.strName, u"김민수");
+    EXPECT_EQ(original.strName, TEXT("김민수"));
     EXPECT_EQ(copy.dwCITypeMask, 1u);
 }
 

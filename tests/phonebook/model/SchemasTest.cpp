@@ -31,87 +31,89 @@ void expectColumns(const Database::RecordDef& schema, const std::vector<Column>&
 TEST(Schemas, NamesOfTheDatabases) {
     const std::vector<CString> names(aszTableName_.begin(), aszTableName_.end());
 
-    EXPECT_EQ(names, (std::vector<CString>{u"QZ_POlContacts", u"QZ_PhoneBookExt", u"QZ_SpeedDialNo",
-                                           u"QZ_AvailablePBGroup", u"QZ_CallHistory", u"\\Categories Database"}));
-    EXPECT_EQ(CString(szPBDBName_), u"PhoneBookDB");
+    EXPECT_EQ(names, (std::vector<CString>{TEXT("QZ_POlContacts"), TEXT("QZ_PhoneBookExt"), TEXT("QZ_SpeedDialNo"),
+                                           TEXT("QZ_AvailablePBGroup"), TEXT("QZ_CallHistory"),
+                                           TEXT("\\Categories Database")}));
+    EXPECT_EQ(CString(szPBDBName_), TEXT("PhoneBookDB"));
 }
 
 TEST(Schemas, ContactsPresentTenAttributesThreeOfThemWithoutIdent) {
-    expectColumns(aRecDef_[PBDBTBL_POLCONTACTS], {{u"Name", 5, 1},
-                                                  {u"Categories", 5, 3},
-                                                  {u"MobileTelephoneNumber", 5, 4},
-                                                  {u"HomeTelephoneNumber", 5, 5},
-                                                  {u"BusinessTelephoneNumber", 5, 6},
-                                                  {u"Email1Address", 5, 0},
-                                                  {u"Body", 5, 0},
-                                                  {u"Birtyday", 8, 0},
-                                                  {u"PagerNumber", 5, 13},
-                                                  {u"BusinessFaxNumber", 5, 14}});
+    expectColumns(aRecDef_[PBDBTBL_POLCONTACTS], {{TEXT("Name"), 5, 1},
+                                                  {TEXT("Categories"), 5, 3},
+                                                  {TEXT("MobileTelephoneNumber"), 5, 4},
+                                                  {TEXT("HomeTelephoneNumber"), 5, 5},
+                                                  {TEXT("BusinessTelephoneNumber"), 5, 6},
+                                                  {TEXT("Email1Address"), 5, 0},
+                                                  {TEXT("Body"), 5, 0},
+                                                  {TEXT("Birtyday"), 8, 0},
+                                                  {TEXT("PagerNumber"), 5, 13},
+                                                  {TEXT("BusinessFaxNumber"), 5, 14}});
 }
 
 TEST(Schemas, TheExtensionHasElevenAttributes) {
-    expectColumns(aRecDef_[PBDBTBL_PHONEBOOKEXT], {{u"PODBOID", 3, 256},
-                                                   {u"Name", 5, 257},
-                                                   {u"TelNo", 5, 258},
-                                                   {u"Group", 5, 259},
-                                                   {u"Avatar", 5, 260},
-                                                   {u"Photo", 5, 261},
-                                                   {u"Bell", 5, 262},
-                                                   {u"CallingScreen", 3, 263},
-                                                   {u"Private", 3, 264},
-                                                   {u"PrimaryTelephoneNumber", 3, 265},
-                                                   {u"Flags", 1, 266}});
+    expectColumns(aRecDef_[PBDBTBL_PHONEBOOKEXT], {{TEXT("PODBOID"), 3, 256},
+                                                   {TEXT("Name"), 5, 257},
+                                                   {TEXT("TelNo"), 5, 258},
+                                                   {TEXT("Group"), 5, 259},
+                                                   {TEXT("Avatar"), 5, 260},
+                                                   {TEXT("Photo"), 5, 261},
+                                                   {TEXT("Bell"), 5, 262},
+                                                   {TEXT("CallingScreen"), 3, 263},
+                                                   {TEXT("Private"), 3, 264},
+                                                   {TEXT("PrimaryTelephoneNumber"), 3, 265},
+                                                   {TEXT("Flags"), 1, 266}});
 }
 
 TEST(Schemas, SpeedDialHasFourAttributes) {
-    expectColumns(
-        aRecDef_[PBDBTBL_SPEEDDIALNO],
-        {{u"SpeedDailID", 0, 512}, {u"TelephoneType", 3, 513}, {u"TelephoneNumber", 5, 514}, {u"Flags", 1, 515}});
+    expectColumns(aRecDef_[PBDBTBL_SPEEDDIALNO], {{TEXT("SpeedDailID"), 0, 512},
+                                                  {TEXT("TelephoneType"), 3, 513},
+                                                  {TEXT("TelephoneNumber"), 5, 514},
+                                                  {TEXT("Flags"), 1, 515}});
 }
 
 TEST(Schemas, AvailableGroupsHaveSevenAttributes) {
-    expectColumns(aRecDef_[PBDBTBL_AVAILABLEPBGROUP], {{u"ID", 3, 768},
-                                                       {u"Name", 5, 769},
-                                                       {u"Reject", 7, 770},
-                                                       {u"BellCategory", 5, 771},
-                                                       {u"Bell", 5, 772},
-                                                       {u"SMSBell", 5, 773},
-                                                       {u"Flags", 1, 774}});
+    expectColumns(aRecDef_[PBDBTBL_AVAILABLEPBGROUP], {{TEXT("ID"), 3, 768},
+                                                       {TEXT("Name"), 5, 769},
+                                                       {TEXT("Reject"), 7, 770},
+                                                       {TEXT("BellCategory"), 5, 771},
+                                                       {TEXT("Bell"), 5, 772},
+                                                       {TEXT("SMSBell"), 5, 773},
+                                                       {TEXT("Flags"), 1, 774}});
 }
 
 TEST(Schemas, OnlyTheCallHistorysTimestampHasSortFlags) {
-    expectColumns(aRecDef_[PBDBTBL_CALLHISTORY], {{u"Timestamp", 4, 1024, 1},
-                                                  {u"CID", 5, 1025},
-                                                  {u"Name", 5, 1026},
-                                                  {u"TelType", 3, 1027},
-                                                  {u"CallingTime", 3, 1028},
-                                                  {u"CallType", 3, 1029},
-                                                  {u"CNAP", 5, 1030},
-                                                  {u"CDNIP", 5, 1031},
-                                                  {u"Hint", 3, 1032},
-                                                  {u"Flags", 1, 1033}});
+    expectColumns(aRecDef_[PBDBTBL_CALLHISTORY], {{TEXT("Timestamp"), 4, 1024, 1},
+                                                  {TEXT("CID"), 5, 1025},
+                                                  {TEXT("Name"), 5, 1026},
+                                                  {TEXT("TelType"), 3, 1027},
+                                                  {TEXT("CallingTime"), 3, 1028},
+                                                  {TEXT("CallType"), 3, 1029},
+                                                  {TEXT("CNAP"), 5, 1030},
+                                                  {TEXT("CDNIP"), 5, 1031},
+                                                  {TEXT("Hint"), 3, 1032},
+                                                  {TEXT("Flags"), 1, 1033}});
 }
 
 TEST(Schemas, CategoriesHaveSixAttributes) {
-    expectColumns(aRecDef_[PBDBTBL_CATEGORIES], {{u"Name", 5, 16385},
-                                                 {u"ID", 0, 16386},
-                                                 {u"Reserved1", 0, 16387},
-                                                 {u"Reserved2", 0, 16388},
-                                                 {u"Reserved3", 0, 16389},
-                                                 {u"Reserved4", 0, 16390}});
+    expectColumns(aRecDef_[PBDBTBL_CATEGORIES], {{TEXT("Name"), 5, 16385},
+                                                 {TEXT("ID"), 0, 16386},
+                                                 {TEXT("Reserved1"), 0, 16387},
+                                                 {TEXT("Reserved2"), 0, 16388},
+                                                 {TEXT("Reserved3"), 0, 16389},
+                                                 {TEXT("Reserved4"), 0, 16390}});
 }
 
 TEST(Schemas, RawContactsAreThePlatformsPropertiesInTheContactsOrder) {
-    expectColumns(recdefPOlCRaw_, {{u"FileAs", 5, 16403},
-                                   {u"Categories", 5, 22},
-                                   {u"MobileTelephoneNumber", 5, 14876},
-                                   {u"HomeTelephoneNumber", 5, 14857},
-                                   {u"BusinessTelephoneNumber", 5, 14856},
-                                   {u"Email1Address", 5, 16515},
-                                   {u"Body", 5, 23},
-                                   {u"Birtyday", 4, 16385},
-                                   {u"PagerNumber", 5, 16393},
-                                   {u"BusinessFaxNumber", 5, 14884}});
+    expectColumns(recdefPOlCRaw_, {{TEXT("FileAs"), 5, 16403},
+                                   {TEXT("Categories"), 5, 22},
+                                   {TEXT("MobileTelephoneNumber"), 5, 14876},
+                                   {TEXT("HomeTelephoneNumber"), 5, 14857},
+                                   {TEXT("BusinessTelephoneNumber"), 5, 14856},
+                                   {TEXT("Email1Address"), 5, 16515},
+                                   {TEXT("Body"), 5, 23},
+                                   {TEXT("Birtyday"), 4, 16385},
+                                   {TEXT("PagerNumber"), 5, 16393},
+                                   {TEXT("BusinessFaxNumber"), 5, 14884}});
 }
 
 TEST(Schemas, RawContactsCarryTheIdentifiersThatTheContactsModelWrites) {

@@ -20,59 +20,59 @@ std::string dashed(const WCHAR* number) {
 }
 
 TEST(MakeCNIP, DropsWhatSeparatesDigits) {
-    EXPECT_EQ(reduced(u"(02) 123-4567"), "021234567");
-    EXPECT_EQ(reduced(u"010.1234.5678"), "01012345678");
-    EXPECT_EQ(reduced(u"  010 1234/5678 ext"), "01012345678");
+    EXPECT_EQ(reduced(TEXT("(02) 123-4567")), "021234567");
+    EXPECT_EQ(reduced(TEXT("010.1234.5678")), "01012345678");
+    EXPECT_EQ(reduced(TEXT("  010 1234/5678 ext")), "01012345678");
 }
 
 TEST(MakeCNIP, KeepsStarHashAndTheCapitalPauseLetters) {
-    EXPECT_EQ(reduced(u"*23#"), "*23#");
-    EXPECT_EQ(reduced(u"02P12T34"), "02P12T34");
-    EXPECT_EQ(reduced(u"02p12t34"), "021234");
+    EXPECT_EQ(reduced(TEXT("*23#")), "*23#");
+    EXPECT_EQ(reduced(TEXT("02P12T34")), "02P12T34");
+    EXPECT_EQ(reduced(TEXT("02p12t34")), "021234");
 }
 
 TEST(MakeCNIP, ReducesALeadingCountryCodeToAZero) {
-    EXPECT_EQ(reduced(u"+82 10-1234-5678"), "01012345678");
-    EXPECT_EQ(reduced(u"+82-2-123-4567"), "021234567");
-    EXPECT_EQ(reduced(u"+ 5"), "05");
+    EXPECT_EQ(reduced(TEXT("+82 10-1234-5678")), "01012345678");
+    EXPECT_EQ(reduced(TEXT("+82-2-123-4567")), "021234567");
+    EXPECT_EQ(reduced(TEXT("+ 5")), "05");
 }
 
 TEST(MakeCNIP, ACountryCodeWithoutASeparatorTakesTheWholeText) {
-    EXPECT_EQ(reduced(u"+821012345678"), "0");
-    EXPECT_EQ(reduced(u"+"), "0");
-    EXPECT_EQ(reduced(u"+82 "), "0");
+    EXPECT_EQ(reduced(TEXT("+821012345678")), "0");
+    EXPECT_EQ(reduced(TEXT("+")), "0");
+    EXPECT_EQ(reduced(TEXT("+82 ")), "0");
 }
 
 TEST(MakeCNIP, APlusElsewhereIsDropped) {
-    EXPECT_EQ(reduced(u" +82 10"), "8210");
-    EXPECT_EQ(reduced(u"1+2-3"), "123");
+    EXPECT_EQ(reduced(TEXT(" +82 10")), "8210");
+    EXPECT_EQ(reduced(TEXT("1+2-3")), "123");
 }
 
 TEST(MakeCNIP, KeepsTheFirst32Characters) {
-    const std::u16string forty = u"1234567890123456789012345678901234567890";
+    const WString forty = TEXT("1234567890123456789012345678901234567890");
     const std::string first32 = "12345678901234567890123456789012";
 
     EXPECT_EQ(reduced(forty.c_str()), first32);
-    EXPECT_EQ(reduced((u"+82 " + forty).c_str()), "0" + first32.substr(0, 31));
+    EXPECT_EQ(reduced((TEXT("+82 ") + forty).c_str()), "0" + first32.substr(0, 31));
     EXPECT_EQ(reduced(forty.substr(0, 32).c_str()), first32);
-    EXPECT_EQ(reduced((u"-(" + forty.substr(0, 32) + u")").c_str()), first32);
+    EXPECT_EQ(reduced((TEXT("-(") + forty.substr(0, 32) + TEXT(")")).c_str()), first32);
 }
 
 TEST(MakeCNIP, ReducesNothingToNothing) {
-    EXPECT_EQ(reduced(u""), "");
+    EXPECT_EQ(reduced(TEXT("")), "");
     EXPECT_EQ(reduced(nullptr), "");
-    EXPECT_EQ(reduced(u"가나다"), "");
+    EXPECT_EQ(reduced(TEXT("가나다")), "");
 }
 
 TEST(MakeCNIP, DigitsOfOtherScriptsAreNoDigits) {
-    EXPECT_EQ(reduced(u"１２٣"), "");
+    EXPECT_EQ(reduced(TEXT("１２٣")), "");
 }
 
 TEST(MakeCNIP, TerminatesTheBufferAndWritesNothingBehindIt) {
     std::array<WCHAR, nCNIPBufferLength_ + 1> buffer{};
     buffer.fill(u'~');
 
-    makeCNIP(u"1234567890123456789012345678901234567890", buffer.data());
+    makeCNIP(TEXT("1234567890123456789012345678901234567890"), buffer.data());
 
     EXPECT_EQ(buffer[31], u'2');
     EXPECT_EQ(buffer[32], u'\0');
@@ -80,62 +80,61 @@ TEST(MakeCNIP, TerminatesTheBufferAndWritesNothingBehindIt) {
 }
 
 // The definition, read naively: text to text, one rule after the other.
-std::u16string reducedNaively(std::u16string text) {
-    std::u16string result;
+WString reducedNaively(WString text) {
+    WString result;
     if (!text.empty() && text.front() == u'+') {
-        const std::size_t separator = text.find_first_of(u" -");
-        text = separator == std::u16string::npos ? u"" : text.substr(separator + 1);
-        result = u"0";
+        const std::size_t separator = text.find_first_of(TEXT(" -"));
+        text = separator == WString::npos ? TEXT("") : text.substr(separator + 1);
+        result = TEXT("0");
     }
-    std::ranges::copy_if(text, std::back_inserter(result), [](WCHAR ch) {
-        return std::u16string_view(u"0123456789PT*#").find(ch) != std::u16string::npos;
-    });
+    std::ranges::copy_if(text, std::back_inserter(result),
+                         [](WCHAR ch) { return WStringView(TEXT("0123456789PT*#")).find(ch) != WString::npos; });
     return result.substr(0, 32);
 }
 
 RC_GTEST_PROP(MakeCNIP, FollowsItsDefinition, ()) {
-    const auto body = *rc::gen::scale(1.5, rc::gen::container<std::u16string>(rc::gen::element(
+    const auto body = *rc::gen::scale(1.5, rc::gen::container<WString>(rc::gen::element(
                                                u'0', u'1', u'2', u'3', u'7', u'8', u'9', u'P', u'T', u'p', u'*', u'#',
                                                u'+', u'-', u' ', u'(', u')', u'.', u'가', u'５')));
-    const std::u16string text = (*rc::gen::arbitrary<bool>() ? u"+" : u"") + body;
+    const WString text = (*rc::gen::arbitrary<bool>() ? TEXT("+") : TEXT("")) + body;
 
     RC_ASSERT(makeCNIP(text.c_str()).view() == reducedNaively(text));
 }
 
 RC_GTEST_PROP(MakeCNIP, LeavesACanonicalNumberAlone, ()) {
-    const auto text = *rc::gen::container<std::u16string>(rc::gen::arbitrary<char16_t>());
+    const auto text = *rc::gen::container<WString>(rc::gen::arbitrary<WCHAR>());
     const CString once = makeCNIP(text.c_str());
 
     RC_ASSERT(makeCNIP(once) == once);
 }
 
 TEST(MakeTelNoStrFromCID, PutsDashesBehindTheAreaCodeAndBeforeTheLastGroup) {
-    EXPECT_EQ(dashed(u"0212345678"), "02-1234-5678");
-    EXPECT_EQ(dashed(u"01012345678"), "010-1234-5678");
-    EXPECT_EQ(dashed(u"0311234567"), "031-123-4567");
-    EXPECT_EQ(dashed(u"021234567"), "02-123-4567");
-    EXPECT_EQ(dashed(u"12345678"), "1234-5678");
-    EXPECT_EQ(dashed(u"1234567"), "123-4567");
-    EXPECT_EQ(dashed(u"010123456789012"), "010-1234-56789012");
+    EXPECT_EQ(dashed(TEXT("0212345678")), "02-1234-5678");
+    EXPECT_EQ(dashed(TEXT("01012345678")), "010-1234-5678");
+    EXPECT_EQ(dashed(TEXT("0311234567")), "031-123-4567");
+    EXPECT_EQ(dashed(TEXT("021234567")), "02-123-4567");
+    EXPECT_EQ(dashed(TEXT("12345678")), "1234-5678");
+    EXPECT_EQ(dashed(TEXT("1234567")), "123-4567");
+    EXPECT_EQ(dashed(TEXT("010123456789012")), "010-1234-56789012");
 }
 
 TEST(MakeTelNoStrFromCID, LeavesShortNumbersAlone) {
-    EXPECT_EQ(dashed(u"1234"), "1234");
-    EXPECT_EQ(dashed(u"0212"), "0212");
-    EXPECT_EQ(dashed(u""), "");
+    EXPECT_EQ(dashed(TEXT("1234")), "1234");
+    EXPECT_EQ(dashed(TEXT("0212")), "0212");
+    EXPECT_EQ(dashed(TEXT("")), "");
     EXPECT_EQ(dashed(nullptr), "");
 }
 
 TEST(MakeTelNoStrFromCID, CopiesWhatThereIsOfAShortMiddleGroup) {
-    EXPECT_EQ(dashed(u"02123"), "02-123-");
-    EXPECT_EQ(dashed(u"01012"), "010-12-");
-    EXPECT_EQ(dashed(u"021234"), "02-1234-");
-    EXPECT_EQ(dashed(u"12345"), "1234-5");
+    EXPECT_EQ(dashed(TEXT("02123")), "02-123-");
+    EXPECT_EQ(dashed(TEXT("01012")), "010-12-");
+    EXPECT_EQ(dashed(TEXT("021234")), "02-1234-");
+    EXPECT_EQ(dashed(TEXT("12345")), "1234-5");
 }
 
 RC_GTEST_PROP(MakeTelNoStrFromCID, AddsNothingButDashes, ()) {
-    const auto text = *rc::gen::container<std::u16string>(rc::gen::element(u'0', u'1', u'2', u'5', u'9', u'P', u'#'));
-    std::u16string shown(makeTelNoStrFromCID(text.c_str()).view());
+    const auto text = *rc::gen::container<WString>(rc::gen::element(u'0', u'1', u'2', u'5', u'9', u'P', u'#'));
+    WString shown(makeTelNoStrFromCID(text.c_str()).view());
 
     std::erase(shown, u'-');
 

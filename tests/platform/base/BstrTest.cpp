@@ -1,4 +1,3 @@
-#include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -7,10 +6,10 @@
 #include "tests/platform/base/Printing.h"
 
 TEST(SysAllocString, CopiesTheTextWithItsLength) {
-    const BSTR text = SysAllocString(u"\uAE40 Kim");
+    const BSTR text = SysAllocString(TEXT("\uAE40 Kim"));
 
     EXPECT_EQ(SysStringLen(text), 5U);
-    EXPECT_EQ(std::u16string(text), u"\uAE40 Kim");
+    EXPECT_EQ(WString(text), TEXT("\uAE40 Kim"));
     SysFreeString(text);
 }
 
@@ -19,10 +18,10 @@ TEST(SysAllocString, ANullTextGivesNull) {
 }
 
 TEST(SysAllocStringLen, KeepsZeroCharactersAndEndsWithOne) {
-    const BSTR text = SysAllocStringLen(u"a\0bc", 3);
+    const BSTR text = SysAllocStringLen(TEXT("a\0bc"), 3);
 
     EXPECT_EQ(SysStringLen(text), 3U);
-    EXPECT_EQ(std::u16string(text, 4), std::u16string(u"a\0b\0", 4));
+    EXPECT_EQ(WString(text, 4), WString(TEXT("a\0b\0"), 4));
     SysFreeString(text);
 }
 
@@ -35,8 +34,8 @@ TEST(SysAllocStringLen, ANullTextGivesRoomForOne) {
 }
 
 TEST(SysAllocStringLen, ALengthThatItsBytesCannotCountIsRefused) {
-    EXPECT_EQ(SysAllocStringLen(u"a", 0x80000000U), nullptr);
-    EXPECT_EQ(SysAllocStringLen(u"a", 0xFFFFFFFFU), nullptr);
+    EXPECT_EQ(SysAllocStringLen(TEXT("a"), 0x80000000U), nullptr);
+    EXPECT_EQ(SysAllocStringLen(TEXT("a"), 0xFFFFFFFFU), nullptr);
 }
 
 TEST(SysStringLen, ANullTextIsEmpty) {
@@ -45,10 +44,10 @@ TEST(SysStringLen, ANullTextIsEmpty) {
 }
 
 TEST(Bstr, OwnsACopyOfTheText) {
-    const Bstr text{CString(u"Kim")};
+    const Bstr text{CString(TEXT("Kim"))};
 
     EXPECT_FALSE(text.isEmpty());
-    EXPECT_EQ(text.text(), CString(u"Kim"));
+    EXPECT_EQ(text.text(), CString(TEXT("Kim")));
 }
 
 TEST(Bstr, WithoutATextIsEmpty) {
@@ -60,19 +59,19 @@ TEST(Bstr, WithoutATextIsEmpty) {
 }
 
 TEST(Bstr, MovingHandsTheTextOver) {
-    Bstr first{CString(u"Kim")};
+    Bstr first{CString(TEXT("Kim"))};
 
     Bstr second(std::move(first));
     Bstr third;
     third = std::move(second);
 
-    EXPECT_EQ(third.text(), CString(u"Kim"));
+    EXPECT_EQ(third.text(), CString(TEXT("Kim")));
 }
 
 TEST(Bstr, OutTakesOverWhatIsPutThere) {
-    Bstr text{CString(u"old")};
+    Bstr text{CString(TEXT("old"))};
 
-    *text.out() = SysAllocString(u"new");
+    *text.out() = SysAllocString(TEXT("new"));
 
-    EXPECT_EQ(text.text(), CString(u"new"));
+    EXPECT_EQ(text.text(), CString(TEXT("new")));
 }

@@ -47,9 +47,9 @@ TEST(CFile, WhatIsMissingOrNoFileDoesNotOpen) {
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     EXPECT_FALSE(openPath(file, scratch.path()));
     EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
-    EXPECT_FALSE(file.Open(u"", reading));
+    EXPECT_FALSE(file.Open(TEXT(""), reading));
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-    EXPECT_FALSE(file.Open(u"lone \xD800 half", reading));
+    EXPECT_FALSE(file.Open(TEXT("lone \xD800 half"), reading));
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     EXPECT_FALSE(file.Open(nullptr, reading));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);

@@ -49,15 +49,15 @@ TEST(COleDateTime, ALastInstantIsNotRoundedIntoADayThatDoesNotExist) {
     const UserLocale locale("C");
     const DATE lastInstant = std::nextafter(2958466.0, 0.0);
 
-    EXPECT_EQ(COleDateTime(lastInstant).Format(), CString(u"9999-12-31 23:59:59"));
+    EXPECT_EQ(COleDateTime(lastInstant).Format(), CString(TEXT("9999-12-31 23:59:59")));
 }
 
 TEST(COleDateTime, AnyOtherLastInstantIsRoundedIntoTheNextDay) {
     const UserLocale locale("C");
     const DATE lastInstant = std::nextafter(32'938.0, 0.0);
 
-    EXPECT_EQ(COleDateTime(32'938.0).Format(), CString(u"1990-03-06"));
-    EXPECT_EQ(COleDateTime(lastInstant).Format(), CString(u"1990-03-06"));
+    EXPECT_EQ(COleDateTime(32'938.0).Format(), CString(TEXT("1990-03-06")));
+    EXPECT_EQ(COleDateTime(lastInstant).Format(), CString(TEXT("1990-03-06")));
 }
 
 TEST(COleDateTime, WhatIsNoNumberIsInvalid) {
@@ -71,9 +71,9 @@ TEST(COleDateTime, WhatIsNoNumberIsInvalid) {
 TEST(COleDateTime, BeforeDayZeroTheFractionStillCountsForwards) {
     const UserLocale locale("C");
 
-    EXPECT_EQ(COleDateTime(-1.25).Format(), CString(u"1899-12-29 06:00:00"));
-    EXPECT_EQ(COleDateTime(-0.25).Format(), CString(u"1899-12-30 06:00:00"));
-    EXPECT_EQ(COleDateTime(0.25).Format(), CString(u"1899-12-30 06:00:00"));
+    EXPECT_EQ(COleDateTime(-1.25).Format(), CString(TEXT("1899-12-29 06:00:00")));
+    EXPECT_EQ(COleDateTime(-0.25).Format(), CString(TEXT("1899-12-30 06:00:00")));
+    EXPECT_EQ(COleDateTime(0.25).Format(), CString(TEXT("1899-12-30 06:00:00")));
     EXPECT_EQ(COleDateTime(1899, 12, 29, 6).date(), -1.25);
     EXPECT_EQ(COleDateTime(1899, 12, 30, 6).date(), 0.25);
 }
@@ -108,11 +108,11 @@ TEST(Format, FollowsTheUsersLocale) {
         const char* locale;
         const WCHAR* text;
     } rows[] = {
-        {"C", u"1990-03-05"},           {"POSIX", u"1990-03-05"},
-        {"C.UTF-8", u"1990-03-05"},     {"ko_KR.UTF-8", u"1990. 3. 5."},
-        {"en_US.UTF-8", u"3/5/1990"},   {"en_GB.UTF-8", u"05/03/1990"},
-        {"de_DE.UTF-8", u"05.03.1990"}, {"sv_SE.UTF-8", u"1990-03-05"},
-        {"xx_YY", u"1990-03-05"},
+        {"C", TEXT("1990-03-05")},           {"POSIX", TEXT("1990-03-05")},
+        {"C.UTF-8", TEXT("1990-03-05")},     {"ko_KR.UTF-8", TEXT("1990. 3. 5.")},
+        {"en_US.UTF-8", TEXT("3/5/1990")},   {"en_GB.UTF-8", TEXT("05/03/1990")},
+        {"de_DE.UTF-8", TEXT("05.03.1990")}, {"sv_SE.UTF-8", TEXT("1990-03-05")},
+        {"xx_YY", TEXT("1990-03-05")},
     };
     for (const auto& row : rows) {
         const UserLocale locale(row.locale);
@@ -123,13 +123,13 @@ TEST(Format, FollowsTheUsersLocale) {
 TEST(Format, YearsAlwaysHaveFourDigits) {
     const UserLocale locale("en_US.UTF-8");
 
-    EXPECT_EQ(COleDateTime(100, 1, 2).Format(), CString(u"1/2/0100"));
+    EXPECT_EQ(COleDateTime(100, 1, 2).Format(), CString(TEXT("1/2/0100")));
 }
 
 TEST(Format, ShowsATimeOfDayOtherThanMidnight) {
     const UserLocale locale("C");
 
-    EXPECT_EQ(COleDateTime(1990, 3, 5, 7, 8, 9).Format(), CString(u"1990-03-05 07:08:09"));
-    EXPECT_EQ(COleDateTime(1990, 3, 5, 7, 8, 9).Format(VAR_DATEVALUEONLY), CString(u"1990-03-05"));
-    EXPECT_EQ(COleDateTime(1990, 3, 5).Format(), CString(u"1990-03-05"));
+    EXPECT_EQ(COleDateTime(1990, 3, 5, 7, 8, 9).Format(), CString(TEXT("1990-03-05 07:08:09")));
+    EXPECT_EQ(COleDateTime(1990, 3, 5, 7, 8, 9).Format(VAR_DATEVALUEONLY), CString(TEXT("1990-03-05")));
+    EXPECT_EQ(COleDateTime(1990, 3, 5).Format(), CString(TEXT("1990-03-05")));
 }

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -16,14 +15,14 @@ rc::Gen<std::vector<std::uint16_t>> arbitraryUnits() {
         rc::gen::element<std::uint16_t>(u'a', u'A', u'b', u' ', u'\uAC00', 0xD83D, 0));
 }
 
-std::u16string arbitraryText() {
+WString arbitraryText() {
     const std::vector<std::uint16_t> units = *arbitraryUnits();
     return {units.begin(), units.end()};
 }
 
 /// A text that a pointer can show whole.
-std::u16string textWithoutZeros() {
-    std::u16string text = arbitraryText();
+WString textWithoutZeros() {
+    WString text = arbitraryText();
     std::erase(text, u'\0');
     return text;
 }
@@ -37,7 +36,7 @@ std::size_t cut(int value, std::size_t limit) {
 }
 
 int foundAt(std::size_t position) {
-    return position == std::u16string::npos ? -1 : static_cast<int>(position);
+    return position == WString::npos ? -1 : static_cast<int>(position);
 }
 
 int signOf(int value) {
@@ -47,7 +46,7 @@ int signOf(int value) {
 }  // namespace
 
 RC_GTEST_PROP(CStringModel, PartsAreThoseOfTheText, ()) {
-    const std::u16string model = arbitraryText();
+    const WString model = arbitraryText();
     const CString text(model);
     const int first = arbitraryPosition();
     const int count = arbitraryPosition();
@@ -59,8 +58,8 @@ RC_GTEST_PROP(CStringModel, PartsAreThoseOfTheText, ()) {
 }
 
 RC_GTEST_PROP(CStringModel, SearchesFindWhatTheTextHolds, ()) {
-    const std::u16string model = arbitraryText();
-    const std::u16string part = textWithoutZeros();
+    const WString model = arbitraryText();
+    const WString part = textWithoutZeros();
     const CString text(model);
     const int start = arbitraryPosition();
     const auto from = static_cast<std::size_t>(std::max(start, 0));
@@ -71,9 +70,9 @@ RC_GTEST_PROP(CStringModel, SearchesFindWhatTheTextHolds, ()) {
 }
 
 RC_GTEST_PROP(CStringModel, ChangesAreThoseOfTheText, ()) {
-    std::u16string model = arbitraryText();
+    WString model = arbitraryText();
     CString text(model);
-    const std::u16string part = textWithoutZeros();
+    const WString part = textWithoutZeros();
     const int at = arbitraryPosition();
     const int count = arbitraryPosition();
 
@@ -92,18 +91,18 @@ RC_GTEST_PROP(CStringModel, ChangesAreThoseOfTheText, ()) {
 }
 
 RC_GTEST_PROP(CStringModel, TrimmingTakesAllAndOnlyWhatItIsToldTo, ()) {
-    const std::u16string model = arbitraryText();
+    const WString model = arbitraryText();
     CString left(model);
     CString right(model);
 
     left.TrimLeft(u' ');
-    right.TrimRight(u"a b");
+    right.TrimRight(TEXT("a b"));
 
-    std::u16string_view expectedLeft = model;
+    WStringView expectedLeft = model;
     while (expectedLeft.starts_with(u' '))
         expectedLeft.remove_prefix(1);
-    std::u16string_view expectedRight = model;
-    while (!expectedRight.empty() && std::u16string_view(u"a b").find(expectedRight.back()) != std::u16string::npos) {
+    WStringView expectedRight = model;
+    while (!expectedRight.empty() && WStringView(TEXT("a b")).find(expectedRight.back()) != WString::npos) {
         expectedRight.remove_suffix(1);
     }
     RC_ASSERT(left.view() == expectedLeft);
@@ -111,8 +110,8 @@ RC_GTEST_PROP(CStringModel, TrimmingTakesAllAndOnlyWhatItIsToldTo, ()) {
 }
 
 RC_GTEST_PROP(CStringModel, ComparesAsTheTextDoes, ()) {
-    const std::u16string a = arbitraryText();
-    const std::u16string b = textWithoutZeros();
+    const WString a = arbitraryText();
+    const WString b = textWithoutZeros();
 
     RC_ASSERT(signOf(CString(a).Compare(b.c_str())) == signOf(a.compare(b)));
     RC_ASSERT((CString(a) == CString(b)) == (a == b));
@@ -121,7 +120,7 @@ RC_GTEST_PROP(CStringModel, ComparesAsTheTextDoes, ()) {
 
 RC_GTEST_PROP(CStringModel, CaseKeepsEveryPosition, ()) {
     const auto units = *rc::gen::arbitrary<std::vector<std::uint16_t>>();
-    const std::u16string model(units.begin(), units.end());
+    const WString model(units.begin(), units.end());
     CString text(model);
 
     text.MakeLower();

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <functional>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -13,7 +12,7 @@ TEST(CString, ANullTextIsTheEmptyText) {
     EXPECT_TRUE(text.IsEmpty());
     EXPECT_TRUE(CString(nullptr, 5).IsEmpty());
 
-    text = u"a";
+    text = TEXT("a");
     text = static_cast<const WCHAR*>(nullptr);
     text += static_cast<const WCHAR*>(nullptr);
     EXPECT_TRUE(text.IsEmpty());
@@ -22,24 +21,24 @@ TEST(CString, ANullTextIsTheEmptyText) {
 }
 
 TEST(CString, IsMadeOfAPartOrOfARepeatedCharacter) {
-    EXPECT_EQ(CString(u"abcd", 2), CString(u"ab"));
-    EXPECT_EQ(CString(u"abcd", 1), CString(u"a"));
-    EXPECT_EQ(CString(u"abcd", -1), CString());
-    EXPECT_EQ(CString(u'x', 3), CString(u"xxx"));
+    EXPECT_EQ(CString(TEXT("abcd"), 2), CString(TEXT("ab")));
+    EXPECT_EQ(CString(TEXT("abcd"), 1), CString(TEXT("a")));
+    EXPECT_EQ(CString(TEXT("abcd"), -1), CString());
+    EXPECT_EQ(CString(u'x', 3), CString(TEXT("xxx")));
     EXPECT_EQ(CString(u'x', 0), CString());
     EXPECT_EQ(CString(u'x', -1), CString());
 }
 
 TEST(CString, MayHoldZeroCharacters) {
-    const CString text(std::u16string_view(u"a\0b", 3));
+    const CString text(WStringView(TEXT("a\0b"), 3));
 
     EXPECT_EQ(text.GetLength(), 3);
-    EXPECT_EQ(std::u16string(static_cast<const WCHAR*>(text)), u"a");
+    EXPECT_EQ(WString(static_cast<const WCHAR*>(text)), TEXT("a"));
     EXPECT_EQ(text.Find(u'b'), 2);
 }
 
 TEST(CString, CharactersAreReadAndSetByPosition) {
-    CString text(u"abc");
+    CString text(TEXT("abc"));
 
     text.SetAt(1, u'X');
 
@@ -48,122 +47,122 @@ TEST(CString, CharactersAreReadAndSetByPosition) {
 }
 
 TEST(CString, ComparesCodeUnits) {
-    EXPECT_LT(CString(u"Z").Compare(u"a"), 0);
-    EXPECT_GT(CString(u"\uFFFF").Compare(u"\u0001"), 0);
-    EXPECT_LT(CString(u"a").Compare(u"aa"), 0);
-    EXPECT_EQ(CString(u"a").Compare(u"a"), 0);
-    EXPECT_TRUE(CString(u"a") == u"a");
-    EXPECT_TRUE(CString(u"a") < CString(u"b"));
+    EXPECT_LT(CString(TEXT("Z")).Compare(TEXT("a")), 0);
+    EXPECT_GT(CString(TEXT("\uFFFF")).Compare(TEXT("\u0001")), 0);
+    EXPECT_LT(CString(TEXT("a")).Compare(TEXT("aa")), 0);
+    EXPECT_EQ(CString(TEXT("a")).Compare(TEXT("a")), 0);
+    EXPECT_TRUE(CString(TEXT("a")) == TEXT("a"));
+    EXPECT_TRUE(CString(TEXT("a")) < CString(TEXT("b")));
 }
 
 TEST(CString, SortsByItsCharactersAndNotByItsAddress) {
-    std::vector<CString> texts{u"c", u"b", u"a"};
+    std::vector<CString> texts{TEXT("c"), TEXT("b"), TEXT("a")};
     std::ranges::sort(texts);
-    EXPECT_EQ(texts, (std::vector<CString>{u"a", u"b", u"c"}));
+    EXPECT_EQ(texts, (std::vector<CString>{TEXT("a"), TEXT("b"), TEXT("c")}));
     EXPECT_TRUE(std::less<>()(texts[0], texts[1]));
     EXPECT_FALSE(std::less<>()(texts[1], texts[0]));
 }
 
 TEST(CString, FindLooksFromAPosition) {
-    const CString text(u"abcabc");
+    const CString text(TEXT("abcabc"));
 
     EXPECT_EQ(text.Find(u'b'), 1);
     EXPECT_EQ(text.Find(u'b', 2), 4);
     EXPECT_EQ(text.Find(u'b', 5), -1);
     EXPECT_EQ(text.Find(u'b', 99), -1);
     EXPECT_EQ(text.Find(u'b', -7), 1);
-    EXPECT_EQ(text.Find(u"ca"), 2);
-    EXPECT_EQ(text.Find(u"ab", 1), 3);
-    EXPECT_EQ(text.Find(u"abd"), -1);
+    EXPECT_EQ(text.Find(TEXT("ca")), 2);
+    EXPECT_EQ(text.Find(TEXT("ab"), 1), 3);
+    EXPECT_EQ(text.Find(TEXT("abd")), -1);
     EXPECT_EQ(text.ReverseFind(u'a'), 3);
     EXPECT_EQ(text.ReverseFind(u'x'), -1);
 }
 
 TEST(CString, PartsAreCutToTheText) {
-    const CString text(u"abcd");
+    const CString text(TEXT("abcd"));
 
-    EXPECT_EQ(text.Left(2), CString(u"ab"));
+    EXPECT_EQ(text.Left(2), CString(TEXT("ab")));
     EXPECT_EQ(text.Left(9), text);
     EXPECT_EQ(text.Left(-1), CString());
-    EXPECT_EQ(text.Mid(1), CString(u"bcd"));
-    EXPECT_EQ(text.Mid(1, 2), CString(u"bc"));
-    EXPECT_EQ(text.Mid(-1, 2), CString(u"ab"));
+    EXPECT_EQ(text.Mid(1), CString(TEXT("bcd")));
+    EXPECT_EQ(text.Mid(1, 2), CString(TEXT("bc")));
+    EXPECT_EQ(text.Mid(-1, 2), CString(TEXT("ab")));
     EXPECT_EQ(text.Mid(4), CString());
     EXPECT_EQ(text.Mid(9, 1), CString());
     EXPECT_EQ(text.Mid(1, -1), CString());
-    EXPECT_EQ(text.Right(2), CString(u"cd"));
+    EXPECT_EQ(text.Right(2), CString(TEXT("cd")));
     EXPECT_EQ(text.Right(9), text);
     EXPECT_EQ(text.Right(-1), CString());
 }
 
 TEST(CString, InsertAndDeleteAnswerTheNewLength) {
-    CString text(u"ad");
+    CString text(TEXT("ad"));
 
-    EXPECT_EQ(text.Insert(1, u"bc"), 4);
+    EXPECT_EQ(text.Insert(1, TEXT("bc")), 4);
     EXPECT_EQ(text.Insert(99, u'e'), 5);
     EXPECT_EQ(text.Insert(-1, u'_'), 6);
-    EXPECT_EQ(text, CString(u"_abcde"));
+    EXPECT_EQ(text, CString(TEXT("_abcde")));
     EXPECT_EQ(text.Delete(0), 5);
     EXPECT_EQ(text.Delete(3, 99), 3);
     EXPECT_EQ(text.Delete(3), 3);
     EXPECT_EQ(text.Delete(0, -1), 3);
-    EXPECT_EQ(text, CString(u"abc"));
+    EXPECT_EQ(text, CString(TEXT("abc")));
 }
 
 TEST(CString, ReplaceCountsWhatItReplaced) {
-    CString text(u"a;b;c");
+    CString text(TEXT("a;b;c"));
 
     EXPECT_EQ(text.Replace(u';', u','), 2);
     EXPECT_EQ(text.Replace(u';', u','), 0);
 
-    EXPECT_EQ(text, CString(u"a,b,c"));
+    EXPECT_EQ(text, CString(TEXT("a,b,c")));
 }
 
 TEST(CString, TrimsAtOneEndOnly) {
-    CString left(u"  a ");
+    CString left(TEXT("  a "));
     left.TrimLeft(u' ');
-    EXPECT_EQ(left, CString(u"a "));
+    EXPECT_EQ(left, CString(TEXT("a ")));
 
-    CString right(u" a\r\n \n");
-    right.TrimRight(u"\n\r ");
-    EXPECT_EQ(right, CString(u" a"));
+    CString right(TEXT(" a\r\n \n"));
+    right.TrimRight(TEXT("\n\r "));
+    EXPECT_EQ(right, CString(TEXT(" a")));
 
-    CString all(u"\r\n");
-    all.TrimRight(u"\n\r");
+    CString all(TEXT("\r\n"));
+    all.TrimRight(TEXT("\n\r"));
     EXPECT_TRUE(all.IsEmpty());
-    CString blanks(u"   ");
+    CString blanks(TEXT("   "));
     blanks.TrimLeft(u' ');
     EXPECT_TRUE(blanks.IsEmpty());
-    CString untouched(u" a ");
-    untouched.TrimRight(u"");
+    CString untouched(TEXT(" a "));
+    untouched.TrimRight(TEXT(""));
     untouched.TrimRight(nullptr);
-    EXPECT_EQ(untouched, CString(u" a "));
+    EXPECT_EQ(untouched, CString(TEXT(" a ")));
 }
 
 TEST(CString, CaseIsMappedUnitByUnit) {
-    CString text(u"aZ@[`{1 \u00C9\u00E9\u00DF\u0130\uAC00\U0001F4DE");
+    CString text(TEXT("aZ@[`{1 \u00C9\u00E9\u00DF\u0130\uAC00\U0001F4DE"));
     CString upper = text;
     const int length = text.GetLength();
 
     text.MakeLower();
     upper.MakeUpper();
 
-    EXPECT_EQ(text, CString(u"az@[`{1 \u00E9\u00E9\u00DFi\uAC00\U0001F4DE"));
-    EXPECT_EQ(upper, CString(u"AZ@[`{1 \u00C9\u00C9\u00DF\u0130\uAC00\U0001F4DE"));
+    EXPECT_EQ(text, CString(TEXT("az@[`{1 \u00E9\u00E9\u00DFi\uAC00\U0001F4DE")));
+    EXPECT_EQ(upper, CString(TEXT("AZ@[`{1 \u00C9\u00C9\u00DF\u0130\uAC00\U0001F4DE")));
     EXPECT_EQ(text.GetLength(), length);
 }
 
 TEST(CString, Concatenates) {
-    CString text = CString(u"a") + u"b" + CString(u"c");
+    CString text = CString(TEXT("a")) + TEXT("b") + CString(TEXT("c"));
     text += u'd';
-    text += CString(u"e");
-    text += u"f";
+    text += CString(TEXT("e"));
+    text += TEXT("f");
 
-    EXPECT_EQ(u">" + text, CString(u">abcdef"));
+    EXPECT_EQ(TEXT(">") + text, CString(TEXT(">abcdef")));
 }
 
 TEST(CString, MayBeAddedToAndAssignedFromItself) {
-    CString text(u"ab");
+    CString text(TEXT("ab"));
 
     text += text;
     text += static_cast<const WCHAR*>(text);
@@ -171,5 +170,5 @@ TEST(CString, MayBeAddedToAndAssignedFromItself) {
     EXPECT_EQ(text.GetLength(), 16);
 
     text = static_cast<const WCHAR*>(text) + 14;
-    EXPECT_EQ(text, CString(u"ab"));
+    EXPECT_EQ(text, CString(TEXT("ab")));
 }

@@ -8,15 +8,15 @@
 TEST(CArray, KeepsElementsInTheOrderOfAdding) {
     CStringArray names;
 
-    EXPECT_EQ(names.Add(u"a"), 0);
-    EXPECT_EQ(names.Add(u"b"), 1);
-    EXPECT_EQ(names.Add(u"c"), 2);
-    names.SetAt(1, u"B");
+    EXPECT_EQ(names.Add(TEXT("a")), 0);
+    EXPECT_EQ(names.Add(TEXT("b")), 1);
+    EXPECT_EQ(names.Add(TEXT("c")), 2);
+    names.SetAt(1, TEXT("B"));
     names.RemoveAt(0);
 
     EXPECT_EQ(names.GetSize(), 2);
-    EXPECT_EQ(names.GetAt(0), CString(u"B"));
-    EXPECT_EQ(names[1], CString(u"c"));
+    EXPECT_EQ(names.GetAt(0), CString(TEXT("B")));
+    EXPECT_EQ(names[1], CString(TEXT("c")));
     names.RemoveAll();
     EXPECT_TRUE(names.IsEmpty());
 }
@@ -35,15 +35,15 @@ TEST(CMap, FindsWhatWasSetLast) {
     CString found;
     names.InitHashTable(101);
 
-    names.SetAt(7, u"old");
-    names.SetAt(7, u"new");
-    names[8] = u"eight";
+    names.SetAt(7, TEXT("old"));
+    names.SetAt(7, TEXT("new"));
+    names[8] = TEXT("eight");
 
     EXPECT_EQ(names.GetCount(), 2);
     EXPECT_TRUE(names.Lookup(7, found));
-    EXPECT_EQ(found, CString(u"new"));
+    EXPECT_EQ(found, CString(TEXT("new")));
     EXPECT_FALSE(names.Lookup(9, found));
-    EXPECT_EQ(found, CString(u"new"));
+    EXPECT_EQ(found, CString(TEXT("new")));
 }
 
 TEST(CMap, RemovingAnswersWhetherThereWasOne) {

@@ -71,9 +71,9 @@ RC_GTEST_PROP(DateRoundTripModel, AnyDayComesBackWithItsTimeInAnyLocale, ()) {
 }
 
 RC_GTEST_PROP(DateRoundTripModel, AnyTextIsReadAsAValidDateOrRefused, ()) {
-    const auto letters = *rc::gen::container<std::u16string>(rc::gen::map(
+    const auto letters = *rc::gen::container<WString>(rc::gen::map(
         rc::gen::element(0x30, 0x31, 0x32, 0x39, 0x20, 0x2D, 0x2F, 0x2E, 0x3A, 0x0D, 0xB144, 0xC6D4, 0xC77C, 0x200F),
-        [](int letter) { return static_cast<char16_t>(letter); }));
+        [](int letter) { return static_cast<WCHAR>(letter); }));
     const UserLocale locale(*rc::gen::element<std::string>("C", "ko_KR.UTF-8", "en_US.UTF-8", "bg_BG.UTF-8"));
     COleDateTime date(1.0);
 

@@ -11,9 +11,9 @@
 
 namespace {
 
-std::u16string utf16Of(char32_t ch) {
-    if (ch < 0x10000) return {static_cast<char16_t>(ch)};
-    return {static_cast<char16_t>(0xD7C0 + (ch >> 10)), static_cast<char16_t>(0xDC00 + (ch & 0x3FF))};
+WString utf16Of(char32_t ch) {
+    if (ch < 0x10000) return {static_cast<WCHAR>(ch)};
+    return {static_cast<WCHAR>(0xD7C0 + (ch >> 10)), static_cast<WCHAR>(0xDC00 + (ch & 0x3FF))};
 }
 
 bool isWellFormedToIcu(const std::string& bytes) {
@@ -28,7 +28,7 @@ bool isWellFormedToIcu(const std::string& bytes) {
 TEST(Utf8, EveryCharacterSurvivesTheWayThereAndBack) {
     for (char32_t ch = 0; ch <= 0x10FFFF; ++ch) {
         if (ch == 0xD800) ch = 0xE000;
-        const std::u16string text = utf16Of(ch);
+        const WString text = utf16Of(ch);
         const auto back = textOfUtf8(utf8Of(text));
         ASSERT_TRUE(back.has_value()) << std::hex << static_cast<unsigned>(ch);
         ASSERT_EQ(back->view(), text) << std::hex << static_cast<unsigned>(ch);
@@ -36,19 +36,19 @@ TEST(Utf8, EveryCharacterSurvivesTheWayThereAndBack) {
 }
 
 TEST(Utf8, IsSpelledAsItShould) {
-    EXPECT_EQ(utf8Of(u"A\u00E9\uAE40\U0001F4DE"), "A\xC3\xA9\xEA\xB9\x80\xF0\x9F\x93\x9E");
-    EXPECT_EQ(utf8Of(u""), "");
-    EXPECT_EQ(utf8Of(std::u16string_view(u"a\0b", 3)), std::string("a\0b", 3));
+    EXPECT_EQ(utf8Of(TEXT("A\u00E9\uAE40\U0001F4DE")), "A\xC3\xA9\xEA\xB9\x80\xF0\x9F\x93\x9E");
+    EXPECT_EQ(utf8Of(TEXT("")), "");
+    EXPECT_EQ(utf8Of(WStringView(TEXT("a\0b"), 3)), std::string("a\0b", 3));
 }
 
 TEST(Utf8, ALoneHalfOfAPairIsReplaced) {
     const std::string replacement = "\xEF\xBF\xBD";
 
-    EXPECT_EQ(utf8Of(std::u16string{0xD83D}), replacement);
-    EXPECT_EQ(utf8Of(std::u16string{0xDCDE}), replacement);
-    EXPECT_EQ(utf8Of(std::u16string{0xD83D, u'a'}), replacement + "a");
-    EXPECT_EQ(utf8Of(std::u16string{0xDCDE, 0xD83D}), replacement + replacement);
-    EXPECT_EQ(utf8Of(std::u16string{0xD83D, 0xD83D, 0xDCDE}), replacement + "\xF0\x9F\x93\x9E");
+    EXPECT_EQ(utf8Of(WString{0xD83D}), replacement);
+    EXPECT_EQ(utf8Of(WString{0xDCDE}), replacement);
+    EXPECT_EQ(utf8Of(WString{0xD83D, u'a'}), replacement + "a");
+    EXPECT_EQ(utf8Of(WString{0xDCDE, 0xD83D}), replacement + replacement);
+    EXPECT_EQ(utf8Of(WString{0xD83D, 0xD83D, 0xDCDE}), replacement + "\xF0\x9F\x93\x9E");
 }
 
 TEST(Utf8, IllFormedBytesAreRefused) {
@@ -107,5 +107,5 @@ RC_GTEST_PROP(Utf8, AnyUtf16GivesWellFormedBytes, ()) {
     const auto units = *rc::gen::container<std::vector<std::uint16_t>>(
         rc::gen::oneOf(rc::gen::element<std::uint16_t>(0xD83D, 0xDCDE, u'a'), rc::gen::arbitrary<std::uint16_t>()));
 
-    RC_ASSERT(isWellFormedToIcu(utf8Of(std::u16string(units.begin(), units.end()))));
+    RC_ASSERT(isWellFormedToIcu(utf8Of(WString(units.begin(), units.end()))));
 }

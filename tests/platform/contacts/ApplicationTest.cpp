@@ -82,7 +82,7 @@ TEST(Application, HasTheContactsFolderOnly) {
 TEST(Application, AnUnknownIdentifierIsAFailure) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const CEOID oid = session.add(u"Kim");
+    const CEOID oid = session.add(TEXT("Kim"));
     IDispatch* item = nullptr;
 
     for (const LONG other : {0, -1, static_cast<LONG>(oid) + 1, 0x7FFFFFFF}) {
@@ -98,8 +98,8 @@ TEST(Application, ARecordOfAnotherDatabaseIsNoContact) {
     const MemoryStoreMount mount;
     const ContactsSession session;
     CEOID database = 0;
-    const HANDLE categories = CeOpenDatabaseEx2(&database, u"\\Categories Database", 0, 0, 0, nullptr);
-    const CCeDBProp name = CCeDBProp::ofText(0x4001, u"Family");
+    const HANDLE categories = CeOpenDatabaseEx2(&database, TEXT("\\Categories Database"), 0, 0, 0, nullptr);
+    const CCeDBProp name = CCeDBProp::ofText(0x4001, TEXT("Family"));
     const CEPROPVAL value = name.propVal();
     const CEOID category = CeWriteRecordProps(categories, 0, 1, &value);
     CloseHandle(categories);
@@ -114,20 +114,20 @@ TEST(Application, ItsObjectsAreReleasedInAnyOrder) {
     ComPtr<IPOutlookItemCollection> narrowed;
     {
         const ContactsSession session;
-        session.add(u"Kim");
+        session.add(TEXT("Kim"));
         ComPtr<IFolder> folder;
         require(session.application().GetDefaultFolder(10, folder.out()));
         ComPtr<IPOutlookItemCollection> items;
         require(folder->get_Items(items.out()));
-        narrowed = restricted(items, u"[FileAs] = \"kim\"");
+        narrowed = restricted(items, TEXT("[FileAs] = \"kim\""));
         contact = itemOf(narrowed, 1);
         require(session.application().Logoff());
     }
 
-    EXPECT_EQ(nameOf(contact), u"Kim");
+    EXPECT_EQ(nameOf(contact), TEXT("Kim"));
     EXPECT_EQ(countOf(narrowed), 1);
     narrowed.reset();
-    EXPECT_EQ(contact->put_FileAs(bstr(u"Lee").get()), S_OK);
+    EXPECT_EQ(contact->put_FileAs(bstr(TEXT("Lee")).get()), S_OK);
     EXPECT_EQ(contact->Save(), S_OK);
 }
 
@@ -161,10 +161,10 @@ TEST(Application, WorksWithoutALogonAndAfterALogoff) {
 TEST(Application, ObjectsOfAStoreNoLongerMountedFailAndANewLogonMeansTheNewStore) {
     const MemoryStoreMount first;
     const ContactsSession session;
-    session.add(u"Kim");
+    session.add(TEXT("Kim"));
     const auto items = session.items();
     const auto contact = itemOf(items, 1);
-    const auto narrowed = restricted(items, u"[FileAs] = \"Kim\"");
+    const auto narrowed = restricted(items, TEXT("[FileAs] = \"Kim\""));
     ASSERT_EQ(countOf(narrowed), 1);
 
     const MemoryStoreMount second;
@@ -175,7 +175,7 @@ TEST(Application, ObjectsOfAStoreNoLongerMountedFailAndANewLogonMeansTheNewStore
     EXPECT_EQ(count, 0);
     EXPECT_EQ(narrowed->get_Count(&count), E_FAIL);
     EXPECT_EQ(items->Item(1, &item), E_FAIL);
-    EXPECT_EQ(contact->put_FileAs(bstr(u"Lee").get()), S_OK);
+    EXPECT_EQ(contact->put_FileAs(bstr(TEXT("Lee")).get()), S_OK);
     EXPECT_EQ(contact->Save(), E_FAIL);
     EXPECT_EQ(contact->Delete(), E_FAIL);
     ASSERT_EQ(session.application().Logon(0), S_OK);
@@ -185,7 +185,7 @@ TEST(Application, ObjectsOfAStoreNoLongerMountedFailAndANewLogonMeansTheNewStore
 TEST(Application, LogonFailsWhereThereIsNoStoreToBeHad) {
     const MemoryStoreMount mount;
     CEOID database = 0;
-    const HANDLE handle = CeOpenDatabaseEx2(&database, u"Contacts Database", 0, 0, 0, nullptr);
+    const HANDLE handle = CeOpenDatabaseEx2(&database, TEXT("Contacts Database"), 0, 0, 0, nullptr);
     CloseHandle(handle);
     ASSERT_TRUE(CeDeleteDatabaseEx(database));
     void* made = nullptr;

@@ -2,7 +2,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 #include "tessera/platform/objectstore/Session.h"
 
@@ -14,7 +13,7 @@ public:
     explicit CollationOracle(CEPROPID property) : order_{property, 0} {}
 
     /// An empty name is one that the contact does not have.
-    std::string keyOf(std::u16string_view text) const {
+    std::string keyOf(WStringView text) const {
         const Platform::SortKeys& keys = Platform::Session::current()->engine().sortKeys();
         if (text.empty()) return keys.keyOfRecord(order_, {});
         std::string bytes;

@@ -17,10 +17,10 @@ using namespace testing_support;
 namespace {
 
 /// Names of one to four letters out of several scripts, so that prefixes, cases and equal names abound.
-std::u16string anyName(std::mt19937& random) {
-    static constexpr std::u16string_view letters =
-        u"aAbBzZ09 -_\u00e9\u00c9\u00e0\u00df\u0131\u0416\u0436\uac00\uae40\ubc15\u3131\u4e00";
-    std::u16string name;
+WString anyName(std::mt19937& random) {
+    static constexpr WStringView letters =
+        TEXT("aAbBzZ09 -_\u00e9\u00c9\u00e0\u00df\u0131\u0416\u0436\uac00\uae40\ubc15\u3131\u4e00");
+    WString name;
     for (auto length = 1 + random() % 4; length > 0; --length)
         name += letters[random() % letters.size()];
     return name;
@@ -37,7 +37,7 @@ TEST(CollectionOrder, ThreeThousandContactsStandAsTheStoresCollationSortsThem) {
     {
         ObjectStoreBatch batch;
         for (int i = 0; i < 3'000; ++i) {
-            const std::u16string name = i % 100 == 0 ? u"" : anyName(random);
+            const WString name = i % 100 == 0 ? TEXT("") : anyName(random);
             const CEOID oid = session.add(name);
             expected.emplace_back(oracle.keyOf(name), oid);
         }
@@ -51,7 +51,7 @@ TEST(CollectionOrder, ThreeThousandContactsStandAsTheStoresCollationSortsThem) {
     const auto items = session.items();
     EXPECT_EQ(oidsOf(items), ascending);
     EXPECT_EQ(RawContacts(ContactProperty::fileAs).oids(), ascending);
-    require(items->Sort(bstr(u"FileAs").get(), TRUE));
+    require(items->Sort(bstr(TEXT("FileAs")).get(), TRUE));
     std::ranges::reverse(ascending);
     EXPECT_EQ(oidsOf(items), ascending);
 

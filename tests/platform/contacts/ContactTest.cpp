@@ -1,6 +1,5 @@
 #include <cmath>
 #include <limits>
-#include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -40,11 +39,11 @@ constexpr TextField textFields[] = {
 };
 
 /// Different for every field, and with letters beyond one byte and one code unit.
-std::u16string valueFor(const TextField& field) {
-    return u"\uae40 \U0001F4DE " + std::u16string(1, static_cast<WCHAR>(u'A' + (&field - textFields)));
+WString valueFor(const TextField& field) {
+    return TEXT("\uae40 \U0001F4DE ") + WString(1, static_cast<WCHAR>(u'A' + (&field - textFields)));
 }
 
-HRESULT put(const ComPtr<IContact>& contact, const TextField& field, std::u16string_view text) {
+HRESULT put(const ComPtr<IContact>& contact, const TextField& field, WStringView text) {
     return (contact.get()->*field.put)(bstr(text).get());
 }
 
@@ -64,7 +63,7 @@ TEST(Contact, IsInMemoryUntilItIsSaved) {
 
     EXPECT_EQ(oidOf(contact), 0u);
     EXPECT_EQ(countOf(session.items()), 0);
-    require(contact->put_FileAs(bstr(u"Kim").get()));
+    require(contact->put_FileAs(bstr(TEXT("Kim")).get()));
     EXPECT_EQ(countOf(session.items()), 0);
     ASSERT_EQ(contact->Save(), S_OK);
     EXPECT_NE(oidOf(contact), 0u);
@@ -97,7 +96,7 @@ TEST(Contact, WhatWasNeverPutIsEmptyAndNotInTheRecord) {
     const MemoryStoreMount mount;
     const ContactsSession session;
 
-    const auto contact = session.contact(session.add(u"Kim"));
+    const auto contact = session.contact(session.add(TEXT("Kim")));
 
     for (const TextField& field : textFields) {
         if (field.property == ContactProperty::fileAs) continue;
@@ -120,10 +119,10 @@ TEST(Contact, EmptyingATextRemovesItsProperty) {
     const auto reread = session.contact(oidOf(contact));
 
     for (const TextField& field : textFields) {
-        ASSERT_EQ(put(reread, field, u""), S_OK);
+        ASSERT_EQ(put(reread, field, TEXT("")), S_OK);
         ASSERT_EQ(reread->Save(), S_OK);
 
-        EXPECT_EQ(textOf(session.contact(oidOf(contact)), field.get), u"") << field.name;
+        EXPECT_EQ(textOf(session.contact(oidOf(contact)), field.get), TEXT("")) << field.name;
         EXPECT_EQ(RawContacts().record(oidOf(contact)).findProp(identOf(field.property)), nullptr) << field.name;
     }
     EXPECT_EQ(RawContacts().record(oidOf(contact)).getNumProps(), 0);
@@ -134,7 +133,7 @@ TEST(Contact, ANewOneWithNothingInItCanBeSaved) {
     const MemoryStoreMount mount;
     const ContactsSession session;
     const auto contact = session.newContact();
-    require(contact->put_FileAs(bstr(u"Kim").get()));
+    require(contact->put_FileAs(bstr(TEXT("Kim")).get()));
     require(contact->put_FileAs(nullptr));
 
     ASSERT_EQ(contact->Save(), S_OK);
@@ -148,7 +147,7 @@ TEST(Contact, CategoriesAreKeptExactlyAsPut) {
     const ContactsSession session;
     const auto contact = session.newContact();
 
-    for (const std::u16string text : {u"Family,Work", u" Work , Family;, ", u"b,a,b", u","}) {
+    for (const WString text : {TEXT("Family,Work"), TEXT(" Work , Family;, "), TEXT("b,a,b"), TEXT(",")}) {
         require(contact->put_Categories(bstr(text).get()));
         require(contact->Save());
         EXPECT_EQ(textOf(session.contact(oidOf(contact)), &IContact::get_Categories), text);
@@ -160,11 +159,11 @@ TEST(Contact, ATextEndsAtItsFirstZeroCharacterBeforeAndAfterSaving) {
     const ContactsSession session;
     const auto contact = session.newContact();
 
-    require(contact->put_FileAs(bstr(std::u16string_view(u"Kim\0 Minsu", 10)).get()));
+    require(contact->put_FileAs(bstr(WStringView(TEXT("Kim\0 Minsu"), 10)).get()));
 
-    EXPECT_EQ(nameOf(contact), u"Kim");
+    EXPECT_EQ(nameOf(contact), TEXT("Kim"));
     require(contact->Save());
-    EXPECT_EQ(nameOf(session.contact(oidOf(contact))), u"Kim");
+    EXPECT_EQ(nameOf(session.contact(oidOf(contact))), TEXT("Kim"));
 }
 
 TEST(Contact, TheTextHandedOutIsTheCallersAndTheTextPutIsCopied) {
@@ -172,7 +171,7 @@ TEST(Contact, TheTextHandedOutIsTheCallersAndTheTextPutIsCopied) {
     const ContactsSession session;
     auto contact = session.newContact();
     {
-        const Bstr lent = bstr(u"Kim");
+        const Bstr lent = bstr(TEXT("Kim"));
         require(contact->put_FileAs(lent.get()));
         lent.get()[0] = u'T';
     }
@@ -180,7 +179,7 @@ TEST(Contact, TheTextHandedOutIsTheCallersAndTheTextPutIsCopied) {
     require(contact->get_FileAs(handedOut.out()));
     contact.reset();
 
-    EXPECT_EQ(handedOut.text(), u"Kim");
+    EXPECT_EQ(handedOut.text(), TEXT("Kim"));
 }
 
 TEST(Contact, ANullOutputIsAnError) {
@@ -225,7 +224,7 @@ TEST(Contact, TheDateForNoBirthdayRemovesIt) {
     const MemoryStoreMount mount;
     const ContactsSession session;
     const auto contact = session.newContact();
-    require(contact->put_FileAs(bstr(u"Kim").get()));
+    require(contact->put_FileAs(bstr(TEXT("Kim")).get()));
     require(contact->put_Birthday(32937.0));
     require(contact->Save());
 
@@ -251,30 +250,30 @@ TEST(Contact, ABirthdayThatNoRecordCanHoldIsRefusedAndChangesNothing) {
 TEST(Contact, SavingWritesOnlyWhatWasChanged) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const CEOID oid = session.add(u"Kim");
+    const CEOID oid = session.add(TEXT("Kim"));
     const auto mine = session.contact(oid);
     const auto theirs = session.contact(oid);
-    require(theirs->put_FileAs(bstr(u"Lee").get()));
-    require(theirs->put_Email1Address(bstr(u"lee@example.com").get()));
+    require(theirs->put_FileAs(bstr(TEXT("Lee")).get()));
+    require(theirs->put_Email1Address(bstr(TEXT("lee@example.com")).get()));
     require(theirs->Save());
 
-    require(mine->put_MobileTelephoneNumber(bstr(u"010").get()));
+    require(mine->put_MobileTelephoneNumber(bstr(TEXT("010")).get()));
     require(mine->Save());
 
     const auto now = session.contact(oid);
-    EXPECT_EQ(nameOf(now), u"Lee");
-    EXPECT_EQ(textOf(now, &IContact::get_Email1Address), u"lee@example.com");
-    EXPECT_EQ(textOf(now, &IContact::get_MobileTelephoneNumber), u"010");
-    EXPECT_EQ(nameOf(mine), u"Kim") << "an item does not follow what others write";
+    EXPECT_EQ(nameOf(now), TEXT("Lee"));
+    EXPECT_EQ(textOf(now, &IContact::get_Email1Address), TEXT("lee@example.com"));
+    EXPECT_EQ(textOf(now, &IContact::get_MobileTelephoneNumber), TEXT("010"));
+    EXPECT_EQ(nameOf(mine), TEXT("Kim")) << "an item does not follow what others write";
 }
 
 TEST(Contact, SavingWithoutAChangeWritesNothing) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const auto contact = session.contact(session.add(u"Kim"));
+    const auto contact = session.contact(session.add(TEXT("Kim")));
     const CEOIDINFOEX before = RawContacts().info();
 
-    require(contact->put_FileAs(bstr(u"Kim").get()));
+    require(contact->put_FileAs(bstr(TEXT("Kim")).get()));
     EXPECT_EQ(contact->Save(), S_OK);
 
     EXPECT_EQ(RawContacts().info().ftLastModified, before.ftLastModified);
@@ -283,44 +282,44 @@ TEST(Contact, SavingWithoutAChangeWritesNothing) {
 TEST(Contact, PropertiesOfOthersInTheRecordStay) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const CEOID oid = session.add(u"Kim");
+    const CEOID oid = session.add(TEXT("Kim"));
     const RawContacts raw;
     ASSERT_EQ(raw.write(oid, CCeDBProp::ofI4(0x7001, 42)), oid);
 
-    session.rename(oid, u"Lee");
+    session.rename(oid, TEXT("Lee"));
 
     const CCeDBRecord record = raw.record(oid);
     ASSERT_NE(record.findProp(0x7001), nullptr);
     EXPECT_EQ(record.findProp(0x7001)->getI4(), 42);
-    EXPECT_EQ(nameOf(session.contact(oid)), u"Lee");
+    EXPECT_EQ(nameOf(session.contact(oid)), TEXT("Lee"));
 }
 
 TEST(Contact, OneDeletedMeanwhileCannotBeSaved) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const CEOID oid = session.add(u"Kim");
+    const CEOID oid = session.add(TEXT("Kim"));
     const auto changed = session.contact(oid);
     const auto unchanged = session.contact(oid);
-    require(changed->put_FileAs(bstr(u"Lee").get()));
+    require(changed->put_FileAs(bstr(TEXT("Lee")).get()));
     session.remove(oid);
 
     EXPECT_EQ(changed->Save(), E_FAIL);
     EXPECT_EQ(unchanged->Save(), E_FAIL);
     EXPECT_EQ(countOf(session.items()), 0);
-    EXPECT_EQ(nameOf(changed), u"Lee") << "it can still be read";
+    EXPECT_EQ(nameOf(changed), TEXT("Lee")) << "it can still be read";
 }
 
 TEST(Contact, DeletingTakesTheRecordAway) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const CEOID oid = session.add(u"Kim");
-    session.add(u"Lee");
+    const CEOID oid = session.add(TEXT("Kim"));
+    session.add(TEXT("Lee"));
     const auto contact = session.contact(oid);
 
     EXPECT_EQ(contact->Delete(), S_OK);
 
     EXPECT_FALSE(session.contact(oid));
-    EXPECT_EQ(namesOf(session.items()), std::vector<std::u16string>{u"Lee"});
+    EXPECT_EQ(namesOf(session.items()), std::vector<WString>{TEXT("Lee")});
     EXPECT_EQ(contact->Delete(), E_FAIL);
     EXPECT_EQ(session.newContact()->Delete(), E_FAIL) << "one that was never saved";
 }
@@ -328,10 +327,10 @@ TEST(Contact, DeletingTakesTheRecordAway) {
 TEST(Contact, ATextOverTheLimitIsRefusedAndNothingIsWritten) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const std::u16string longest(65'471 / 2, u'x');
+    const WString longest(65'471 / 2, u'x');
     const auto contact = session.newContact();
-    require(contact->put_FileAs(bstr(u"Kim").get()));
-    require(contact->put_Body(bstr(longest + u"x").get()));
+    require(contact->put_FileAs(bstr(TEXT("Kim")).get()));
+    require(contact->put_Body(bstr(longest + TEXT("x")).get()));
 
     EXPECT_EQ(contact->Save(), E_INVALIDARG);
     EXPECT_EQ(oidOf(contact), 0u);
@@ -340,22 +339,22 @@ TEST(Contact, ATextOverTheLimitIsRefusedAndNothingIsWritten) {
     require(contact->put_Body(bstr(longest).get()));
     ASSERT_EQ(contact->Save(), S_OK);
     const CEOIDINFOEX before = RawContacts().info();
-    require(contact->put_FileAs(bstr(u"Lee").get()));
-    require(contact->put_Body(bstr(longest + u"y").get()));
+    require(contact->put_FileAs(bstr(TEXT("Lee")).get()));
+    require(contact->put_Body(bstr(longest + TEXT("y")).get()));
 
     EXPECT_EQ(contact->Save(), E_INVALIDARG);
     EXPECT_EQ(RawContacts().info().ftLastModified, before.ftLastModified);
-    EXPECT_EQ(nameOf(session.contact(oidOf(contact))), u"Kim");
+    EXPECT_EQ(nameOf(session.contact(oidOf(contact))), TEXT("Kim"));
 
-    require(contact->put_Body(bstr(u"short").get()));
+    require(contact->put_Body(bstr(TEXT("short")).get()));
     ASSERT_EQ(contact->Save(), S_OK) << "what could not be saved is not lost";
-    EXPECT_EQ(nameOf(session.contact(oidOf(contact))), u"Lee");
+    EXPECT_EQ(nameOf(session.contact(oidOf(contact))), TEXT("Lee"));
 }
 
 TEST(Contact, TextsTogetherOverTheLimitOfARecordAreRefused) {
     const MemoryStoreMount mount;
     const ContactsSession session;
-    const std::u16string longest(65'471 / 2, u'x');
+    const WString longest(65'471 / 2, u'x');
     const auto contact = session.newContact();
     for (const auto putter : {&IContact::put_FileAs, &IContact::put_Body, &IContact::put_Categories}) {
         require((contact.get()->*putter)(bstr(longest).get()));
@@ -370,9 +369,9 @@ TEST(Contact, OneSavedByAnotherThreadIsReadHere) {
     const ContactsSession session;
     CEOID oid = 0;
 
-    std::thread([&] { oid = ContactsSession().add(u"Kim"); }).join();
+    std::thread([&] { oid = ContactsSession().add(TEXT("Kim")); }).join();
 
     ASSERT_NE(oid, 0u);
-    EXPECT_EQ(nameOf(session.contact(oid)), u"Kim");
-    EXPECT_EQ(namesOf(session.items()), std::vector<std::u16string>{u"Kim"});
+    EXPECT_EQ(nameOf(session.contact(oid)), TEXT("Kim"));
+    EXPECT_EQ(namesOf(session.items()), std::vector<WString>{TEXT("Kim")});
 }

@@ -2,7 +2,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tessera/platform/contacts/OutlookInterfaces.h"
@@ -15,18 +14,18 @@ inline void require(HRESULT result) {
     if (result != S_OK) throw std::runtime_error("result code " + std::to_string(result));
 }
 
-inline Bstr bstr(std::u16string_view text) {
+inline Bstr bstr(WStringView text) {
     return Bstr(CString(text));
 }
 
 /// Reads one text of a contact: textOf(contact, &IContact::get_FileAs).
-inline std::u16string textOf(const ComPtr<IContact>& contact, HRESULT (IContact::*get)(BSTR*)) {
+inline WString textOf(const ComPtr<IContact>& contact, HRESULT (IContact::*get)(BSTR*)) {
     Bstr text;
     require((contact.get()->*get)(text.out()));
-    return std::u16string(text.text().view());
+    return WString(text.text().view());
 }
 
-inline std::u16string nameOf(const ComPtr<IContact>& contact) {
+inline WString nameOf(const ComPtr<IContact>& contact) {
     return textOf(contact, &IContact::get_FileAs);
 }
 
@@ -75,14 +74,14 @@ public:
     }
 
     /// Saves a contact of that name and answers its identifier.
-    CEOID add(std::u16string_view name) const {
+    CEOID add(WStringView name) const {
         const ComPtr<IContact> made = newContact();
         require(made->put_FileAs(bstr(name).get()));
         require(made->Save());
         return oidOf(made);
     }
 
-    void rename(CEOID oid, std::u16string_view name) const {
+    void rename(CEOID oid, WStringView name) const {
         const ComPtr<IContact> found = contact(oid);
         require(found->put_FileAs(bstr(name).get()));
         require(found->Save());
@@ -106,8 +105,8 @@ inline ComPtr<IContact> itemOf(const ComPtr<IPOutlookItemCollection>& items, int
     return asContact(item);
 }
 
-inline std::vector<std::u16string> namesOf(const ComPtr<IPOutlookItemCollection>& items) {
-    std::vector<std::u16string> names;
+inline std::vector<WString> namesOf(const ComPtr<IPOutlookItemCollection>& items) {
+    std::vector<WString> names;
     for (int i = 1; i <= countOf(items); ++i)
         names.push_back(nameOf(itemOf(items, i)));
     return names;
@@ -121,14 +120,13 @@ inline std::vector<CEOID> oidsOf(const ComPtr<IPOutlookItemCollection>& items) {
 }
 
 inline ComPtr<IPOutlookItemCollection> restricted(const ComPtr<IPOutlookItemCollection>& items,
-                                                  std::u16string_view restriction) {
+                                                  WStringView restriction) {
     ComPtr<IPOutlookItemCollection> result;
     require(items->Restrict(bstr(restriction).get(), result.out()));
     return result;
 }
 
-inline ComPtr<IPOutlookItemCollection2> hinted(const ComPtr<IPOutlookItemCollection>& items,
-                                               std::u16string_view columns) {
+inline ComPtr<IPOutlookItemCollection2> hinted(const ComPtr<IPOutlookItemCollection>& items, WStringView columns) {
     void* second = nullptr;
     require(items->QueryInterface(IID_IPOutlookItemCollection2, &second));
     auto result = ComPtr<IPOutlookItemCollection2>::adopt(static_cast<IPOutlookItemCollection2*>(second));
@@ -140,7 +138,7 @@ inline ComPtr<IPOutlookItemCollection2> hinted(const ComPtr<IPOutlookItemCollect
 class RawContacts {
 public:
     explicit RawContacts(CEPROPID order = 0) {
-        handle_ = CeOpenDatabaseEx2(&database_, u"Contacts Database", order, 0, 0, nullptr);
+        handle_ = CeOpenDatabaseEx2(&database_, TEXT("Contacts Database"), order, 0, 0, nullptr);
         if (handle_ == INVALID_HANDLE_VALUE) throw std::runtime_error("no contacts database");
     }
     ~RawContacts() { CloseHandle(handle_); }

@@ -20,18 +20,18 @@ using namespace testing_support;
 
 namespace {
 
-const std::vector<std::u16string> names = {u"",  u"a", u"B", u"b",      u"ba",     u"c",
-                                           u"m", u"M", u"z", u"\u00e9", u"\uac00", u"\uae40"};
+const std::vector<WString> names = {TEXT(""),  TEXT("a"), TEXT("B"), TEXT("b"),      TEXT("ba"),     TEXT("c"),
+                                    TEXT("m"), TEXT("M"), TEXT("z"), TEXT("\u00e9"), TEXT("\uac00"), TEXT("\uae40")};
 
 /// What the folder holds, kept beside it: the name of each contact.
-using Model = std::map<CEOID, std::u16string>;
+using Model = std::map<CEOID, WString>;
 
 /// The contacts with a name from "b" on, or all of them, sorted plainly.
 std::vector<CEOID> expected(const Model& model, bool narrowed, bool descending) {
     const CollationOracle oracle(ContactProperty::fileAs);
     std::vector<std::pair<std::string, CEOID>> sorted;
     for (const auto& [oid, name] : model) {
-        const bool fromB = !name.empty() && name != u"a";
+        const bool fromB = !name.empty() && name != TEXT("a");
         if (!narrowed || fromB) sorted.emplace_back(oracle.keyOf(name), oid);
     }
     std::ranges::sort(sorted);
@@ -55,16 +55,16 @@ std::vector<Watched> watchEveryWay(const ContactsSession& session) {
         auto items = session.items();
         const bool narrowed = (way & 1) != 0;
         const bool descending = (way & 2) != 0;
-        if ((way & 4) != 0) hinted(items, u"FileAs");
-        if (descending) require(items->Sort(bstr(u"FileAs").get(), TRUE));
-        if (narrowed) items = restricted(items, u"[FileAs] >= \"b\"");
+        if ((way & 4) != 0) hinted(items, TEXT("FileAs"));
+        if (descending) require(items->Sort(bstr(TEXT("FileAs")).get(), TRUE));
+        if (narrowed) items = restricted(items, TEXT("[FileAs] >= \"b\""));
         watched.push_back({items, narrowed, descending});
     }
     return watched;
 }
 
 void writeSomething(const ContactsSession& session, Model& model) {
-    const std::u16string name = *rc::gen::elementOf(names);
+    const WString name = *rc::gen::elementOf(names);
     const int kind = model.empty() ? 0 : *rc::gen::inRange(0, 4);
     if (kind == 0) {
         model[session.add(name)] = name;
@@ -79,7 +79,7 @@ void writeSomething(const ContactsSession& session, Model& model) {
         model.erase(chosen);
     } else {
         const auto changed = session.contact(chosen->first);
-        require(changed->put_Body(bstr(name + u"!").get()));
+        require(changed->put_Body(bstr(name + TEXT("!")).get()));
         require(changed->Save());
     }
 }
@@ -127,8 +127,8 @@ void writeUntil(const std::atomic<bool>& stop, std::atomic<int>& rounds) {
     const ContactsSession session;
     std::vector<CEOID> own;
     for (int i = 0; !stop; ++i) {
-        own.push_back(session.add(i % 2 == 0 ? u"w even" : u"w odd"));
-        session.rename(own[own.size() / 2], i % 3 == 0 ? u"wa" : u"wz");
+        own.push_back(session.add(i % 2 == 0 ? TEXT("w even") : TEXT("w odd")));
+        session.rename(own[own.size() / 2], i % 3 == 0 ? TEXT("wa") : TEXT("wz"));
         if (own.size() > 20) {
             session.remove(own.front());
             own.erase(own.begin());
@@ -146,7 +146,7 @@ void expectEveryLookToBeSound(const ComPtr<IPOutlookItemCollection>& steady,
         const HRESULT result = moving->Item(i, &item);
         if (result == E_INVALIDARG) continue;  // there are fewer by now
         ASSERT_EQ(result, S_OK);
-        ASSERT_TRUE(nameOf(asContact(item)).starts_with(u"w"));
+        ASSERT_TRUE(nameOf(asContact(item)).starts_with(TEXT("w")));
     }
 }
 
@@ -154,11 +154,11 @@ void expectEveryLookToBeSound(const ComPtr<IPOutlookItemCollection>& steady,
 void readWhileAnotherThreadWrites() {
     const ContactsSession session;
     std::vector<CEOID> lasting;
-    for (const auto* name : {u"m1", u"m2", u"m3"})
+    for (const auto* name : {TEXT("m1"), TEXT("m2"), TEXT("m3")})
         lasting.push_back(session.add(name));
     const auto whole = session.items();
-    const auto steady = restricted(whole, u"[FileAs] >= \"m\" and [FileAs] < \"n\"");
-    const auto moving = restricted(whole, u"[FileAs] >= \"w\"");
+    const auto steady = restricted(whole, TEXT("[FileAs] >= \"m\" and [FileAs] < \"n\""));
+    const auto moving = restricted(whole, TEXT("[FileAs] >= \"w\""));
     std::atomic<bool> stop = false;
     std::atomic<int> rounds = 0;
     std::thread writer(writeUntil, std::cref(stop), std::ref(rounds));
@@ -189,15 +189,15 @@ TEST(LiveCollection, SeesAnotherThreadsBatchAsAWhole) {
     const TemporaryStore store;
     const ContactsSession session;
     const auto whole = session.items();
-    const auto narrowed = restricted(whole, u"[FileAs] >= \"b\"");
+    const auto narrowed = restricted(whole, TEXT("[FileAs] >= \"b\""));
     ASSERT_EQ(countOf(narrowed), 0);
     int seenInside = -1;
 
     std::thread writer([&] {
         const ContactsSession theirs;
         ObjectStoreBatch batch;
-        theirs.add(u"Bea");
-        theirs.add(u"Carl");
+        theirs.add(TEXT("Bea"));
+        theirs.add(TEXT("Carl"));
         std::thread([&] { seenInside = countOf(ContactsSession().items()); }).join();
         EXPECT_TRUE(batch.end());
     });

@@ -13,7 +13,7 @@ namespace testing_support {
 /// Builds the packed record of a contact, as the store would keep it.
 class PackedContact {
 public:
-    PackedContact& with(Platform::ContactField field, std::u16string_view text) {
+    PackedContact& with(Platform::ContactField field, WStringView text) {
         std::string bytes;
         for (const WCHAR unit : text) {
             bytes += static_cast<char>(unit & 0xFF);

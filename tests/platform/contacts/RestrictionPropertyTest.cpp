@@ -19,24 +19,25 @@ namespace {
 // A model of restrictions: trees that are written out as text for the parser under test, and judged here
 // by plain recursion over texts. A birthday is judged by its ISO text, which orders as its days do.
 
-using Fields = std::map<ContactField, std::u16string>;
+using Fields = std::map<ContactField, WString>;
 
 struct Node {
     ContactField field = ContactField::fileAs;
-    std::u16string op;
-    std::u16string value;
+    WString op;
+    WString value;
     std::vector<Node> children;     // a group when there are any
     std::vector<bool> joinedByAnd;  // how each child but the first is joined
 };
 
 constexpr ContactField usedFields[] = {ContactField::fileAs, ContactField::categories,
                                        ContactField::mobileTelephoneNumber, ContactField::birthday};
-const std::vector<std::u16string> days = {u"1961-01-01", u"1990-03-05", u"1990-11-20", u"2001-10-09"};
-const std::vector<std::u16string> pieces = {u"a",      u"A",  u"b",   u"Z",  u"9", u"\u00e9", u"\u00c9",
-                                            u"\uae40", u" ",  u"and", u"OR", u"[", u"]",      u"(",
-                                            u")",      u"%s", u"<>",  u"=",  u"'", u"\\"};
+const std::vector<WString> days = {TEXT("1961-01-01"), TEXT("1990-03-05"), TEXT("1990-11-20"), TEXT("2001-10-09")};
+const std::vector<WString> pieces = {TEXT("a"),      TEXT("A"),      TEXT("b"),      TEXT("Z"), TEXT("9"),
+                                     TEXT("\u00e9"), TEXT("\u00c9"), TEXT("\uae40"), TEXT(" "), TEXT("and"),
+                                     TEXT("OR"),     TEXT("["),      TEXT("]"),      TEXT("("), TEXT(")"),
+                                     TEXT("%s"),     TEXT("<>"),     TEXT("="),      TEXT("'"), TEXT("\\")};
 
-std::u16string upper(std::u16string text) {
+WString upper(WString text) {
     for (WCHAR& unit : text) {
         if ((unit >= u'a' && unit <= u'z') || unit == u'\u00e9') unit = static_cast<WCHAR>(unit - 0x20);
     }
@@ -55,14 +56,14 @@ bool judge(const Node& node, const Fields& contact) {
     const auto found = contact.find(node.field);
     if (found == contact.end()) return false;
     const int order = upper(found->second).compare(upper(node.value));
-    if (node.op == u"<") return order < 0;
-    if (node.op == u"<=") return order <= 0;
-    if (node.op == u">") return order > 0;
-    if (node.op == u">=") return order >= 0;
-    return node.op == u"=" ? order == 0 : order != 0;
+    if (node.op == TEXT("<")) return order < 0;
+    if (node.op == TEXT("<=")) return order <= 0;
+    if (node.op == TEXT(">")) return order > 0;
+    if (node.op == TEXT(">=")) return order >= 0;
+    return node.op == TEXT("=") ? order == 0 : order != 0;
 }
 
-std::u16string inRandomCase(std::u16string text) {
+WString inRandomCase(WString text) {
     for (WCHAR& unit : text) {
         const bool letter = (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z';
         if (letter && *rc::gen::arbitrary<bool>()) unit ^= 0x20;
@@ -70,26 +71,27 @@ std::u16string inRandomCase(std::u16string text) {
     return text;
 }
 
-std::u16string blanks() {
-    return *rc::gen::element<std::u16string>(u"", u" ", u"  ", u"\t");
+WString blanks() {
+    return *rc::gen::element<WString>(TEXT(""), TEXT(" "), TEXT("  "), TEXT("\t"));
 }
 
-std::u16string written(const Node& node, bool outermost) {
+WString written(const Node& node, bool outermost) {
     if (node.children.empty()) {
-        const std::u16string name(Platform::definitionOf(node.field).name);
-        return blanks() + u"[" + inRandomCase(name) + u"]" + blanks() + node.op + blanks() + u"\"" + node.value + u"\"";
+        const WString name(Platform::definitionOf(node.field).name);
+        return blanks() + TEXT("[") + inRandomCase(name) + TEXT("]") + blanks() + node.op + blanks() + TEXT("\"") +
+               node.value + TEXT("\"");
     }
-    std::u16string text;
+    WString text;
     for (std::size_t i = 0; i < node.children.size(); ++i) {
-        if (i > 0) text += blanks() + inRandomCase(node.joinedByAnd[i - 1] ? u"and" : u"or") + blanks();
+        if (i > 0) text += blanks() + inRandomCase(node.joinedByAnd[i - 1] ? TEXT("and") : TEXT("or")) + blanks();
         text += written(node.children[i], false);
     }
-    return outermost ? text + blanks() : blanks() + u"(" + text + blanks() + u")";
+    return outermost ? text + blanks() : blanks() + TEXT("(") + text + blanks() + TEXT(")");
 }
 
-std::u16string anyValue(ContactField field) {
+WString anyValue(ContactField field) {
     if (field == ContactField::birthday) return *rc::gen::elementOf(days);
-    std::u16string value;
+    WString value;
     for (int i = *rc::gen::inRange(1, 4); i > 0; --i)
         value += *rc::gen::elementOf(pieces);
     return value;
@@ -99,7 +101,7 @@ Node anyNode(int depth) {
     Node node;
     if (depth == 0 || *rc::gen::arbitrary<bool>()) {
         node.field = *rc::gen::elementOf(std::vector(std::begin(usedFields), std::end(usedFields)));
-        node.op = *rc::gen::element<std::u16string>(u"<", u"<=", u">", u">=", u"=", u"<>");
+        node.op = *rc::gen::element<WString>(TEXT("<"), TEXT("<="), TEXT(">"), TEXT(">="), TEXT("="), TEXT("<>"));
         node.value = anyValue(node.field);
         return node;
     }
@@ -156,29 +158,29 @@ RC_GTEST_PROP(RestrictionProperties, AnyTreeMeansWhatPlainRecursionSays, ()) {
 }
 
 RC_GTEST_PROP(RestrictionProperties, AnyTextIsEitherAccordingToTheGrammarOrRefused, ()) {
-    const std::vector<std::u16string> tokens = {u"[FileAs]",
-                                                u"[Birthday]",
-                                                u"[",
-                                                u"]",
-                                                u"=",
-                                                u"<",
-                                                u">",
-                                                u"\"x\"",
-                                                u"\"",
-                                                u"(",
-                                                u")",
-                                                u" and ",
-                                                u"or",
-                                                u" ",
-                                                u"x",
-                                                u"[x]",
-                                                u"[FileAs] = \"x\"",
-                                                u"\u00e9",
-                                                u"\xd800"};
-    std::u16string text;
+    const std::vector<WString> tokens = {TEXT("[FileAs]"),
+                                         TEXT("[Birthday]"),
+                                         TEXT("["),
+                                         TEXT("]"),
+                                         TEXT("="),
+                                         TEXT("<"),
+                                         TEXT(">"),
+                                         TEXT("\"x\""),
+                                         TEXT("\""),
+                                         TEXT("("),
+                                         TEXT(")"),
+                                         TEXT(" and "),
+                                         TEXT("or"),
+                                         TEXT(" "),
+                                         TEXT("x"),
+                                         TEXT("[x]"),
+                                         TEXT("[FileAs] = \"x\""),
+                                         TEXT("\u00e9"),
+                                         TEXT("\xd800")};
+    WString text;
     for (int i = *rc::gen::inRange(0, 30); i > 0; --i) {
         text += *rc::gen::inRange(0, 8) > 0 ? *rc::gen::elementOf(tokens)
-                                            : std::u16string(1, static_cast<WCHAR>(*rc::gen::arbitrary<WORD>()));
+                                            : WString(1, static_cast<WCHAR>(*rc::gen::arbitrary<WORD>()));
     }
 
     const auto restriction = Restriction::parse(text);

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
-#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -26,16 +25,16 @@ requires std::is_arithmetic_v<Number> std::string bytesOf(Number number) {
     return bytes;
 }
 
-inline std::string bytesOf(std::u16string_view text) {
+inline std::string bytesOf(WStringView text) {
     std::string bytes;
-    for (const char16_t unit : text) {
+    for (const WCHAR unit : text) {
         bytes += bytesOf(static_cast<std::uint16_t>(unit));
     }
     return bytes;
 }
 
-inline std::string bytesOf(const char16_t* text) {
-    return bytesOf(std::u16string_view(text));
+inline std::string bytesOf(const WCHAR* text) {
+    return bytesOf(WStringView(text));
 }
 
 /// The edits of one write, and the bytes that they borrow.

@@ -39,25 +39,26 @@ std::vector<CEPROPID> idsOf(std::string_view record) {
 }
 
 TEST(Record, KeepsTheOrderInWhichPropertiesWereFirstWritten) {
-    const std::string first = packed(Writing().set(text, u"김").set(number, 7));
+    const std::string first = packed(Writing().set(text, TEXT("김")).set(number, 7));
 
-    const std::string replaced = packed(Writing().set(blob, std::uint16_t{1}).set(text, u"더 긴 이름"), first);
+    const std::string replaced = packed(Writing().set(blob, std::uint16_t{1}).set(text, TEXT("더 긴 이름")), first);
 
     EXPECT_THAT(idsOf(replaced), testing::ElementsAre(text, number, blob));
-    EXPECT_EQ(Platform::findProperty(replaced, text)->bytes, bytesOf(u"더 긴 이름"));
+    EXPECT_EQ(Platform::findProperty(replaced, text)->bytes, bytesOf(TEXT("더 긴 이름")));
     EXPECT_EQ(Platform::findProperty(replaced, number)->bytes, bytesOf(7));
 }
 
 TEST(Record, RemovedPropertyComesBackAtTheEnd) {
-    const std::string first = packed(Writing().set(text, u"a").set(number, 7));
+    const std::string first = packed(Writing().set(text, TEXT("a")).set(number, 7));
 
     EXPECT_THAT(idsOf(packed(Writing().remove(text), first)), testing::ElementsAre(number));
-    EXPECT_THAT(idsOf(packed(Writing().remove(text).set(text, u"b"), first)), testing::ElementsAre(number, text));
+    EXPECT_THAT(idsOf(packed(Writing().remove(text).set(text, TEXT("b")), first)), testing::ElementsAre(number, text));
     EXPECT_THAT(idsOf(packed(Writing().remove(blob), first)), testing::ElementsAre(text, number));
 }
 
 TEST(Record, IsLaidOutAsIdentifierLengthAndValue) {
-    EXPECT_EQ(packed(Writing().set(property(0x4013, 31), u"A")), std::string("\x1F\x00\x13\x40\x02\x00\x41\x00", 8));
+    EXPECT_EQ(packed(Writing().set(property(0x4013, 31), TEXT("A"))),
+              std::string("\x1F\x00\x13\x40\x02\x00\x41\x00", 8));
     EXPECT_EQ(packed({}), "");
 }
 
@@ -117,16 +118,16 @@ TEST(Record, HoldsUpToItsLimitAndNotAByteMore) {
 }
 
 TEST(Record, ResultMayBeWhatWasPackedBefore) {
-    std::string record = packed(Writing().set(text, u"before").set(number, 1));
+    std::string record = packed(Writing().set(text, TEXT("before")).set(number, 1));
 
-    ASSERT_EQ(applyEdits(record, Writing().set(text, u"after all of it").edits(), record), ERROR_SUCCESS);
+    ASSERT_EQ(applyEdits(record, Writing().set(text, TEXT("after all of it")).edits(), record), ERROR_SUCCESS);
 
-    EXPECT_EQ(Platform::findProperty(record, text)->bytes, bytesOf(u"after all of it"));
+    EXPECT_EQ(Platform::findProperty(record, text)->bytes, bytesOf(TEXT("after all of it")));
     EXPECT_EQ(Platform::findProperty(record, number)->bytes, bytesOf(1));
 }
 
 TEST(Record, EveryCutShortRecordIsDamagedUnlessCutBetweenProperties) {
-    const std::string first = packed(Writing().set(text, u"abc"));
+    const std::string first = packed(Writing().set(text, TEXT("abc")));
     const std::string whole = packed(Writing().set(number, 5), first);
 
     for (std::size_t size = 1; size < whole.size(); ++size) {

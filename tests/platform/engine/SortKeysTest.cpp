@@ -84,9 +84,9 @@ TEST(SortKeys, FalseComesBeforeTrueWhateverTrueIsWrittenAs) {
 
 RC_GTEST_PROP(SortKeys, TextKeysAreEqualOnlyWhenTheTextsAre, ()) {
     const SortKeys keys("ko_KR");
-    const auto unit = rc::gen::element<char16_t>(u'a', u'A', u'e', u'\u0301', u'\u00e9', u'가', u'ᄀ', u'ᅡ', u'\xD800',
-                                                 u'\xDC00', u'\0', u'\u200b', u' ');
-    const auto text = rc::gen::container<std::u16string>(unit);
+    const auto unit = rc::gen::element<WCHAR>(u'a', u'A', u'e', u'\u0301', u'\u00e9', u'가', u'ᄀ', u'ᅡ', u'\xD800',
+                                              u'\xDC00', u'\0', u'\u200b', u' ');
+    const auto text = rc::gen::container<WString>(unit);
     const auto a = *text;
     const auto b = *text;
     for (const SortOrder& order : {byText, byTextWithoutCase}) {
@@ -96,7 +96,8 @@ RC_GTEST_PROP(SortKeys, TextKeysAreEqualOnlyWhenTheTextsAre, ()) {
 
 TEST(SortKeys, HangulOrdersAsInADictionary) {
     const SortKeys keys("ko_KR");
-    const std::vector<const char16_t*> dictionary{u"가", u"가나", u"각", u"김민수", u"김민지", u"까치", u"나", u"힣"};
+    const std::vector<const WCHAR*> dictionary{TEXT("가"),     TEXT("가나"), TEXT("각"), TEXT("김민수"),
+                                               TEXT("김민지"), TEXT("까치"), TEXT("나"), TEXT("힣")};
     for (std::size_t i = 1; i < dictionary.size(); ++i) {
         EXPECT_LT(keyOf(keys, byText, bytesOf(dictionary[i - 1])), keyOf(keys, byText, bytesOf(dictionary[i]))) << i;
     }
@@ -106,19 +107,19 @@ TEST(SortKeys, CollationIsTheLocales) {
     const SortKeys korean("ko_KR");
     const SortKeys root("");
 
-    EXPECT_LT(keyOf(korean, byText, bytesOf(u"가")), keyOf(korean, byText, bytesOf(u"a")));
-    EXPECT_LT(keyOf(root, byText, bytesOf(u"a")), keyOf(root, byText, bytesOf(u"가")));
+    EXPECT_LT(keyOf(korean, byText, bytesOf(TEXT("가"))), keyOf(korean, byText, bytesOf(TEXT("a"))));
+    EXPECT_LT(keyOf(root, byText, bytesOf(TEXT("a"))), keyOf(root, byText, bytesOf(TEXT("가"))));
 }
 
 TEST(SortKeys, CaseOrdersLastAndNotAtAllWithoutCase) {
     const SortKeys keys("en_US");
 
-    EXPECT_LT(keyOf(keys, byText, bytesOf(u"a")), keyOf(keys, byText, bytesOf(u"A")));
-    EXPECT_LT(keyOf(keys, byText, bytesOf(u"A")), keyOf(keys, byText, bytesOf(u"b")));
+    EXPECT_LT(keyOf(keys, byText, bytesOf(TEXT("a"))), keyOf(keys, byText, bytesOf(TEXT("A"))));
+    EXPECT_LT(keyOf(keys, byText, bytesOf(TEXT("A"))), keyOf(keys, byText, bytesOf(TEXT("b"))));
     // Equal without case, they go by code unit.
-    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(u"AB")), keyOf(keys, byTextWithoutCase, bytesOf(u"aB")));
-    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(u"aB")), keyOf(keys, byTextWithoutCase, bytesOf(u"ab")));
-    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(u"ab")), keyOf(keys, byTextWithoutCase, bytesOf(u"AC")));
+    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(TEXT("AB"))), keyOf(keys, byTextWithoutCase, bytesOf(TEXT("aB"))));
+    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(TEXT("aB"))), keyOf(keys, byTextWithoutCase, bytesOf(TEXT("ab"))));
+    EXPECT_LT(keyOf(keys, byTextWithoutCase, bytesOf(TEXT("ab"))), keyOf(keys, byTextWithoutCase, bytesOf(TEXT("AC"))));
 }
 
 TEST(SortKeys, RecordsWithoutThePropertyComeLastOrFirst) {
@@ -136,11 +137,11 @@ TEST(SortKeys, RecordsWithoutThePropertyComeLastOrFirst) {
 
 TEST(SortKeys, RecordsKeyIsItsPropertys) {
     const SortKeys keys("");
-    const Writing writing = Writing().set(property(2, 3), 9).set(property(1, 31), u"b");
+    const Writing writing = Writing().set(property(2, 3), 9).set(property(1, 31), TEXT("b"));
     std::string packed;
     ASSERT_EQ(Platform::applyEdits({}, writing.edits(), packed), ERROR_SUCCESS);
 
-    EXPECT_EQ(keys.keyOfRecord(byText, packed), keyOf(keys, byText, bytesOf(u"b")));
+    EXPECT_EQ(keys.keyOfRecord(byText, packed), keyOf(keys, byText, bytesOf(TEXT("b"))));
     EXPECT_EQ(keys.keyOfRecord({property(2, 3), 0}, packed), keyOf(keys, {property(2, 3), 0}, bytesOf(9)));
     EXPECT_EQ(keys.keyOfRecord({0, 0}, packed), "");
 }

@@ -58,11 +58,11 @@ std::unique_ptr<RecordEngine> connect(const fs::path& file) {
 
 CEOID contactsOf(RecordEngine& engine) {
     CEOID database = 0;
-    EXPECT_EQ(engine.findDatabase(u"Contacts Database", database), ERROR_SUCCESS);
+    EXPECT_EQ(engine.findDatabase(TEXT("Contacts Database"), database), ERROR_SUCCESS);
     return database;
 }
 
-CEOID put(RecordEngine& engine, std::u16string_view value) {
+CEOID put(RecordEngine& engine, WStringView value) {
     CEOID record = 0;
     EXPECT_EQ(engine.put(contactsOf(engine), record, Writing().set(name, value).edits()), ERROR_SUCCESS);
     return record;
@@ -87,7 +87,7 @@ std::vector<CEOID> walk(RecordEngine& engine, OrderId order) {
 /// A finished store's bytes, nothing beside them.
 std::string storeBytes() {
     const TemporaryFolder folder;
-    put(*connect(folder / "store.db"), u"someone");
+    put(*connect(folder / "store.db"), TEXT("someone"));
     return readFile(folder / "store.db");
 }
 
@@ -125,7 +125,7 @@ TEST(SqliteStore, ReopenedHoldsWhatWasWritten) {
     {
         const auto engine = connect(folder / "store.db");
         byName(*engine);
-        written = {put(*engine, u"b"), put(*engine, u"a")};
+        written = {put(*engine, TEXT("b")), put(*engine, TEXT("a"))};
         Platform::DatabaseInfo info;
         ASSERT_EQ(engine->databaseInfo(contactsOf(*engine), info), ERROR_SUCCESS);
         modified = info.modified;
@@ -141,13 +141,13 @@ TEST(SqliteStore, ReopenedHoldsWhatWasWritten) {
     EXPECT_EQ(engine->databaseInfo(contactsOf(*engine), info), ERROR_SUCCESS);
     EXPECT_EQ(info.modified, modified);
     EXPECT_EQ(info.records, 2u);
-    EXPECT_GT(put(*engine, u"c"), written[1]);
+    EXPECT_GT(put(*engine, TEXT("c")), written[1]);
 }
 
 TEST(SqliteStore, LeavesOneFileWhenAllHaveClosedIt) {
     const TemporaryFolder folder;
 
-    put(*connect(folder / "store.db"), u"a");
+    put(*connect(folder / "store.db"), TEXT("a"));
 
     EXPECT_EQ(folderContent(folder.path()).size(), 1u);
 }
@@ -157,7 +157,7 @@ TEST(SqliteStore, FullDurabilityKeepsARecordToo) {
     const auto store = Platform::openSqliteStore(folder / "store.db", {}, "");
     ASSERT_TRUE(store);
     const auto engine = store->connect();
-    const CEOID record = put(*engine, u"a");
+    const CEOID record = put(*engine, TEXT("a"));
 
     EXPECT_THAT(walk(*connect(folder / "store.db"), byName(*engine)), ElementsAre(record));
 }
@@ -169,7 +169,7 @@ TEST(SqliteStore, EveryConnectionAfterTheFirstIsAnotherWriter) {
     const auto two = store->connect();
     ASSERT_TRUE(one && two);
 
-    const CEOID record = put(*one, u"a");
+    const CEOID record = put(*one, TEXT("a"));
 
     EXPECT_THAT(walk(*two, byName(*two)), ElementsAre(record));
     EXPECT_NE(one->origin(), two->origin());
@@ -182,7 +182,7 @@ TEST(SqliteStore, LocaleIsFixedWhenItIsMade) {
     const auto engine = connect(folder / "store.db");
 
     const Platform::SortKeys korean("ko_KR");
-    EXPECT_EQ(engine->sortKeys().keyOf({name, 0}, bytesOf(u"가a")), korean.keyOf({name, 0}, bytesOf(u"가a")));
+    EXPECT_EQ(engine->sortKeys().keyOf({name, 0}, bytesOf(TEXT("가a"))), korean.keyOf({name, 0}, bytesOf(TEXT("가a"))));
 }
 
 struct Refused {
@@ -243,7 +243,7 @@ std::map<std::string, std::string> storeAndLog(const fs::path& folder) {
 class StoreBecomeNewer {
 public:
     explicit StoreBecomeNewer(const fs::path& file) {
-        put(*connect(file), u"a");
+        put(*connect(file), TEXT("a"));
         EXPECT_EQ(sqlite3_open(file.c_str(), &newer_), SQLITE_OK);
         EXPECT_EQ(sqlite3_exec(newer_, "PRAGMA user_version = 3; CREATE TABLE newer (a)", nullptr, nullptr, nullptr),
                   SQLITE_OK);
@@ -296,7 +296,7 @@ TEST(SqliteStore, HoldsEverythingAfterADeathWithinACheckpoint) {
         const auto engine = connect(file);
         ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
         for (int i = 0; i < 100; ++i)
-            written.push_back(put(*engine, std::u16string(500, u'a')));
+            written.push_back(put(*engine, WString(500, u'a')));
         ASSERT_EQ(engine->endUnit(), ERROR_SUCCESS);
         for (const char* each : {"store.db", "store.db-wal"})
             fs::copy(folder / each, left / each);
@@ -323,7 +323,7 @@ TEST(SqliteStore, UnitThatChangesNothingWakesNobody) {
         return ::poll(&waiting, 1, 0) == 1;
     };
     const OrderId order = byName(*engine);
-    put(*engine, u"a");
+    put(*engine, TEXT("a"));
     EXPECT_TRUE(isReadable());
     watch->clear();
 
@@ -339,7 +339,7 @@ TEST(SqliteStore, IsItsOwnersAloneWhateverTheUmask) {
     const fs::path file = folder / "a" / "b" / "store.db";
     const mode_t umaskBefore = ::umask(0);
     const auto engine = connect(file);
-    put(*engine, u"a");
+    put(*engine, TEXT("a"));
     ::umask(umaskBefore);
 
     EXPECT_EQ(modeOf(folder / "a"), 0700);
@@ -386,7 +386,7 @@ TEST(SqliteStore, IsNotMadeBesideTheLogOfAnEarlierOne) {
     ASSERT_TRUE(open(file));
     ASSERT_TRUE(WIFSIGNALED(statusOf(inChild([&] {
         const auto engine = connect(file);
-        put(*engine, u"of the earlier store");
+        put(*engine, TEXT("of the earlier store"));
         return ::raise(SIGKILL) == 0;
     }))));
     const fs::path away = folder / "away.db";
@@ -458,7 +458,7 @@ TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {
             if (engine->beginUnit() != ERROR_SUCCESS) continue;
             const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(60);
             while (std::chrono::steady_clock::now() < end) {
-                put(*engine, u"greedy");
+                put(*engine, TEXT("greedy"));
             }
             ++units;
             EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
@@ -470,7 +470,7 @@ TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {
         std::this_thread::yield();
     }
 
-    put(*engine, u"modest");
+    put(*engine, TEXT("modest"));
     served = true;
     greedy.join();
 
@@ -490,7 +490,7 @@ TEST(SqliteStore, TwoProcessesThatMakeItAtOnceHaveOne) {
             if (::read(start[0], &ready, 1) != 0) return false;  // all are let go together
             const auto store = Platform::openSqliteStore(file, {std::chrono::seconds(60), false}, "");
             const auto engine = store ? store->connect() : nullptr;
-            return engine && put(*engine, u"a") != 0;
+            return engine && put(*engine, TEXT("a")) != 0;
         }));
     }
     ::close(start[0]);
@@ -513,10 +513,10 @@ TEST(SqliteStore, ProcessKilledInAUnitLeavesNothingOfIt) {
     ASSERT_TRUE(open(file));
     const int status = statusOf(inChild([&] {
         const auto engine = connect(file);
-        put(*engine, u"kept");
+        put(*engine, TEXT("kept"));
         if (engine->beginUnit() != ERROR_SUCCESS) return false;
         for (int i = 0; i < 3'000; ++i) {  // more than SQLite holds back from the file
-            put(*engine, std::u16string(2'000, u'x'));
+            put(*engine, WString(2'000, u'x'));
         }
         return ::raise(SIGKILL) == 0;
     }));
@@ -528,7 +528,7 @@ TEST(SqliteStore, ProcessKilledInAUnitLeavesNothingOfIt) {
     std::uint64_t last = 0;
     EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
     EXPECT_EQ(last, 1u);
-    EXPECT_NE(put(*engine, u"next"), 0u);
+    EXPECT_NE(put(*engine, TEXT("next")), 0u);
 }
 
 TEST(SqliteStore, DamagedRecordIsAnErrorAndNotMore) {
@@ -536,8 +536,8 @@ TEST(SqliteStore, DamagedRecordIsAnErrorAndNotMore) {
     const fs::path file = folder / "store.db";
     const auto engine = connect(file);
     const OrderId order = byName(*engine);
-    CEOID damaged = put(*engine, u"a");
-    const CEOID whole = put(*engine, u"b");
+    CEOID damaged = put(*engine, TEXT("a"));
+    const CEOID whole = put(*engine, TEXT("b"));
     runSql(file, "UPDATE record SET data = x'010203' WHERE id = (SELECT min(id) FROM record)");
     const CEOID contacts = contactsOf(*engine);
     std::string packed;
@@ -549,7 +549,7 @@ TEST(SqliteStore, DamagedRecordIsAnErrorAndNotMore) {
     EXPECT_EQ(engine->step(order, nullptr, Direction::forward, 9, Fetch::records, entries), ERROR_FILE_CORRUPT);
     EXPECT_EQ(engine->placeOf(order, damaged, place), ERROR_FILE_CORRUPT);
     ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
-    EXPECT_EQ(engine->put(contacts, damaged, Writing().set(name, u"c").edits()), ERROR_FILE_CORRUPT);
+    EXPECT_EQ(engine->put(contacts, damaged, Writing().set(name, TEXT("c")).edits()), ERROR_FILE_CORRUPT);
     EXPECT_EQ(engine->erase(contacts, damaged), ERROR_FILE_CORRUPT);
     EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
 
@@ -561,7 +561,7 @@ TEST(SqliteStore, MoreChangesThanCanBeCountedAreDamage) {
     const TemporaryFolder folder;
     const fs::path file = folder / "store.db";
     const auto engine = connect(file);
-    put(*engine, u"a");
+    put(*engine, TEXT("a"));
     runSql(file, "UPDATE store SET last_change = -200");
 
     std::uint64_t last = 0;
@@ -575,7 +575,7 @@ TEST(SqliteStore, IndexEntryWithoutItsRecordIsDamage) {
     const fs::path file = folder / "store.db";
     const auto engine = connect(file);
     const OrderId order = byName(*engine);
-    put(*engine, u"a");
+    put(*engine, TEXT("a"));
     runSql(file, "DELETE FROM record");
 
     std::vector<Entry> entries;
@@ -587,16 +587,16 @@ TEST(SqliteStore, FailureOfStorageGivesUpTheWholeUnit) {
     const fs::path file = folder / "store.db";
     const auto engine = connect(file);
     const OrderId order = byName(*engine);
-    const CEOID kept = put(*engine, u"kept");
+    const CEOID kept = put(*engine, TEXT("kept"));
     const CEOID contacts = contactsOf(*engine);
     runSql(file,
            "CREATE TRIGGER refuse BEFORE INSERT ON record WHEN length(NEW.data) > 1000 "
            "BEGIN SELECT RAISE(ABORT, 'no'); END");
     ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
-    put(*engine, u"lost");
+    put(*engine, TEXT("lost"));
 
     CEOID record = 0;
-    const Writing large = Writing().set(name, std::u16string_view(std::u16string(1'000, u'x')));
+    const Writing large = Writing().set(name, WStringView(WString(1'000, u'x')));
     EXPECT_EQ(engine->put(contacts, record, large.edits()), ERROR_FILE_CORRUPT);
     EXPECT_EQ(record, 0u);
     EXPECT_EQ(engine->put(contacts, record, {}), ERROR_FILE_CORRUPT);
@@ -605,7 +605,7 @@ TEST(SqliteStore, FailureOfStorageGivesUpTheWholeUnit) {
     EXPECT_EQ(engine->endUnit(), ERROR_FILE_CORRUPT);
     EXPECT_THAT(Platform::storeErrorText(), HasSubstr(file.string()));
 
-    const CEOID next = put(*engine, u"next");
+    const CEOID next = put(*engine, TEXT("next"));
     EXPECT_THAT(walk(*engine, order), ElementsAre(kept, next));
     std::uint64_t last = 0;
     EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
@@ -622,8 +622,8 @@ TEST(SqliteStore, KeysOfAnotherCollationAreMadeAnew) {
     {
         const auto engine = connect(file);
         order = byName(*engine);
-        b = put(*engine, u"b");
-        a = put(*engine, u"a");
+        b = put(*engine, TEXT("b"));
+        a = put(*engine, TEXT("a"));
         ASSERT_EQ(engine->orderVersion(order, versionBefore), ERROR_SUCCESS);
     }
     runSql(file, "UPDATE store SET collation = 'of old'; UPDATE sort_key SET key = CAST('k' || record AS BLOB)");
@@ -641,14 +641,14 @@ TEST(SqliteStore, KeysOfTwoCollationsAreNeverMixed) {
     const fs::path file = folder / "store.db";
     const auto engine = connect(file);
     const CEOID contacts = contactsOf(*engine);
-    put(*engine, u"a");
+    put(*engine, TEXT("a"));
     runSql(file, "UPDATE store SET collation = 'of a newer program'");
 
     CEOID record = 0;
     EXPECT_EQ(engine->put(contacts, record, {}), ERROR_REVISION_MISMATCH);
     EXPECT_EQ(engine->beginUnit(), ERROR_REVISION_MISMATCH);
     EXPECT_THAT(Platform::storeErrorText(), HasSubstr("collation"));
-    EXPECT_NE(put(*connect(file), u"b"), 0u);  // which brings the keys back
+    EXPECT_NE(put(*connect(file), TEXT("b")), 0u);  // which brings the keys back
     EXPECT_EQ(engine->put(contacts, record, {}), ERROR_SUCCESS);
 }
 

@@ -15,18 +15,18 @@ using testing_support::TemporaryStore;
 
 class Batch : public StoreTest {
 protected:
-    Batch() { makeDatabase(u"Rows"); }
+    Batch() { makeDatabase(TEXT("Rows")); }
 
     static DWORD countSeenByAnotherThread() {
         DWORD seen = 0;
-        std::thread([&] { seen = OpenDatabase(u"Rows").info().dwNumRecords; }).join();
+        std::thread([&] { seen = OpenDatabase(TEXT("Rows")).info().dwNumRecords; }).join();
         return seen;
     }
 };
 INSTANTIATE_TEST_SUITE_P(BothStores, Batch, bothStores, nameOfKind);
 
 TEST_P(Batch, OtherThreadsSeeNothingOfItBeforeItsEndAndAllAfter) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     {
         ObjectStoreBatch batch;
         ASSERT_TRUE(batch.begun());
@@ -42,7 +42,7 @@ TEST_P(Batch, OtherThreadsSeeNothingOfItBeforeItsEndAndAllAfter) {
 }
 
 TEST_P(Batch, DestructorEndsIt) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     {
         const ObjectStoreBatch batch;
         rows.add(Row().number(1));
@@ -51,7 +51,7 @@ TEST_P(Batch, DestructorEndsIt) {
 }
 
 TEST_P(Batch, NestedOnesBelongToTheOutermost) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     ObjectStoreBatch outer;
     rows.add(Row().number(1));
     {
@@ -67,7 +67,7 @@ TEST_P(Batch, NestedOnesBelongToTheOutermost) {
 }
 
 TEST_P(Batch, EndingTwiceIsEndingOnce) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     ObjectStoreBatch outer;
     {
         ObjectStoreBatch inner;
@@ -80,7 +80,7 @@ TEST_P(Batch, EndingTwiceIsEndingOnce) {
 }
 
 TEST_P(Batch, FailedCallInsideUndoesNothing) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     {
         ObjectStoreBatch batch;
         rows.add(Row().number(1));
@@ -93,7 +93,7 @@ TEST_P(Batch, FailedCallInsideUndoesNothing) {
 }
 
 TEST_P(Batch, GivenUpLeavesNothingOfItAndSaysSoAtItsEnd) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID kept = rows.add(Row().number(1));
     {
         ObjectStoreBatch outer;
@@ -123,7 +123,7 @@ TEST_P(Batch, ReadThenWriteInsideIsSafeAgainstOtherThreads) {
     std::vector<std::thread> writers;
     for (int i = 0; i < threads; ++i) {
         writers.emplace_back([] {
-            OpenDatabase rows(u"Rows", numberId);
+            OpenDatabase rows(TEXT("Rows"), numberId);
             for (int round = 0; round < rounds; ++round) {
                 const ObjectStoreBatch batch;
                 const int largest = rows.toLast() == 0 ? 0 : rows.read()->number();
@@ -134,7 +134,7 @@ TEST_P(Batch, ReadThenWriteInsideIsSafeAgainstOtherThreads) {
     for (std::thread& writer : writers) {
         writer.join();
     }
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.info().dwNumRecords, static_cast<DWORD>(threads * rounds));
     rows.toLast();
     EXPECT_EQ(rows.read()->number(), threads * rounds);
@@ -144,12 +144,12 @@ TEST(BatchOnDisk, WriterThatWaitsTooLongIsToldSoAndItsWritesFailAtOnce) {
     ObjectStore::Options options = quickOptions();
     options.writerWait = std::chrono::milliseconds(50);
     const TemporaryStore store(options);
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     const ObjectStoreBatch holder;
     ASSERT_TRUE(holder.begun());
 
     std::thread([] {
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         ObjectStoreBatch batch;
         EXPECT_FALSE(batch.begun());
         EXPECT_EQ(GetLastError(), ERROR_LOCK_VIOLATION);
@@ -170,23 +170,23 @@ TEST(BatchOnDisk, WriterThatWaitsTooLongIsToldSoAndItsWritesFailAtOnce) {
 
 TEST(BatchOnDisk, WriterWaitsForTheOneAtWork) {
     const TemporaryStore store;
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     std::atomic<bool> waiting = false;
     std::thread writer;
     {
         const ObjectStoreBatch holder;
         writer = std::thread([&] {
-            OpenDatabase rows(u"Rows");
+            OpenDatabase rows(TEXT("Rows"));
             waiting = true;
             EXPECT_NE(rows.add(Row().number(2)), 0u);
         });
         while (!waiting) {
             std::this_thread::yield();
         }
-        OpenDatabase(u"Rows").add(Row().number(1));
+        OpenDatabase(TEXT("Rows")).add(Row().number(1));
     }
     writer.join();
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     EXPECT_EQ(rows.info().dwNumRecords, 2u);
     rows.to(0);
     EXPECT_EQ(rows.read()->number(), 1);
@@ -210,11 +210,11 @@ int inAnotherProcess(TemporaryStore& store, Body&& body) {
 
 TEST(BatchOnDisk, DeathOfTheProcessInsideLeavesNothingOfIt) {
     TemporaryStore store;
-    makeDatabase(u"Rows");
-    OpenDatabase(u"Rows").add(Row().number(1));
+    makeDatabase(TEXT("Rows"));
+    OpenDatabase(TEXT("Rows")).add(Row().number(1));
 
     const int status = inAnotherProcess(store, [] {
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         rows.add(Row().number(2));
         const ObjectStoreBatch batch;
         rows.add(Row().number(3));
@@ -223,7 +223,7 @@ TEST(BatchOnDisk, DeathOfTheProcessInsideLeavesNothingOfIt) {
     });
 
     ASSERT_TRUE(WIFSIGNALED(status));
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.info().dwNumRecords, 2u) << "the call before the batch stays, the batch does not";
     rows.toLast();
     EXPECT_EQ(rows.read()->number(), 2);
@@ -231,16 +231,16 @@ TEST(BatchOnDisk, DeathOfTheProcessInsideLeavesNothingOfIt) {
 
 TEST(BatchOnDisk, WhatEndedSurvivesTheDeathOfTheProcess) {
     TemporaryStore store;
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     const int status = inAnotherProcess(store, [] {
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         ObjectStoreBatch batch;
         rows.add(Row().number(1));
         rows.add(Row().number(2));
         if (batch.end()) std::raise(SIGKILL);
     });
     ASSERT_TRUE(WIFSIGNALED(status));
-    EXPECT_EQ(OpenDatabase(u"Rows").info().dwNumRecords, 2u);
+    EXPECT_EQ(OpenDatabase(TEXT("Rows")).info().dwNumRecords, 2u);
 }
 
 }  // namespace

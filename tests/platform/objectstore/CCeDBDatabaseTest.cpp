@@ -10,7 +10,7 @@ constexpr WORD text = 1;
 CCeDBRecord recordOf(LONG value) {
     CCeDBRecord record;
     record.addProp(CCeDBProp::ofI4(number, value));
-    record.addProp(CCeDBProp::ofText(text, u"row"));
+    record.addProp(CCeDBProp::ofText(text, TEXT("row")));
     return record;
 }
 
@@ -18,9 +18,9 @@ CCeDBRecord recordOf(LONG value) {
 class Wrapper : public StoreTest {
 protected:
     Wrapper() {
-        EXPECT_NE(database.create(u"Rows", 0, 0, nullptr), 0u);
+        EXPECT_NE(database.create(TEXT("Rows"), 0, 0, nullptr), 0u);
         const CCeDBProp sort(CCeDBProp::typeI4, number);
-        EXPECT_TRUE(database.open(u"Rows", &sort, nullptr));
+        EXPECT_TRUE(database.open(TEXT("Rows"), &sort, nullptr));
         for (const LONG value : {30, 10, 20}) {
             oids[value] = database.add(recordOf(value));
         }
@@ -31,18 +31,18 @@ protected:
 INSTANTIATE_TEST_SUITE_P(BothStores, Wrapper, bothStores, nameOfKind);
 
 TEST_P(Wrapper, ExistsTellsWhetherTheStoreHasTheName) {
-    EXPECT_TRUE(CCeDBDatabase::exists(u"rows"));
-    EXPECT_FALSE(CCeDBDatabase::exists(u"No such"));
+    EXPECT_TRUE(CCeDBDatabase::exists(TEXT("rows")));
+    EXPECT_FALSE(CCeDBDatabase::exists(TEXT("No such")));
     EXPECT_FALSE(CCeDBDatabase::exists(nullptr));
 }
 
 TEST_P(Wrapper, CreateAnswersTheIdentifierAndOpensNothing) {
     CCeDBDatabase made;
-    const CEOID oid = made.create(u"Other", 0, 0, nullptr);
+    const CEOID oid = made.create(TEXT("Other"), 0, 0, nullptr);
     EXPECT_NE(oid, 0u);
     EXPECT_EQ(made.getOid(), oid);
     EXPECT_FALSE(made.isOpen());
-    EXPECT_EQ(made.create(u"Other", 0, 0, nullptr), 0u);
+    EXPECT_EQ(made.create(TEXT("Other"), 0, 0, nullptr), 0u);
     EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
 }
 
@@ -52,16 +52,16 @@ TEST_P(Wrapper, OpenAndCloseSayWhetherTheyDid) {
     EXPECT_TRUE(database.close());
     EXPECT_FALSE(database.isOpen());
     EXPECT_FALSE(database.close());
-    EXPECT_FALSE(database.open(u"No such", nullptr, nullptr));
+    EXPECT_FALSE(database.open(TEXT("No such"), nullptr, nullptr));
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-    EXPECT_TRUE(database.open(u"Rows", nullptr, nullptr));
+    EXPECT_TRUE(database.open(TEXT("Rows"), nullptr, nullptr));
 }
 
 TEST_P(Wrapper, SortPropertyGivesOrderAndFlags) {
     const CCeDBProp descending(CCeDBProp::typeI4, number, CEDB_SORT_DESCENDING);
-    EXPECT_TRUE(database.open(u"Rows", &descending, nullptr));
+    EXPECT_TRUE(database.open(TEXT("Rows"), &descending, nullptr));
     EXPECT_EQ(database.seekToIndex(0), oids[30]);
-    EXPECT_TRUE(database.open(u"Rows", nullptr, nullptr));
+    EXPECT_TRUE(database.open(TEXT("Rows"), nullptr, nullptr));
     EXPECT_EQ(database.seekToIndex(0), oids[30]) << "the order of creation";
     EXPECT_EQ(database.seekNext(), oids[10]);
 }
@@ -87,8 +87,8 @@ TEST_P(Wrapper, SeeksAnswerTheRecordReachedAndKeepIt) {
     EXPECT_EQ(database.seekToEnd(), oids[30]);
     EXPECT_EQ(database.seekToRecord(oids[20]), oids[20]);
     EXPECT_EQ(database.seekFirstEqual(CCeDBProp::ofI4(number, 30)), oids[30]);
-    EXPECT_EQ(database.seekFirstEqual(CCeDBProp::ofText(text, u"row")), oids[10]);
-    EXPECT_EQ(database.seekNextEqual(CCeDBProp::ofText(text, u"row")), oids[20]);
+    EXPECT_EQ(database.seekFirstEqual(CCeDBProp::ofText(text, TEXT("row"))), oids[10]);
+    EXPECT_EQ(database.seekNextEqual(CCeDBProp::ofText(text, TEXT("row"))), oids[20]);
     EXPECT_FALSE(database.isEof());
 }
 
@@ -122,7 +122,7 @@ TEST_P(Wrapper, ReadGivesAllPropertiesInPlaceOfTheRecordsOwn) {
     EXPECT_TRUE(database.readCurrent(record));
     ASSERT_EQ(record.getNumProps(), 2);
     EXPECT_EQ(record.getPropAt(0), CCeDBProp::ofI4(number, 20));
-    EXPECT_EQ(record.getPropAt(1), CCeDBProp::ofText(text, u"row"));
+    EXPECT_EQ(record.getPropAt(1), CCeDBProp::ofText(text, TEXT("row")));
 }
 
 TEST_P(Wrapper, FailedReadLeavesTheRecord) {
@@ -142,7 +142,7 @@ TEST_P(Wrapper, WriteGoesToTheRecordLastReached) {
     CCeDBRecord record;
     EXPECT_TRUE(database.readCurrent(record));
     EXPECT_EQ(record.findProp(number)->getI4(), 25);
-    EXPECT_EQ(record.findProp(text)->getText(), u"row");
+    EXPECT_EQ(record.findProp(text)->getText(), TEXT("row"));
     EXPECT_EQ(record.findProp(7)->getUI4(), 70u);
     EXPECT_EQ(database.seekNext(), oids[20]) << "the place was left at 20, and 25 comes behind it";
     EXPECT_EQ(database.seekNext(), oids[30]);
@@ -175,7 +175,7 @@ TEST_P(Wrapper, EmptyPropertyCannotBeWritten) {
 TEST_P(Wrapper, RemoveTakesTheDatabaseOutOfTheStore) {
     EXPECT_TRUE(database.remove());
     EXPECT_FALSE(database.isOpen());
-    EXPECT_FALSE(CCeDBDatabase::exists(u"Rows"));
+    EXPECT_FALSE(CCeDBDatabase::exists(TEXT("Rows")));
     EXPECT_FALSE(database.remove());
 }
 

@@ -12,7 +12,7 @@ constexpr std::array<WORD, 9> kinds = {2, 18, 3, 19, 64, 31, 65, 11, 5};
 TEST(CCeDBProp, DefaultIsTheEmptyProperty) {
     const CCeDBProp none;
     EXPECT_TRUE(none.isEmpty());
-    EXPECT_EQ(none.getText(), u"");
+    EXPECT_EQ(none.getText(), TEXT(""));
     EXPECT_EQ(none.getUI4(), 0u);
     EXPECT_EQ(none.propVal().propid, 0u);
 }
@@ -46,7 +46,7 @@ TEST(CCeDBProp, ValueComesBackAsItsTypeAndIsZeroAsAnyOther) {
     EXPECT_EQ(CCeDBProp::ofI4(1, -70000).getI4(), -70000);
     EXPECT_EQ(CCeDBProp::ofUI4(1, 4000000000u).getUI4(), 4000000000u);
     EXPECT_EQ(CCeDBProp::ofFileTime(1, fileTimeOf(77)).getFileTime(), fileTimeOf(77));
-    EXPECT_EQ(CCeDBProp::ofText(1, u"text").getText(), u"text");
+    EXPECT_EQ(CCeDBProp::ofText(1, TEXT("text")).getText(), TEXT("text"));
     EXPECT_EQ(CCeDBProp::ofBlob(1, "ab", 2).getBlob(), (std::vector{std::byte{'a'}, std::byte{'b'}}));
     EXPECT_TRUE(CCeDBProp::ofBool(1, true).getBool());
     EXPECT_EQ(CCeDBProp::ofR8(1, 1.11).getR8(), 1.11);
@@ -54,7 +54,7 @@ TEST(CCeDBProp, ValueComesBackAsItsTypeAndIsZeroAsAnyOther) {
     const CCeDBProp number = CCeDBProp::ofUI4(1, 7);
     EXPECT_EQ(number.getI4(), 0);
     EXPECT_EQ(number.getUI2(), 0);
-    EXPECT_EQ(number.getText(), u"");
+    EXPECT_EQ(number.getText(), TEXT(""));
     EXPECT_TRUE(number.getBlob().empty());
     EXPECT_FALSE(number.getBool());
     EXPECT_EQ(number.getR8(), 0.0);
@@ -63,7 +63,7 @@ TEST(CCeDBProp, ValueComesBackAsItsTypeAndIsZeroAsAnyOther) {
 }
 
 TEST(CCeDBProp, TextIsTheSameObjectAtEachCall) {
-    const CCeDBProp prop = CCeDBProp::ofText(1, u"same");
+    const CCeDBProp prop = CCeDBProp::ofText(1, TEXT("same"));
     EXPECT_EQ(&prop.getText(), &prop.getText());
     const CCeDBProp copy = prop;
     EXPECT_NE(&copy.getText(), &prop.getText());
@@ -86,7 +86,7 @@ TEST(CCeDBProp, ThroughAPropValAndBackItIsTheSame) {
                               CCeDBProp::ofI4(3, -4),
                               CCeDBProp::ofUI4(4, 5),
                               CCeDBProp::ofFileTime(5, fileTimeOf(0x0102030405060708)),
-                              CCeDBProp::ofText(6, u"한글"),
+                              CCeDBProp::ofText(6, TEXT("한글")),
                               CCeDBProp::ofBlob(7, "\0x", 2),
                               CCeDBProp::ofBool(8, true),
                               CCeDBProp::ofR8(9, -1.5)};
@@ -96,7 +96,7 @@ TEST(CCeDBProp, ThroughAPropValAndBackItIsTheSame) {
 }
 
 TEST(CCeDBProp, PropValCarriesFlagsAndPointsIntoTheProperty) {
-    CCeDBProp prop = CCeDBProp::ofText(6, u"text");
+    CCeDBProp prop = CCeDBProp::ofText(6, TEXT("text"));
     prop.setFlags(CEDB_PROPDELETE);
     const CEPROPVAL value = prop.propVal();
     EXPECT_EQ(value.wFlags, CEDB_PROPDELETE);
@@ -119,7 +119,7 @@ TEST(CCeDBProp, OfATypeThatDoesNotExistHasNoPropId) {
 
 TEST(CCeDBRecord, CopiesAnArrayAndPassesNullElementsOver) {
     CCeDBProp first = CCeDBProp::ofUI4(1, 10);
-    CCeDBProp second = CCeDBProp::ofText(2, u"two");
+    CCeDBProp second = CCeDBProp::ofText(2, TEXT("two"));
     CObArray array;
     array.Add(&first);
     array.Add(nullptr);
@@ -140,10 +140,10 @@ TEST(CCeDBRecord, CopiesAPlainArray) {
 TEST(CCeDBRecord, FindsAndReplacesByIdentWhateverTheType) {
     CCeDBRecord record;
     record.addProp(CCeDBProp::ofUI4(1, 10));
-    record.addProp(CCeDBProp::ofText(2, u"two"));
+    record.addProp(CCeDBProp::ofText(2, TEXT("two")));
     EXPECT_EQ(record.findProp(3), nullptr);
     ASSERT_NE(record.findProp(2), nullptr);
-    EXPECT_EQ(record.findProp(2)->getText(), u"two");
+    EXPECT_EQ(record.findProp(2)->getText(), TEXT("two"));
 
     EXPECT_TRUE(record.replaceProp(CCeDBProp::ofUI4(2, 22)));
     EXPECT_EQ(record.getPropAt(1), CCeDBProp::ofUI4(2, 22));

@@ -35,12 +35,12 @@ public:
     CountingEngine(Platform::RecordStore& store, EngineLog& log) : store_(store), inner_(store.connect()), log_(log) {}
 
     const Platform::SortKeys& sortKeys() const override { return inner_->sortKeys(); }
-    DWORD createDatabase(std::u16string_view name, DWORD type, std::span<const Platform::SortOrder> orders,
+    DWORD createDatabase(WStringView name, DWORD type, std::span<const Platform::SortOrder> orders,
                          CEOID& database) override {
         return inner_->createDatabase(name, type, orders, database);
     }
     DWORD dropDatabase(CEOID database) override { return inner_->dropDatabase(database); }
-    DWORD findDatabase(std::u16string_view name, CEOID& database) override {
+    DWORD findDatabase(WStringView name, CEOID& database) override {
         if (log_.findError != ERROR_SUCCESS) SetLastError(log_.findError);
         return log_.findError != ERROR_SUCCESS ? log_.findError : inner_->findDatabase(name, database);
     }

@@ -11,8 +11,8 @@ namespace {
 class Glance : public StoreTest {
 protected:
     Glance() {
-        makeDatabase(u"Rows");
-        rows_ = std::make_unique<OpenDatabase>(u"Rows");
+        makeDatabase(TEXT("Rows"));
+        rows_ = std::make_unique<OpenDatabase>(TEXT("Rows"));
         oid_ = rows_->add(Row().number(1));
         EXPECT_EQ(readNumber(), 1);
     }
@@ -20,7 +20,7 @@ protected:
     std::int32_t readNumber() { return rows_->readRecord(oid_).number(); }
     void write(std::int32_t number) { rows_->write(oid_, Row().number(number)); }
     void writeInAnotherThread(std::int32_t number) {
-        std::thread([&] { OpenDatabase(u"Rows").write(oid_, Row().number(number)); }).join();
+        std::thread([&] { OpenDatabase(TEXT("Rows")).write(oid_, Row().number(number)); }).join();
     }
 
 private:
@@ -71,8 +71,8 @@ TEST(GlanceOfAStore, IsHarmlessWhenAnotherIsMountedMeanwhile) {
     const ObjectStoreGlance glance;
     first.reset();
     const testing_support::MemoryStoreMount second;
-    makeDatabase(u"Rows");
-    OpenDatabase rows(u"Rows");
+    makeDatabase(TEXT("Rows"));
+    OpenDatabase rows(TEXT("Rows"));
     EXPECT_NE(rows.add(Row().number(1)), 0u);
     EXPECT_EQ(rows.walk().size(), 1u);
 }

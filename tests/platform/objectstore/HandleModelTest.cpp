@@ -156,7 +156,7 @@ std::optional<int> anyNumber() {
 
 class Runner {
 public:
-    explicit Runner(DWORD flags) : handle_(u"Rows", numberId, flags), other_(u"Rows"), model_(flags != 0) {}
+    explicit Runner(DWORD flags) : handle_(TEXT("Rows"), numberId, flags), other_(TEXT("Rows")), model_(flags != 0) {}
 
     void run(int operation) {
         switch (operation) {
@@ -247,7 +247,7 @@ private:
 };
 
 void runAgainstModel(DWORD flags) {
-    const CEOID database = makeDatabase(u"Rows");
+    const CEOID database = makeDatabase(TEXT("Rows"));
     {
         Runner runner(flags);
         const auto count = *rc::gen::inRange(1, 80);
@@ -274,7 +274,7 @@ RC_GTEST_PROP(HandleModel, MovesAsAReversedVectorDoesInMemoryWhenDescending, ())
 /// What a failing run left, so that its shrinking can go on.
 void removeLeftOver() {
     CEOID left = 0;
-    CloseHandle(CeOpenDatabaseEx2(&left, u"Rows", 0, 0, 0, nullptr));
+    CloseHandle(CeOpenDatabaseEx2(&left, TEXT("Rows"), 0, 0, 0, nullptr));
     if (left != 0) CeDeleteDatabaseEx(left);
 }
 

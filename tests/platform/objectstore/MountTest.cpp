@@ -65,11 +65,11 @@ TEST(Mount, MakesTheStoreWhereThereIsNone) {
 
 TEST(Mount, KeepsWhatTheStoreHolds) {
     TemporaryStore store;
-    makeDatabase(u"Rows");
-    const CEOID oid = OpenDatabase(u"Rows").add(Row().name(u"kept"));
+    makeDatabase(TEXT("Rows"));
+    const CEOID oid = OpenDatabase(TEXT("Rows")).add(Row().name(TEXT("kept")));
     store.remount();
-    OpenDatabase rows(u"Rows");
-    EXPECT_EQ(rows.readRecord(oid).name(), u"kept");
+    OpenDatabase rows(TEXT("Rows"));
+    EXPECT_EQ(rows.readRecord(oid).name(), TEXT("kept"));
 }
 
 TEST(Mount, TakesPathsInUtf8) {
@@ -84,7 +84,7 @@ TEST(Mount, TakesPathsInUtf8) {
 struct StaticObject {
     ~StaticObject() {
         CEOID oid = 0;
-        if (CeOpenDatabaseEx2(&oid, u"Rows", 0, 0, 0, nullptr) != INVALID_HANDLE_VALUE) std::_Exit(1);
+        if (CeOpenDatabaseEx2(&oid, TEXT("Rows"), 0, 0, 0, nullptr) != INVALID_HANDLE_VALUE) std::_Exit(1);
         if (GetLastError() != ERROR_NOT_READY) std::_Exit(2);
         ObjectStore::unmount();
     }
@@ -96,7 +96,7 @@ TEST(MountDeathTest, MayBeEndedByAStaticObject) {
         {
             static const StaticObject object;
             ObjectStore::mountMemory();
-            makeDatabase(u"Rows");
+            makeDatabase(TEXT("Rows"));
             std::exit(0);
         },
         testing::ExitedWithCode(0), "");
@@ -104,9 +104,9 @@ TEST(MountDeathTest, MayBeEndedByAStaticObject) {
 
 TEST(Mount, ReplacesTheStoreAndInvalidatesItsHandles) {
     const MemoryStoreMount first;
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     CEOID oid = 0;
-    const HANDLE handle = CeOpenDatabaseEx2(&oid, u"Rows", 0, 0, 0, nullptr);
+    const HANDLE handle = CeOpenDatabaseEx2(&oid, TEXT("Rows"), 0, 0, 0, nullptr);
     ASSERT_NE(handle, INVALID_HANDLE_VALUE);
 
     ASSERT_TRUE(ObjectStore::mountMemory());
@@ -114,13 +114,13 @@ TEST(Mount, ReplacesTheStoreAndInvalidatesItsHandles) {
     EXPECT_EQ(CeSeekDatabaseEx(handle, CEDB_SEEK_BEGINNING, 0, nullptr), 0u);
     EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
     EXPECT_FALSE(CloseHandle(handle));
-    EXPECT_EQ(CeOpenDatabaseEx2(nullptr, u"Rows", 0, 0, 0, nullptr), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(CeOpenDatabaseEx2(nullptr, TEXT("Rows"), 0, 0, 0, nullptr), INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
 TEST(Mount, OtherThreadsFollowToTheNewStore) {
     const MemoryStoreMount first;
-    makeDatabase(u"First");
+    makeDatabase(TEXT("First"));
     std::thread worker;
     std::atomic<int> step = 0;
     const auto waitFor = [&step](int wanted) {
@@ -133,26 +133,26 @@ TEST(Mount, OtherThreadsFollowToTheNewStore) {
         step.notify_all();
     };
     worker = std::thread([&] {
-        { const OpenDatabase rows(u"First"); }
+        { const OpenDatabase rows(TEXT("First")); }
         advance(1);
         waitFor(2);
-        const OpenDatabase rows(u"Second");
+        const OpenDatabase rows(TEXT("Second"));
         EXPECT_NE(rows.handle(), INVALID_HANDLE_VALUE);
     });
     waitFor(1);
     ASSERT_TRUE(ObjectStore::mountMemory());
-    makeDatabase(u"Second");
+    makeDatabase(TEXT("Second"));
     advance(2);
     worker.join();
 }
 
 TEST(Mount, FailureKeepsTheStoreMountedSoFar) {
     const MemoryStoreMount store;
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     EXPECT_FALSE(ObjectStore::mount("", quickOptions()));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
     EXPECT_FALSE(ObjectStore::errorText().empty());
-    const OpenDatabase rows(u"Rows");
+    const OpenDatabase rows(TEXT("Rows"));
     EXPECT_NE(rows.handle(), INVALID_HANDLE_VALUE);
 }
 
@@ -188,7 +188,7 @@ TEST(Mount, FirstUseMountsWhatTheEnvironmentNames) {
     const EnvironmentVariable named("TESSERA_STORE", (folder / "named.db").string());
     ObjectStore::unmount();
     EXPECT_EQ(ObjectStore::environmentPath(), (folder / "named.db").string());
-    { const OpenDatabase contacts(u"Contacts Database"); }
+    { const OpenDatabase contacts(TEXT("Contacts Database")); }
     EXPECT_TRUE(std::filesystem::exists(folder / "named.db"));
     ObjectStore::unmount();
 }
@@ -208,7 +208,7 @@ TEST(Mount, FirstUseThatCannotMountFailsWithTheReason) {
     const TemporaryFolder folder;
     const EnvironmentVariable named("TESSERA_STORE", folder.path().string());
     ObjectStore::unmount();
-    EXPECT_EQ(CeOpenDatabaseEx2(nullptr, u"Contacts Database", 0, 0, 0, nullptr), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(CeOpenDatabaseEx2(nullptr, TEXT("Contacts Database"), 0, 0, 0, nullptr), INVALID_HANDLE_VALUE);
     EXPECT_NE(GetLastError(), ERROR_FILE_NOT_FOUND);
     const ObjectStoreBatch batch;
     EXPECT_FALSE(batch.begun());
@@ -226,7 +226,7 @@ TEST(Mount, DurabilityIsFullUnlessTheEnvironmentGivesItUp) {
 TEST(Mount, EachMountInMemoryIsANewStore) {
     for (int i = 0; i < 3; ++i) {
         const MemoryStoreMount store;
-        EXPECT_NE(makeDatabase(u"Rows"), 0u);
+        EXPECT_NE(makeDatabase(TEXT("Rows")), 0u);
     }
 }
 

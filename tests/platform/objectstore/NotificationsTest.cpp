@@ -31,7 +31,9 @@ using Heard = std::tuple<DWORD, UINT, CEOID>;
 /// A window that notes the notifications that it is sent, and frees them.
 class ListeningWindow : public CWnd {
 public:
-    ListeningWindow() { EXPECT_TRUE(CreateEx(0, AfxRegisterWndClass(0), u"listener", 0, 0, 0, 0, 0, 0, 0, nullptr)); }
+    ListeningWindow() {
+        EXPECT_TRUE(CreateEx(0, AfxRegisterWndClass(0), TEXT("listener"), 0, 0, 0, 0, 0, 0, 0, nullptr));
+    }
     ~ListeningWindow() override { DestroyWindow(); }
 
     /// Pumps what there is to pump.
@@ -86,7 +88,7 @@ private:
     HANDLE handle_;
 };
 
-CEOID addElsewhere(const WCHAR* database = u"Rows") {
+CEOID addElsewhere(const WCHAR* database = TEXT("Rows")) {
     CEOID oid = 0;
     std::thread([&] { oid = OpenDatabase(database).add(Row().number(1)); }).join();
     return oid;
@@ -95,19 +97,19 @@ CEOID addElsewhere(const WCHAR* database = u"Rows") {
 class Notifications : public StoreTest {
 protected:
     Notifications() {
-        makeDatabase(u"Rows");
-        makeDatabase(u"Others");
+        makeDatabase(TEXT("Rows"));
+        makeDatabase(TEXT("Others"));
     }
 };
 INSTANTIATE_TEST_SUITE_P(BothStores, Notifications, bothStores, nameOfKind);
 
 TEST_P(Notifications, TellOfEachRecordThatAnotherThreadWritesInTheOrderOfTheWriting) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window, 7);
+    const Subscription subscription(TEXT("Rows"), window, 7);
     CEOID first = 0;
     CEOID second = 0;
     std::thread([&] {
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         first = rows.add(Row().number(1));
         second = rows.add(Row().number(2));
         rows.write(first, Row().number(3));
@@ -121,24 +123,24 @@ TEST_P(Notifications, TellOfEachRecordThatAnotherThreadWritesInTheOrderOfTheWrit
 
 TEST_P(Notifications, AreNotOfWhatTheWindowsOwnThreadDoes) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
 
-    OpenDatabase(u"Rows").add(Row().number(1));
+    OpenDatabase(TEXT("Rows")).add(Row().number(1));
     EXPECT_THAT(window.hear(), IsEmpty());
     const CEOID theirs = addElsewhere();
-    OpenDatabase(u"Rows").add(Row().number(1));
+    OpenDatabase(TEXT("Rows")).add(Row().number(1));
 
     EXPECT_THAT(window.hear(), ElementsAre(Heard(0, created, theirs)));
 }
 
 TEST_P(Notifications, AreOfTheDatabaseThatTheHandleIsOpenOn) {
     ListeningWindow window;
-    const Subscription rows(u"Rows", window, 1);
-    const Subscription others(u"Others", window, 2);
-    const Subscription rowsAgain(u"Rows", window, 3);
+    const Subscription rows(TEXT("Rows"), window, 1);
+    const Subscription others(TEXT("Others"), window, 2);
+    const Subscription rowsAgain(TEXT("Rows"), window, 3);
 
-    const CEOID other = addElsewhere(u"Others");
-    const CEOID row = addElsewhere(u"Rows");
+    const CEOID other = addElsewhere(TEXT("Others"));
+    const CEOID row = addElsewhere(TEXT("Rows"));
 
     EXPECT_THAT(window.hear(), ElementsAre(Heard(2, created, other), Heard(1, created, row), Heard(3, created, row)));
 }
@@ -146,9 +148,9 @@ TEST_P(Notifications, AreOfTheDatabaseThatTheHandleIsOpenOn) {
 TEST_P(Notifications, BeginWithTheOpeningOfTheHandle) {
     ListeningWindow window;
     addElsewhere();
-    const Subscription early(u"Rows", window, 1);
+    const Subscription early(TEXT("Rows"), window, 1);
     const CEOID second = addElsewhere();
-    const Subscription late(u"Rows", window, 2);
+    const Subscription late(TEXT("Rows"), window, 2);
     const CEOID third = addElsewhere();
 
     EXPECT_THAT(window.hear(),
@@ -157,11 +159,11 @@ TEST_P(Notifications, BeginWithTheOpeningOfTheHandle) {
 
 TEST_P(Notifications, OfABatchComeWhenItHasEnded) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
     std::promise<void> written;
     std::promise<void> heardSoFar;
     std::thread writer([&] {
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         const ObjectStoreBatch batch;
         rows.add(Row().number(1));
         rows.add(Row().number(2));
@@ -178,11 +180,11 @@ TEST_P(Notifications, OfABatchComeWhenItHasEnded) {
 
 TEST_P(Notifications, WaitForTheEndOfABatchOfTheThreadsOwn) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
     const CEOID theirs = addElsewhere();
     {
         const ObjectStoreBatch batch;
-        OpenDatabase(u"Rows").add(Row().number(1));
+        OpenDatabase(TEXT("Rows")).add(Row().number(1));
         EXPECT_THAT(window.hear(), IsEmpty());
     }
     EXPECT_THAT(window.hear(), ElementsAre(Heard(0, created, theirs)));
@@ -191,14 +193,14 @@ TEST_P(Notifications, WaitForTheEndOfABatchOfTheThreadsOwn) {
 TEST_P(Notifications, EndWithTheHandle) {
     ListeningWindow window;
     {
-        const Subscription subscription(u"Rows", window);
+        const Subscription subscription(TEXT("Rows"), window);
         addElsewhere();
         EXPECT_EQ(window.hear().size(), 1u);
     }
     addElsewhere();
     EXPECT_THAT(window.hear(), IsEmpty());
 
-    const Subscription again(u"Rows", window);
+    const Subscription again(TEXT("Rows"), window);
     addElsewhere();
     EXPECT_EQ(window.hear().size(), 1u);
 }
@@ -206,8 +208,8 @@ TEST_P(Notifications, EndWithTheHandle) {
 TEST_P(Notifications, EndWithTheWindowAndWhatWaitsIsFreed) {
     ListeningWindow staying;
     auto ending = std::make_unique<ListeningWindow>();
-    const Subscription first(u"Rows", *ending, 1);
-    const Subscription second(u"Rows", staying, 2);
+    const Subscription first(TEXT("Rows"), *ending, 1);
+    const Subscription second(TEXT("Rows"), staying, 2);
     addElsewhere();
     MSG message;
     ASSERT_TRUE(PeekMessage(&message));  // all are in the queue now, one of the ending window's taken out of it
@@ -223,9 +225,9 @@ TEST_P(Notifications, EndWithTheWindowAndWhatWaitsIsFreed) {
 
 TEST_P(Notifications, WakeAThreadThatWaits) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
     CEOID theirs = 0;
-    std::thread other([&] { theirs = OpenDatabase(u"Rows").add(Row().number(1)); });
+    std::thread other([&] { theirs = OpenDatabase(TEXT("Rows")).add(Row().number(1)); });
 
     const auto heard = window.hear(1);
 
@@ -235,7 +237,7 @@ TEST_P(Notifications, WakeAThreadThatWaits) {
 
 TEST_P(Notifications, MakeTheQueuesDescriptorReadableUntilTheyArePumped) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
     window.hear();
     EXPECT_FALSE(isReadable(messageQueueFd()));
 
@@ -249,7 +251,7 @@ TEST_P(Notifications, MakeTheQueuesDescriptorReadableUntilTheyArePumped) {
 TEST_P(Notifications, ComeOnTheWindowsThreadWhereverTheHandleWasOpened) {
     ListeningWindow window;
     std::unique_ptr<Subscription> subscription;
-    std::thread([&] { subscription = std::make_unique<Subscription>(u"Rows", window, 5); }).join();
+    std::thread([&] { subscription = std::make_unique<Subscription>(TEXT("Rows"), window, 5); }).join();
 
     const CEOID theirs = addElsewhere();
 
@@ -259,9 +261,9 @@ TEST_P(Notifications, ComeOnTheWindowsThreadWhereverTheHandleWasOpened) {
 TEST_P(Notifications, NoneIsLostOfManyAtOnce) {
     constexpr int many = 2'000;
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
     std::thread([&] {
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         const ObjectStoreBatch batch;
         for (int i = 0; i < many; ++i)
             rows.add(Row().number(i));
@@ -275,11 +277,11 @@ TEST_P(Notifications, NoneIsLostOfManyAtOnce) {
 
 TEST_P(Notifications, AreNotHeldBackByManyChangesThatConcernNoWindow) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
     CEOID row = 0;
     std::thread([&] {
-        OpenDatabase rows(u"Rows");
-        OpenDatabase others(u"Others");
+        OpenDatabase rows(TEXT("Rows"));
+        OpenDatabase others(TEXT("Others"));
         const ObjectStoreBatch batch;
         for (int i = 0; i < 2'000; ++i)
             others.add(Row().number(i));
@@ -291,11 +293,11 @@ TEST_P(Notifications, AreNotHeldBackByManyChangesThatConcernNoWindow) {
 
 TEST_P(Notifications, GoOnWithTheOldestThatTheLogKeepsAfterALongSilence) {
     ListeningWindow window;
-    const Subscription subscription(u"Rows", window);
+    const Subscription subscription(TEXT("Rows"), window);
     CEOID last = 0;
     std::thread([&] {
-        OpenDatabase rows(u"Rows");
-        OpenDatabase others(u"Others");
+        OpenDatabase rows(TEXT("Rows"));
+        OpenDatabase others(TEXT("Others"));
         const ObjectStoreBatch batch;
         for (int i = 0; i < 200; ++i)
             rows.add(Row().number(i));
@@ -314,7 +316,7 @@ TEST_P(Notifications, GoOnWithTheOldestThatTheLogKeepsAfterALongSilence) {
 TEST_P(Notifications, OfAWindowThatDoesNotExistAreNoError) {
     auto window = std::make_unique<ListeningWindow>();
     window->DestroyWindow();
-    const Subscription subscription(u"Rows", *window);
+    const Subscription subscription(TEXT("Rows"), *window);
     addElsewhere();
     EXPECT_THAT(window->hear(), IsEmpty());
 }
@@ -322,17 +324,17 @@ TEST_P(Notifications, OfAWindowThatDoesNotExistAreNoError) {
 TEST(NotificationsOfAnotherStore, ComeAfterTheFirstOneWasLetGo) {
     ListeningWindow window;
     auto first = std::make_unique<testing_support::MemoryStoreMount>();
-    makeDatabase(u"Rows");
-    auto subscription = std::make_unique<Subscription>(u"Rows", window, 1);
+    makeDatabase(TEXT("Rows"));
+    auto subscription = std::make_unique<Subscription>(TEXT("Rows"), window, 1);
     addElsewhere();
     first.reset();
 
     const testing_support::MemoryStoreMount second;
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     addElsewhere();
     EXPECT_THAT(window.hear(), IsEmpty());
     subscription.reset();
-    const Subscription again(u"Rows", window, 2);
+    const Subscription again(TEXT("Rows"), window, 2);
     addElsewhere();
     EXPECT_EQ(window.hear().size(), 1u);
 }
@@ -346,22 +348,22 @@ TEST(NotificationsOfAnotherProcess, WakeAThreadThatWaits) {
     if (child == 0) {
         char told = 0;
         if (::read(go[0], &told, 1) != 1 || ObjectStore::mount(path, quickOptions()) == FALSE) ::_exit(1);
-        const CEOID made = OpenDatabase(u"Rows").add(Row().number(1));
+        const CEOID made = OpenDatabase(TEXT("Rows")).add(Row().number(1));
         ObjectStore::unmount();
         ::_exit(made == 0 ? 1 : 0);
     }
     ASSERT_TRUE(ObjectStore::mount(path, quickOptions()));
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     {
         ListeningWindow window;
-        const Subscription subscription(u"Rows", window, 9);
+        const Subscription subscription(TEXT("Rows"), window, 9);
         ASSERT_EQ(::write(go[1], "!", 1), 1);
 
         const auto heard = window.hear(1);
 
         ASSERT_EQ(heard.size(), 1u);
         EXPECT_EQ(std::get<0>(heard.front()), 9u);
-        EXPECT_EQ(OpenDatabase(u"Rows").readRecord(std::get<2>(heard.front())).number(), 1);
+        EXPECT_EQ(OpenDatabase(TEXT("Rows")).readRecord(std::get<2>(heard.front())).number(), 1);
         int status = -1;
         ::waitpid(child, &status, 0);
         EXPECT_EQ(status, 0);

@@ -51,7 +51,7 @@ TEST_F(StoreFileCheck, FindsNothingInASoundStore) {
 
 TEST_F(StoreFileCheck, FindsNothingWhileAProgramWrites) {
     ASSERT_TRUE(ObjectStore::mount(file.string(), quickOptions()));
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     ObjectStoreBatch batch;
     addRows(rows, 10);
     EXPECT_THAT(check(Depth::full), IsEmpty());
@@ -185,7 +185,7 @@ TEST_F(StoreFileBackUp, IsOfOneMomentWhoeverWrites) {
     std::atomic<int> pairs = 0;
     ASSERT_TRUE(ObjectStore::mount(file.string(), quickOptions()));
     std::thread writer([&] {
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         while (!enough) {
             ObjectStoreBatch both;
             addRows(rows, 2);

@@ -9,8 +9,8 @@ namespace {
 class Position : public StoreTest {
 protected:
     Position() {
-        makeDatabase(u"Rows");
-        OpenDatabase rows(u"Rows");
+        makeDatabase(TEXT("Rows"));
+        OpenDatabase rows(TEXT("Rows"));
         for (const int number : {10, 20, 30, 40, 50}) {
             oids[number] = rows.add(Row().number(number));
         }
@@ -20,7 +20,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(BothStores, Position, bothStores, nameOfKind);
 
 TEST_P(Position, DeletingTheRecordStoodOnLeavesThePlace) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     EXPECT_TRUE(rows.erase(oids[20]));
     EXPECT_FALSE(rows.read());
@@ -33,7 +33,7 @@ TEST_P(Position, DeletingTheRecordStoodOnLeavesThePlace) {
 
 TEST_P(Position, DeletingEveryRecordWhileWalkingDeletesThemAll) {
     for (const DWORD flags : {DWORD{0}, CEDB_SORT_DESCENDING}) {
-        OpenDatabase rows(u"Rows", numberId, flags);
+        OpenDatabase rows(TEXT("Rows"), numberId, flags);
         for (int i = 0; i < 100; ++i) {
             rows.add(Row().number(i));
         }
@@ -46,7 +46,7 @@ TEST_P(Position, DeletingEveryRecordWhileWalkingDeletesThemAll) {
 }
 
 TEST_P(Position, SortingTheRecordElsewhereLeavesThePlace) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     rows.write(oids[20], Row().number(45));
     EXPECT_EQ(rows.read()->number(), 45) << "the record last reached is still the one that is read";
@@ -57,7 +57,7 @@ TEST_P(Position, SortingTheRecordElsewhereLeavesThePlace) {
 }
 
 TEST_P(Position, SeekToTheRecordItselfGoesWhereItStandsNow) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     rows.write(oids[20], Row().number(45));
     rows.read();
@@ -66,22 +66,22 @@ TEST_P(Position, SeekToTheRecordItselfGoesWhereItStandsNow) {
 }
 
 TEST_P(Position, RewritingEveryRecordOfAnEqualGroupMeetsEachOnce) {
-    OpenDatabase rows(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"), nameId);
     for (int i = 0; i < 40; ++i) {
-        rows.add(Row().name(u"Family"));
+        rows.add(Row().name(TEXT("Family")));
     }
     int renamed = 0;
-    CEOID oid = rows.firstEqual(Row().name(u"Family"));
+    CEOID oid = rows.firstEqual(Row().name(TEXT("Family")));
     while (oid != 0) {
-        rows.write(oid, Row().name(u"Relatives"));
+        rows.write(oid, Row().name(TEXT("Relatives")));
         ++renamed;
-        oid = rows.nextEqual(Row().name(u"Family"));
+        oid = rows.nextEqual(Row().name(TEXT("Family")));
     }
     EXPECT_EQ(renamed, 40);
 }
 
 TEST_P(Position, RecordAddedBehindThePlaceIsMet) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     const CEOID added = rows.add(Row().number(25));
     EXPECT_EQ(rows.next(), added);
@@ -91,7 +91,7 @@ TEST_P(Position, RecordAddedBehindThePlaceIsMet) {
 }
 
 TEST_P(Position, WriteDoesNotMoveIt) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     rows.add(Row().number(60));
     rows.write(oids[50], Row().number(5));
@@ -100,33 +100,33 @@ TEST_P(Position, WriteDoesNotMoveIt) {
 }
 
 TEST_P(Position, WritesThroughAnotherHandleAreSeenAtOnce) {
-    OpenDatabase walk(u"Rows", numberId);
-    OpenDatabase other(u"Rows");
+    OpenDatabase walk(TEXT("Rows"), numberId);
+    OpenDatabase other(TEXT("Rows"));
     walk.to(0);
     walk.next();
     walk.next();  // some records are read ahead by now
     other.erase(oids[40]);
-    other.write(oids[50], Row().name(u"fresh"));
+    other.write(oids[50], Row().name(TEXT("fresh")));
     EXPECT_EQ(walk.next(), oids[50]);
-    EXPECT_EQ(walk.read()->name(), u"fresh");
+    EXPECT_EQ(walk.read()->name(), TEXT("fresh"));
 }
 
 TEST_P(Position, WritesOfAnotherThreadAreSeenAtOnce) {
-    OpenDatabase walk(u"Rows", numberId);
+    OpenDatabase walk(TEXT("Rows"), numberId);
     walk.to(0);
     walk.next();
     walk.next();
     std::thread([this] {
-        OpenDatabase other(u"Rows");
+        OpenDatabase other(TEXT("Rows"));
         other.erase(oids[40]);
-        other.write(oids[30], Row().name(u"fresh"));
+        other.write(oids[30], Row().name(TEXT("fresh")));
     }).join();
-    EXPECT_EQ(walk.read()->name(), u"fresh");
+    EXPECT_EQ(walk.read()->name(), TEXT("fresh"));
     EXPECT_EQ(walk.next(), oids[50]);
 }
 
 TEST_P(Position, IndexesFollowInsertionsAndDeletions) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.to(2), oids[30]);
     rows.erase(oids[10]);
     EXPECT_EQ(rows.to(2), oids[40]);
@@ -137,7 +137,7 @@ TEST_P(Position, IndexesFollowInsertionsAndDeletions) {
 }
 
 TEST_P(Position, IndexIsKnownAfterStepsFromAnIndexedPlace) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     rows.next();
     rows.next();
@@ -152,8 +152,8 @@ TEST_P(Position, IndexIsKnownAfterStepsFromAnIndexedPlace) {
 }
 
 TEST_P(Position, WalkByIndexMayRewriteWhatItReads) {
-    makeDatabase(u"Many");
-    OpenDatabase rows(u"Many", numberId);
+    makeDatabase(TEXT("Many"));
+    OpenDatabase rows(TEXT("Many"), numberId);
     for (int i = 0; i < 300; ++i) {
         rows.add(Row().number(i * 7 % 300));
     }
@@ -163,7 +163,7 @@ TEST_P(Position, WalkByIndexMayRewriteWhatItReads) {
         ASSERT_TRUE(record);
         EXPECT_EQ(record->number(), static_cast<int>(i));
         EXPECT_EQ(rows.toRecord(oid), oid);
-        rows.write(oid, Row().name(u"seen"));
+        rows.write(oid, Row().name(TEXT("seen")));
     }
     EXPECT_EQ(rows.to(300), 0u);
 }

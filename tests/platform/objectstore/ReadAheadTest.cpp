@@ -9,8 +9,8 @@ constexpr int records = 5000;
 class ReadAhead : public ::testing::Test {
 protected:
     ReadAhead() {
-        makeDatabase(u"Rows");
-        OpenDatabase rows(u"Rows");
+        makeDatabase(TEXT("Rows"));
+        OpenDatabase rows(TEXT("Rows"));
         const ObjectStoreBatch batch;
         for (int i = 0; i < records; ++i) {
             rows.add(Row().number(i));
@@ -24,7 +24,7 @@ private:
 };
 
 TEST_F(ReadAhead, WalkForwardReadsInBlocks) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     log().clear();
     int met = 0;
     for (CEOID oid = rows.to(0); oid != 0; oid = rows.next()) {
@@ -35,7 +35,7 @@ TEST_F(ReadAhead, WalkForwardReadsInBlocks) {
 }
 
 TEST_F(ReadAhead, WalkBackReadsInBlocks) {
-    OpenDatabase rows(u"Rows", numberId, CEDB_SORT_DESCENDING);
+    OpenDatabase rows(TEXT("Rows"), numberId, CEDB_SORT_DESCENDING);
     log().clear();
     int met = 0;
     for (CEOID oid = rows.toLast(); oid != 0; oid = rows.previous()) {
@@ -46,7 +46,7 @@ TEST_F(ReadAhead, WalkBackReadsInBlocks) {
 }
 
 TEST_F(ReadAhead, AutoincrementingReadsComeFromBlocks) {
-    OpenDatabase rows(u"Rows", numberId, 0, CEDB_AUTOINCREMENT);
+    OpenDatabase rows(TEXT("Rows"), numberId, 0, CEDB_AUTOINCREMENT);
     rows.to(0);
     log().clear();
     for (int i = 0; i < records; ++i) {
@@ -56,7 +56,7 @@ TEST_F(ReadAhead, AutoincrementingReadsComeFromBlocks) {
 }
 
 TEST_F(ReadAhead, WalkByIndexReadsInBlocks) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     log().clear();
     for (int i = 0; i < records; ++i) {
         rows.to(static_cast<DWORD>(i));
@@ -67,7 +67,7 @@ TEST_F(ReadAhead, WalkByIndexReadsInBlocks) {
 }
 
 TEST_F(ReadAhead, WalkByIndexThatSeeksEachRecordAgainStaysInTheBlock) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     log().clear();
     for (int i = 0; i < records; ++i) {
         const CEOID oid = rows.to(static_cast<DWORD>(i));
@@ -80,7 +80,7 @@ TEST_F(ReadAhead, WalkByIndexThatSeeksEachRecordAgainStaysInTheBlock) {
 }
 
 TEST_F(ReadAhead, WalkByIndexThatRewritesItsRowsNeverCountsFromTheStart) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     log().clear();
     for (int i = 0; i < records; ++i) {
         const CEOID oid = rows.to(static_cast<DWORD>(i));
@@ -94,7 +94,7 @@ TEST_F(ReadAhead, WalkByIndexThatRewritesItsRowsNeverCountsFromTheStart) {
 }
 
 TEST_F(ReadAhead, StepsThatRewriteTheirRowsReadNothingAheadInVain) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     log().clear();
     for (CEOID oid = rows.to(0); oid != 0; oid = rows.next()) {
         rows.write(oid, Row().ui4(1));
@@ -103,7 +103,7 @@ TEST_F(ReadAhead, StepsThatRewriteTheirRowsReadNothingAheadInVain) {
 }
 
 TEST_F(ReadAhead, SingleSeeksReadNoMoreThanTheirRecord) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     log().clear();
     for (int i = 0; i < 100; ++i) {
         EXPECT_NE(rows.firstEqual(Row().number(i * 37)), 0u);
@@ -114,7 +114,7 @@ TEST_F(ReadAhead, SingleSeeksReadNoMoreThanTheirRecord) {
 }
 
 TEST_F(ReadAhead, SeekOfARecordAndItsReadAreOneQuestion) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     const CEOID oid = rows.to(7);
     rows.toLast();
     log().clear();
@@ -126,8 +126,8 @@ TEST_F(ReadAhead, SeekOfARecordAndItsReadAreOneQuestion) {
 }
 
 TEST_F(ReadAhead, LargeRecordsAreReadAheadInSmallerBlocks) {
-    makeDatabase(u"Large");
-    OpenDatabase rows(u"Large");
+    makeDatabase(TEXT("Large"));
+    OpenDatabase rows(TEXT("Large"));
     for (int i = 0; i < 100; ++i) {
         rows.add(Row().blob(std::string(60'000, 'x')));
     }
@@ -143,7 +143,7 @@ TEST_F(ReadAhead, LargeRecordsAreReadAheadInSmallerBlocks) {
 }
 
 TEST_F(ReadAhead, FarIndexIsReachedByCountingOrByWalkingWhicheverIsNearer) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     for (const int index : {4000, 4300, 4999, 100, 117, 90, 0, 2500, 4999}) {
         rows.to(static_cast<DWORD>(index));
         ASSERT_EQ(rows.read()->number(), index);
@@ -155,12 +155,12 @@ TEST_F(ReadAhead, FarIndexIsReachedByCountingOrByWalkingWhicheverIsNearer) {
 // A batch that was lost
 
 TEST_F(ReadAhead, NothingReadInABatchThatWasLostStays) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(2);
     {
         ObjectStoreBatch batch;
         rows.add(Row().number(-1));
-        EXPECT_NE(rows.firstEqual(Row().name(u"new order made in here")), 1u);
+        EXPECT_NE(rows.firstEqual(Row().name(TEXT("new order made in here"))), 1u);
         EXPECT_NE(rows.to(3), 0u);
         EXPECT_EQ(rows.read()->number(), 2);
         rows.next();
@@ -171,32 +171,32 @@ TEST_F(ReadAhead, NothingReadInABatchThatWasLostStays) {
     rows.to(3);
     EXPECT_EQ(rows.read()->number(), 3);
     EXPECT_EQ(rows.firstEqual(Row().number(-1)), 0u);
-    EXPECT_EQ(rows.firstEqual(Row().name(u"new order made in here")), 0u);
+    EXPECT_EQ(rows.firstEqual(Row().name(TEXT("new order made in here"))), 0u);
     EXPECT_EQ(GetLastError(), ERROR_SEEK);
     EXPECT_EQ(rows.info().dwNumRecords, static_cast<DWORD>(records));
 }
 
 TEST_F(ReadAhead, HandleOpenedInABatchThatWasLostFindsItsOrderAgain) {
-    makeDatabase(u"Small");
-    OpenDatabase rows(u"Small");
+    makeDatabase(TEXT("Small"));
+    OpenDatabase rows(TEXT("Small"));
     const CEOID a = rows.add(Row().number(2).ui4(1).i2(5));
     const CEOID b = rows.add(Row().number(1).ui4(2).i2(6));
     std::optional<OpenDatabase> sorted;
     {
         ObjectStoreBatch batch;
-        sorted.emplace(u"Small", numberId);  // builds the order, and the batch takes it along
+        sorted.emplace(TEXT("Small"), numberId);  // builds the order, and the batch takes it along
         EXPECT_EQ(sorted->to(0), b);
         log().loseNextUnit = true;
         EXPECT_FALSE(batch.end());
     }
-    OpenDatabase other(u"Small", dwordId);
+    OpenDatabase other(TEXT("Small"), dwordId);
     EXPECT_EQ(other.walk(), (Oids{a, b}));
     EXPECT_EQ(sorted->next(), a);
     EXPECT_EQ(sorted->walk(), (Oids{b, a}));
 }
 
 TEST_F(ReadAhead, IndexLearntInABatchThatWasLostIsForgotten) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(2);
     {
         ObjectStoreBatch batch;

@@ -10,12 +10,12 @@ using testing_support::TemporaryStore;
 
 class Records : public StoreTest {
 protected:
-    Records() { makeDatabase(u"Rows"); }
+    Records() { makeDatabase(TEXT("Rows")); }
 };
 INSTANTIATE_TEST_SUITE_P(BothStores, Records, bothStores, nameOfKind);
 
 TEST_P(Records, EveryKindOfValueComesBackAsWritten) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const std::string bytes("\0\x01\xFF", 3);
     const CEOID oid = rows.add(Row()
                                    .i2(-2)
@@ -24,7 +24,7 @@ TEST_P(Records, EveryKindOfValueComesBackAsWritten) {
                                    .boolean(7)
                                    .ui2(65535)
                                    .ui4(4000000000u)
-                                   .name(u"김민수")
+                                   .name(TEXT("김민수"))
                                    .time(0x0123456789ABCDEF)
                                    .blob(bytes));
     const ReadRecord record = rows.readRecord(oid);
@@ -34,40 +34,40 @@ TEST_P(Records, EveryKindOfValueComesBackAsWritten) {
     EXPECT_EQ(record.values.at(boolId).val.boolVal, TRUE);
     EXPECT_EQ(record.values.at(wordId).val.uiVal, 65535);
     EXPECT_EQ(record.values.at(dwordId).val.ulVal, 4000000000u);
-    EXPECT_EQ(record.name(), u"김민수");
+    EXPECT_EQ(record.name(), TEXT("김민수"));
     EXPECT_EQ(ticksOf(record.values.at(timeId).val.filetime), 0x0123456789ABCDEFu);
     EXPECT_EQ(record.blobs.at(blobId), bytes);
 }
 
 TEST_P(Records, EmptyTextAndEmptyBlobAreValues) {
-    OpenDatabase rows(u"Rows");
-    const ReadRecord record = rows.readRecord(rows.add(Row().name(u"").blob("").boolean(FALSE)));
+    OpenDatabase rows(TEXT("Rows"));
+    const ReadRecord record = rows.readRecord(rows.add(Row().name(TEXT("")).blob("").boolean(FALSE)));
     EXPECT_EQ(record.ids, (std::vector<CEPROPID>{nameId, blobId, boolId}));
-    EXPECT_EQ(record.texts.at(nameId), u"");
+    EXPECT_EQ(record.texts.at(nameId), TEXT(""));
     EXPECT_EQ(record.blobs.at(blobId), "");
     EXPECT_EQ(record.values.at(boolId).val.boolVal, FALSE);
 }
 
 TEST_P(Records, WriteReplacesTheNamedPropertiesAndKeepsTheOthers) {
-    OpenDatabase rows(u"Rows");
-    const CEOID oid = rows.add(Row().name(u"before").number(1).ui4(9));
+    OpenDatabase rows(TEXT("Rows"));
+    const CEOID oid = rows.add(Row().name(TEXT("before")).number(1).ui4(9));
     EXPECT_EQ(rows.write(oid, Row().number(2)), oid);
     const ReadRecord record = rows.readRecord(oid);
-    EXPECT_EQ(record.name(), u"before");
+    EXPECT_EQ(record.name(), TEXT("before"));
     EXPECT_EQ(record.number(), 2);
     EXPECT_EQ(record.values.at(dwordId).val.ulVal, 9u);
 }
 
 TEST_P(Records, PropertiesComeBackInTheOrderInWhichTheyWereFirstWritten) {
-    OpenDatabase rows(u"Rows");
-    const CEOID oid = rows.add(Row().ui4(1).name(u"n"));
-    rows.write(oid, Row().number(3).name(u"m").ui4(2));
+    OpenDatabase rows(TEXT("Rows"));
+    const CEOID oid = rows.add(Row().ui4(1).name(TEXT("n")));
+    rows.write(oid, Row().number(3).name(TEXT("m")).ui4(2));
     EXPECT_EQ(rows.readRecord(oid).ids, (std::vector<CEPROPID>{dwordId, nameId, numberId}));
 }
 
 TEST_P(Records, PropDeleteTakesOnePropertyAway) {
-    OpenDatabase rows(u"Rows");
-    const CEOID oid = rows.add(Row().name(u"n").number(1).ui4(2));
+    OpenDatabase rows(TEXT("Rows"));
+    const CEOID oid = rows.add(Row().name(TEXT("n")).number(1).ui4(2));
     EXPECT_EQ(rows.write(oid, Row().without(numberId)), oid);
     EXPECT_EQ(rows.readRecord(oid).ids, (std::vector<CEPROPID>{nameId, dwordId}));
     EXPECT_EQ(rows.write(oid, Row().without(numberId)), oid) << "what is not there can be taken away";
@@ -76,14 +76,14 @@ TEST_P(Records, PropDeleteTakesOnePropertyAway) {
 }
 
 TEST_P(Records, PropertiesOfOneIdentAndDifferentKindsAreDifferent) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEPROPID asText = makePropId(identOf(numberId), CEVT_LPWSTR);
-    const ReadRecord record = rows.readRecord(rows.add(Row().number(1).text(asText, u"one")));
+    const ReadRecord record = rows.readRecord(rows.add(Row().number(1).text(asText, TEXT("one"))));
     EXPECT_EQ(record.ids, (std::vector<CEPROPID>{numberId, asText}));
 }
 
 TEST_P(Records, RecordWithoutPropertiesIsARecord) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID oid = rows.add(Row());
     ASSERT_NE(oid, 0u);
     EXPECT_TRUE(rows.readRecord(oid).ids.empty());
@@ -91,7 +91,7 @@ TEST_P(Records, RecordWithoutPropertiesIsARecord) {
 }
 
 TEST_P(Records, PropertyOf65471BytesIsTheLargest) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID oid = rows.add(Row().blob(std::string(65'471, 'b')));
     EXPECT_EQ(rows.readRecord(oid).blobs.at(blobId).size(), 65'471u);
     EXPECT_EQ(rows.add(Row().blob(std::string(65'472, 'b'))), 0u);
@@ -102,15 +102,15 @@ TEST_P(Records, PropertyOf65471BytesIsTheLargest) {
 }
 
 TEST_P(Records, TextIsMeasuredWithoutItsTerminator) {
-    OpenDatabase rows(u"Rows");
-    const std::u16string largest(32'735, u'x');
+    OpenDatabase rows(TEXT("Rows"));
+    const WString largest(32'735, u'x');
     EXPECT_EQ(rows.readRecord(rows.add(Row().name(largest))).name(), largest);
-    EXPECT_EQ(rows.add(Row().name(largest + u"x")), 0u);
+    EXPECT_EQ(rows.add(Row().name(largest + TEXT("x"))), 0u);
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 }
 
 TEST_P(Records, RecordBeyond131072BytesIsRefusedWhole) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEPROPID second = makePropId(20, CEVT_BLOB);
     const CEPROPID third = makePropId(21, CEVT_BLOB);
     const CEOID oid = rows.add(Row().blob(std::string(65'000, 'a')).blob(second, std::string(65'000, 'b')));
@@ -122,7 +122,7 @@ TEST_P(Records, RecordBeyond131072BytesIsRefusedWhole) {
 }
 
 TEST_P(Records, KindThatDoesNotExistIsRefused) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     for (const WORD kind : {WORD{0}, WORD{1}, WORD{8}, WORD{30}, WORD{66}}) {
         CEPROPVAL value;
         value.propid = makePropId(1, kind);
@@ -133,7 +133,7 @@ TEST_P(Records, KindThatDoesNotExistIsRefused) {
 }
 
 TEST_P(Records, ValueThatPointsNowhereIsRefused) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     CEPROPVAL text;
     text.propid = nameId;
     text.val.lpwstr = nullptr;
@@ -149,7 +149,7 @@ TEST_P(Records, ValueThatPointsNowhereIsRefused) {
 }
 
 TEST_P(Records, WritingOrDeletingWhatIsGoneFails) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID oid = rows.add(Row().number(1));
     EXPECT_TRUE(rows.erase(oid));
     EXPECT_FALSE(rows.erase(oid));
@@ -159,9 +159,9 @@ TEST_P(Records, WritingOrDeletingWhatIsGoneFails) {
 }
 
 TEST_P(Records, RecordOfAnotherDatabaseIsNotReachedThroughThisOne) {
-    makeDatabase(u"Other");
-    OpenDatabase rows(u"Rows");
-    OpenDatabase other(u"Other");
+    makeDatabase(TEXT("Other"));
+    OpenDatabase rows(TEXT("Rows"));
+    OpenDatabase other(TEXT("Other"));
     const CEOID foreign = other.add(Row().number(1));
     EXPECT_EQ(rows.toRecord(foreign), 0u);
     EXPECT_EQ(GetLastError(), ERROR_KEY_DELETED);
@@ -171,8 +171,8 @@ TEST_P(Records, RecordOfAnotherDatabaseIsNotReachedThroughThisOne) {
 }
 
 TEST_P(Records, BufferOfTheCallersIsFilledWhenItIsLargeEnough) {
-    OpenDatabase rows(u"Rows");
-    const CEOID oid = rows.add(Row().name(u"abc").number(5));
+    OpenDatabase rows(TEXT("Rows"));
+    const CEOID oid = rows.add(Row().name(TEXT("abc")).number(5));
     alignas(CEPROPVAL) BYTE room[256];
     BYTE* buffer = room;
     DWORD size = 8;
@@ -184,29 +184,29 @@ TEST_P(Records, BufferOfTheCallersIsFilledWhenItIsLargeEnough) {
     EXPECT_EQ(buffer, room);
     EXPECT_EQ(count, 2);
     const auto* props = reinterpret_cast<const CEPROPVAL*>(room);
-    EXPECT_EQ(props[0].val.lpwstr, std::u16string(u"abc"));
+    EXPECT_EQ(props[0].val.lpwstr, WString(TEXT("abc")));
     EXPECT_EQ(props[1].val.lVal, 5);
 }
 
 TEST_P(Records, OneReallocatingBufferServesManyReads) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     for (int i = 0; i < 50; ++i) {
-        rows.add(Row().name(std::u16string(static_cast<std::size_t>(i * 37 % 50), u'x')));
+        rows.add(Row().name(WString(static_cast<std::size_t>(i * 37 % 50), u'x')));
     }
-    OpenDatabase walk(u"Rows", 0, 0, CEDB_AUTOINCREMENT);
+    OpenDatabase walk(TEXT("Rows"), 0, 0, CEDB_AUTOINCREMENT);
     BYTE* buffer = nullptr;
     DWORD size = 0;
     WORD count = 0;
     for (int i = 0; i < 50; ++i) {
         ASSERT_NE(CeReadRecordPropsEx(walk.handle(), CEDB_ALLOWREALLOC, &count, &buffer, &size), 0u);
-        const std::u16string_view text = reinterpret_cast<const CEPROPVAL*>(buffer)->val.lpwstr;
+        const WStringView text = reinterpret_cast<const CEPROPVAL*>(buffer)->val.lpwstr;
         EXPECT_EQ(text.size(), static_cast<std::size_t>(i * 37 % 50));
     }
     CeFreeBuffer(buffer);
 }
 
 TEST_P(Records, ReadWithoutAPlaceForTheBufferIsRefused) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     rows.add(Row().number(1));
     DWORD size = 0;
     BYTE* buffer = nullptr;
@@ -217,7 +217,7 @@ TEST_P(Records, ReadWithoutAPlaceForTheBufferIsRefused) {
 }
 
 TEST_P(Records, ReadsOfAnEmptyDatabaseFindNothingUntilThereIsSomething) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     EXPECT_FALSE(rows.read());
     EXPECT_EQ(GetLastError(), ERROR_NO_MORE_ITEMS);
     const CEOID oid = rows.add(Row().number(1));
@@ -225,11 +225,11 @@ TEST_P(Records, ReadsOfAnEmptyDatabaseFindNothingUntilThereIsSomething) {
 }
 
 TEST_P(Records, AutoincrementingReadsMoveOnByOne) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID a = rows.add(Row().number(3));
     const CEOID b = rows.add(Row().number(2));
     const CEOID c = rows.add(Row().number(1));
-    OpenDatabase walk(u"Rows", numberId, 0, CEDB_AUTOINCREMENT);
+    OpenDatabase walk(TEXT("Rows"), numberId, 0, CEDB_AUTOINCREMENT);
     EXPECT_EQ(walk.read()->oid, c);
     EXPECT_EQ(walk.read()->oid, b);
     EXPECT_EQ(walk.read()->oid, a);
@@ -241,11 +241,11 @@ TEST_P(Records, AutoincrementingReadsMoveOnByOne) {
 }
 
 TEST_P(Records, AutoincrementPassesARecordThatIsGone) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID a = rows.add(Row().number(1));
     const CEOID b = rows.add(Row().number(2));
     const CEOID c = rows.add(Row().number(3));
-    OpenDatabase walk(u"Rows", numberId, 0, CEDB_AUTOINCREMENT);
+    OpenDatabase walk(TEXT("Rows"), numberId, 0, CEDB_AUTOINCREMENT);
     EXPECT_EQ(walk.read()->oid, a);
     rows.erase(b);
     EXPECT_FALSE(walk.read());
@@ -254,10 +254,10 @@ TEST_P(Records, AutoincrementPassesARecordThatIsGone) {
 }
 
 TEST_P(Records, AutoincrementStaysWhenTheBufferIsTooSmall) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID a = rows.add(Row().number(1));
     rows.add(Row().number(2));
-    OpenDatabase walk(u"Rows", 0, 0, CEDB_AUTOINCREMENT);
+    OpenDatabase walk(TEXT("Rows"), 0, 0, CEDB_AUTOINCREMENT);
     BYTE* none = nullptr;
     DWORD size = 0;
     EXPECT_EQ(CeReadRecordPropsEx(walk.handle(), 0, nullptr, &none, &size), 0u);
@@ -265,7 +265,7 @@ TEST_P(Records, AutoincrementStaysWhenTheBufferIsTooSmall) {
 }
 
 TEST_P(Records, OtherHandlesReadTheSameRecordAgainAndAgain) {
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID a = rows.add(Row().number(1));
     rows.add(Row().number(2));
     EXPECT_EQ(rows.to(0), a);
@@ -275,11 +275,11 @@ TEST_P(Records, OtherHandlesReadTheSameRecordAgainAndAgain) {
 
 TEST(RecordsOnDisk, AreNoMoreThanThereAreIdentifiers) {
     TemporaryStore store;
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     ObjectStore::unmount();
     testing_support::runSql(store.path(), "UPDATE store SET next_id = 4294967294");
     store.remount();
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     EXPECT_EQ(rows.add(Row().number(1)), 4'294'967'294u);
     EXPECT_EQ(rows.add(Row().number(2)), 0u);
     EXPECT_EQ(GetLastError(), ERROR_DISK_FULL);

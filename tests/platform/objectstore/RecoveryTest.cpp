@@ -80,20 +80,20 @@ TEST_F(Recovery, KeepsOrdersAndGoesOnWithNewIdentifiers) {
 
     ASSERT_TRUE(ObjectStore::mount(saved.string(), quickOptions()));
     {
-        OpenDatabase byFirstDeclared(u"Rows");
-        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.to(0)).name(), u"김민수 a");
-        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.to(1)).name(), u"김민수 a");
-        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.toLast()).name(), u"김민수 z");
-        EXPECT_GT(byFirstDeclared.add(Row().name(u"new").number(1)), highest);
+        OpenDatabase byFirstDeclared(TEXT("Rows"));
+        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.to(0)).name(), TEXT("김민수 a"));
+        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.to(1)).name(), TEXT("김민수 a"));
+        EXPECT_EQ(byFirstDeclared.readRecord(byFirstDeclared.toLast()).name(), TEXT("김민수 z"));
+        EXPECT_GT(byFirstDeclared.add(Row().name(TEXT("new")).number(1)), highest);
     }
     ObjectStore::unmount();
 }
 
 TEST_F(Recovery, SavesRecordsLongerThanAPage) {
-    const std::u16string name(30'000, u'힣');
+    const WString name(30'000, u'힣');
     makeStore(file, [&](OpenDatabase& rows) {
         rows.add(Row().name(name).number(1));
-        rows.add(Row().name(u"short").number(2));
+        rows.add(Row().name(TEXT("short")).number(2));
         rows.add(Row().name(name).blob(std::string(65'000, 'b')).number(3));
     });
     const auto before = rowsIn(file);
@@ -167,7 +167,7 @@ TEST_F(Recovery, LeavesOutARecordThatIsDamagedItself) {
 }
 
 // "Rows" is the first database that is made in a new store, behind the two that each has.
-constexpr const WCHAR* nameInstead = u"Recovered 3";
+constexpr const WCHAR* nameInstead = TEXT("Recovered 3");
 const std::string nameOfRowsIsLost = "the name of a database: its records are now in \"Recovered 3\"";
 
 TEST_F(Recovery, GivesADatabaseAnotherNameWhenItsOwnIsNowhere) {
@@ -250,7 +250,7 @@ TEST_F(Recovery, InventsNothingWhateverPagesAreReplaced) {
         ASSERT_TRUE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()))
             << ObjectStore::errorText();
         const bool named = std::ranges::find(recovery.losses, nameOfRowsIsLost) == recovery.losses.end();
-        ASSERT_NO_FATAL_FAILURE(lost(before, rowsIn(saved, named ? u"Rows" : nameInstead)));
+        ASSERT_NO_FATAL_FAILURE(lost(before, rowsIn(saved, named ? TEXT("Rows") : nameInstead)));
         fs::remove(saved);
     }
 }

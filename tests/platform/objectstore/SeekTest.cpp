@@ -7,8 +7,8 @@ namespace {
 class Seek : public StoreTest {
 protected:
     Seek() {
-        makeDatabase(u"Rows");
-        OpenDatabase rows(u"Rows");
+        makeDatabase(TEXT("Rows"));
+        OpenDatabase rows(TEXT("Rows"));
         for (const int number : {30, 10, 50, 20, 40}) {
             oids[number] = rows.add(Row().number(number).ui4(static_cast<std::uint32_t>(number / 20)));
         }
@@ -32,18 +32,18 @@ protected:
 INSTANTIATE_TEST_SUITE_P(BothStores, Seek, bothStores, nameOfKind);
 
 TEST_P(Seek, FreshHandleStandsOnTheFirstRecord) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.read()->oid, oids[10]);
-    OpenDatabase stepped(u"Rows", numberId);
+    OpenDatabase stepped(TEXT("Rows"), numberId);
     EXPECT_EQ(stepped.next(), oids[20]);
-    OpenDatabase standing(u"Rows", numberId);
+    OpenDatabase standing(TEXT("Rows"), numberId);
     EXPECT_EQ(standing.by(0), oids[10]);
-    OpenDatabase back(u"Rows", numberId);
+    OpenDatabase back(TEXT("Rows"), numberId);
     expectRanOff(back, back.previous());
 }
 
 TEST_P(Seek, BeginningCountsFromTheFirst) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     DWORD index = 99;
     EXPECT_EQ(rows.seek(CEDB_SEEK_BEGINNING, 0, &index), oids[10]);
     EXPECT_EQ(index, 0u);
@@ -55,7 +55,7 @@ TEST_P(Seek, BeginningCountsFromTheFirst) {
 }
 
 TEST_P(Seek, EndCountsBackFromTheLast) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     DWORD index = 99;
     EXPECT_EQ(rows.seek(CEDB_SEEK_END, 0, &index), oids[50]);
     EXPECT_EQ(index, 4u);
@@ -65,7 +65,7 @@ TEST_P(Seek, EndCountsBackFromTheLast) {
 }
 
 TEST_P(Seek, DescendingHandleCountsItsOwnWay) {
-    OpenDatabase rows(u"Rows", numberId, CEDB_SORT_DESCENDING);
+    OpenDatabase rows(TEXT("Rows"), numberId, CEDB_SORT_DESCENDING);
     EXPECT_EQ(rows.to(0), oids[50]);
     EXPECT_EQ(rows.to(3), oids[20]);
     EXPECT_EQ(rows.next(), oids[10]);
@@ -75,7 +75,7 @@ TEST_P(Seek, DescendingHandleCountsItsOwnWay) {
 }
 
 TEST_P(Seek, CurrentCountsFromThePosition) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.to(1), oids[20]);
     DWORD index = 99;
     EXPECT_EQ(rows.seek(CEDB_SEEK_CURRENT, 3, &index), oids[50]);
@@ -86,7 +86,7 @@ TEST_P(Seek, CurrentCountsFromThePosition) {
 }
 
 TEST_P(Seek, RunningOffEitherEndLeavesThePositionAtTheEnd) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(4);
     expectRanOff(rows, rows.next());
     expectRanOff(rows, rows.next());
@@ -103,7 +103,7 @@ TEST_P(Seek, RunningOffEitherEndLeavesThePositionAtTheEnd) {
 }
 
 TEST_P(Seek, RecordIsReachedByItsIdentifier) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     DWORD index = 99;
     EXPECT_EQ(rows.seek(CEDB_SEEK_CEOID, oids[30], &index), oids[30]);
     EXPECT_EQ(index, 0u);
@@ -113,7 +113,7 @@ TEST_P(Seek, RecordIsReachedByItsIdentifier) {
 }
 
 TEST_P(Seek, UnknownIdentifierIsAnErrorAndLeavesThePosition) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     expectRefused(rows, rows.toRecord(0), ERROR_KEY_DELETED, oids[20]);
     expectRefused(rows, rows.toRecord(0x7FFFFFFF), ERROR_KEY_DELETED, oids[20]);
@@ -121,7 +121,7 @@ TEST_P(Seek, UnknownIdentifierIsAnErrorAndLeavesThePosition) {
 }
 
 TEST_P(Seek, SeekOfNoKnownKindIsAnErrorAndLeavesThePosition) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     for (const DWORD type : {DWORD{0}, DWORD{3}, DWORD{0x100}}) {
         expectRefused(rows, rows.seek(type, 0), ERROR_INVALID_PARAMETER, oids[20]);
@@ -129,7 +129,7 @@ TEST_P(Seek, SeekOfNoKnownKindIsAnErrorAndLeavesThePosition) {
 }
 
 TEST_P(Seek, FirstEqualLooksFromTheStart) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.toLast();
     EXPECT_EQ(rows.firstEqual(Row().number(20)), oids[20]);
     EXPECT_EQ(rows.read()->oid, oids[20]);
@@ -137,14 +137,14 @@ TEST_P(Seek, FirstEqualLooksFromTheStart) {
 }
 
 TEST_P(Seek, FirstEqualReachesTheFirstOfSeveralInTheOrder) {
-    OpenDatabase rows(u"Rows", dwordId);  // 10 | 30 20 | 50 40
+    OpenDatabase rows(TEXT("Rows"), dwordId);  // 10 | 30 20 | 50 40
     EXPECT_EQ(rows.firstEqual(Row().ui4(1)), oids[30]);
-    OpenDatabase descending(u"Rows", dwordId, CEDB_SORT_DESCENDING);
+    OpenDatabase descending(TEXT("Rows"), dwordId, CEDB_SORT_DESCENDING);
     EXPECT_EQ(descending.firstEqual(Row().ui4(1)), oids[20]);
 }
 
 TEST_P(Seek, FirstEqualWithoutAMatchRunsOff) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     for (const int missing : {5, 25, 55}) {
         rows.to(2);
         expectRanOff(rows, rows.firstEqual(Row().number(missing)));
@@ -152,27 +152,27 @@ TEST_P(Seek, FirstEqualWithoutAMatchRunsOff) {
 }
 
 TEST_P(Seek, FirstEqualOnAnotherPropertyFindsTheFirstInTheHandlesOrder) {
-    OpenDatabase byNumber(u"Rows", numberId);
+    OpenDatabase byNumber(TEXT("Rows"), numberId);
     EXPECT_EQ(byNumber.firstEqual(Row().ui4(1)), oids[20]);
     EXPECT_EQ(byNumber.next(), oids[30]) << "the position is one in the handle's order";
-    OpenDatabase descending(u"Rows", numberId, CEDB_SORT_DESCENDING);
+    OpenDatabase descending(TEXT("Rows"), numberId, CEDB_SORT_DESCENDING);
     EXPECT_EQ(descending.firstEqual(Row().ui4(1)), oids[30]);
-    OpenDatabase byCreation(u"Rows");
+    OpenDatabase byCreation(TEXT("Rows"));
     EXPECT_EQ(byCreation.firstEqual(Row().number(50)), oids[50]);
     EXPECT_EQ(byCreation.next(), oids[20]);
 }
 
 TEST_P(Seek, FirstEqualOnAnotherPropertyFollowsLaterWrites) {
-    OpenDatabase rows(u"Rows", numberId);
-    expectRanOff(rows, rows.firstEqual(Row().name(u"late")));
-    rows.write(oids[40], Row().name(u"late"));
-    EXPECT_EQ(rows.firstEqual(Row().name(u"late")), oids[40]);
-    rows.write(oids[40], Row().name(u"later"));
-    expectRanOff(rows, rows.firstEqual(Row().name(u"late")));
+    OpenDatabase rows(TEXT("Rows"), numberId);
+    expectRanOff(rows, rows.firstEqual(Row().name(TEXT("late"))));
+    rows.write(oids[40], Row().name(TEXT("late")));
+    EXPECT_EQ(rows.firstEqual(Row().name(TEXT("late"))), oids[40]);
+    rows.write(oids[40], Row().name(TEXT("later")));
+    expectRanOff(rows, rows.firstEqual(Row().name(TEXT("late"))));
 }
 
 TEST_P(Seek, ValueOfAnotherKindIsAnotherProperty) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     CEPROPVAL value;
     value.propid = makePropId(identOf(numberId), CEVT_UI4);
     value.val.ulVal = 20;
@@ -180,7 +180,7 @@ TEST_P(Seek, ValueOfAnotherKindIsAnotherProperty) {
 }
 
 TEST_P(Seek, ValueThatCannotBeSoughtIsAnErrorAndLeavesThePosition) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     expectRefused(rows, rows.seek(CEDB_SEEK_VALUEFIRSTEQUAL, 0), ERROR_INVALID_PARAMETER, oids[20]);
     expectRefused(rows, rows.firstEqual(Row().blob("x")), ERROR_INVALID_PARAMETER, oids[20]);
@@ -188,7 +188,7 @@ TEST_P(Seek, ValueThatCannotBeSoughtIsAnErrorAndLeavesThePosition) {
 }
 
 TEST_P(Seek, NextEqualGoesExactlyOneStep) {
-    OpenDatabase rows(u"Rows", dwordId);  // 10 | 30 20 | 50 40
+    OpenDatabase rows(TEXT("Rows"), dwordId);  // 10 | 30 20 | 50 40
     EXPECT_EQ(rows.firstEqual(Row().ui4(1)), oids[30]);
     EXPECT_EQ(rows.nextEqual(Row().ui4(1)), oids[20]);
     expectRanOff(rows, rows.nextEqual(Row().ui4(1)));
@@ -201,16 +201,16 @@ TEST_P(Seek, NextEqualGoesExactlyOneStep) {
 }
 
 TEST_P(Seek, NextEqualOnAnotherPropertyComparesTheNextRecord) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.firstEqual(Row().ui4(1)), oids[20]);
     EXPECT_EQ(rows.nextEqual(Row().ui4(1)), oids[30]);
     expectRanOff(rows, rows.nextEqual(Row().ui4(1)));
     rows.to(0);
-    expectRanOff(rows, rows.nextEqual(Row().name(u"nobody has one")));
+    expectRanOff(rows, rows.nextEqual(Row().name(TEXT("nobody has one"))));
 }
 
 TEST_P(Seek, SmallerReachesTheLargestSmallerValue) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.smaller(Row().number(35)), oids[30]);
     EXPECT_EQ(rows.smaller(Row().number(30)), oids[20]);
     EXPECT_EQ(rows.next(), oids[30]);
@@ -219,7 +219,7 @@ TEST_P(Seek, SmallerReachesTheLargestSmallerValue) {
 }
 
 TEST_P(Seek, GreaterReachesTheSmallestValueThatIsNotSmaller) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     EXPECT_EQ(rows.greater(Row().number(35)), oids[40]);
     EXPECT_EQ(rows.greater(Row().number(30)), oids[30]) << "an equal value counts";
     EXPECT_EQ(rows.greater(Row().number(-1000)), oids[10]);
@@ -227,7 +227,7 @@ TEST_P(Seek, GreaterReachesTheSmallestValueThatIsNotSmaller) {
 }
 
 TEST_P(Seek, SmallerAndGreaterGoByValueWhateverTheDirection) {
-    OpenDatabase rows(u"Rows", numberId, CEDB_SORT_DESCENDING);
+    OpenDatabase rows(TEXT("Rows"), numberId, CEDB_SORT_DESCENDING);
     EXPECT_EQ(rows.smaller(Row().number(35)), oids[30]);
     EXPECT_EQ(rows.next(), oids[20]);
     EXPECT_EQ(rows.greater(Row().number(35)), oids[40]);
@@ -237,21 +237,21 @@ TEST_P(Seek, SmallerAndGreaterGoByValueWhateverTheDirection) {
 }
 
 TEST_P(Seek, SmallerAndGreaterTakeTheTieNearestToTheValue) {
-    OpenDatabase rows(u"Rows", dwordId);  // 10 | 30 20 | 50 40
+    OpenDatabase rows(TEXT("Rows"), dwordId);  // 10 | 30 20 | 50 40
     EXPECT_EQ(rows.smaller(Row().ui4(2)), oids[20]);
     EXPECT_EQ(rows.next(), oids[50]);
     EXPECT_EQ(rows.greater(Row().ui4(1)), oids[30]) << "of equal ones the first in the order";
-    OpenDatabase descending(u"Rows", dwordId, CEDB_SORT_DESCENDING);
+    OpenDatabase descending(TEXT("Rows"), dwordId, CEDB_SORT_DESCENDING);
     EXPECT_EQ(descending.greater(Row().ui4(1)), oids[20]);
 }
 
 TEST_P(Seek, SmallerAndGreaterPassRecordsWithoutAValue) {
     {
-        OpenDatabase rows(u"Rows");
-        rows.add(Row().name(u"no number"));
+        OpenDatabase rows(TEXT("Rows"));
+        rows.add(Row().name(TEXT("no number")));
     }
     for (const DWORD flags : {DWORD{0}, CEDB_SORT_UNKNOWNFIRST}) {
-        OpenDatabase rows(u"Rows", numberId, flags);
+        OpenDatabase rows(TEXT("Rows"), numberId, flags);
         expectRanOff(rows, rows.smaller(Row().number(10)));
         expectRanOff(rows, rows.greater(Row().number(51)));
         EXPECT_EQ(rows.smaller(Row().number(11)), oids[10]);
@@ -260,24 +260,24 @@ TEST_P(Seek, SmallerAndGreaterPassRecordsWithoutAValue) {
 }
 
 TEST_P(Seek, SmallerAndGreaterWantTheOrdersOwnProperty) {
-    OpenDatabase rows(u"Rows", numberId);
+    OpenDatabase rows(TEXT("Rows"), numberId);
     rows.to(1);
     expectRefused(rows, rows.smaller(Row().ui4(1)), ERROR_INVALID_PARAMETER, oids[20]);
     expectRefused(rows, rows.greater(Row().ui4(1)), ERROR_INVALID_PARAMETER, oids[20]);
 }
 
 TEST_P(Seek, TextsAreSoughtExactly) {
-    OpenDatabase rows(u"Rows", nameId);
-    const CEOID precomposed = rows.add(Row().name(u"\u00E9"));
-    const CEOID decomposed = rows.add(Row().name(u"e\u0301"));
-    EXPECT_EQ(rows.firstEqual(Row().name(u"\u00E9")), precomposed);
-    expectRanOff(rows, rows.nextEqual(Row().name(u"\u00E9")));
-    EXPECT_EQ(rows.firstEqual(Row().name(u"e\u0301")), decomposed);
+    OpenDatabase rows(TEXT("Rows"), nameId);
+    const CEOID precomposed = rows.add(Row().name(TEXT("\u00E9")));
+    const CEOID decomposed = rows.add(Row().name(TEXT("e\u0301")));
+    EXPECT_EQ(rows.firstEqual(Row().name(TEXT("\u00E9"))), precomposed);
+    expectRanOff(rows, rows.nextEqual(Row().name(TEXT("\u00E9"))));
+    EXPECT_EQ(rows.firstEqual(Row().name(TEXT("e\u0301"))), decomposed);
 }
 
 TEST_P(Seek, EmptyDatabaseHasNowhereToGo) {
-    makeDatabase(u"Empty");
-    OpenDatabase rows(u"Empty", numberId);
+    makeDatabase(TEXT("Empty"));
+    OpenDatabase rows(TEXT("Empty"), numberId);
     expectRanOff(rows, rows.to(0));
     expectRanOff(rows, rows.toLast());
     expectRanOff(rows, rows.next());

@@ -117,15 +117,15 @@ TEST_F(SharedFolder, IsRefusedBehindALink) {
 TEST_F(SharedFolder, TakesALinkInAFolderOfOnesOwn) {
     fs::create_directory(folder / "real");
     ASSERT_TRUE(mount(folder / "real" / "store.db"));
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     ObjectStore::unmount();
     fs::create_symlink(folder / "real" / "store.db", folder / "link.db");
     fs::create_directory_symlink(folder / "real", folder / "way");
 
     ASSERT_TRUE(mount(folder / "link.db")) << ObjectStore::errorText();
-    OpenDatabase throughTheLink(u"Rows");
+    OpenDatabase throughTheLink(TEXT("Rows"));
     ASSERT_TRUE(mount(folder / "way" / "store.db")) << ObjectStore::errorText();
-    OpenDatabase throughTheFolder(u"Rows");
+    OpenDatabase throughTheFolder(TEXT("Rows"));
     EXPECT_FALSE(fs::exists(folder / "link.db-wal")) << "the log is beside the file itself";
 }
 
@@ -149,7 +149,7 @@ TEST_P(StoreModes, AreForTheOwnerOnlyWhateverTheUmask) {
     const testing_support::ScopedUmask mask(GetParam());
     const fs::path deep = folder / "made" / "for it";
     ASSERT_TRUE(mount(deep / "store.db")) << ObjectStore::errorText();
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
     ASSERT_TRUE(ObjectStoreFile::backUp((deep / "store.db").string(), (deep / "copy.db").string(), quickOptions()));
 
     EXPECT_EQ(fs::status(deep).permissions(), fs::perms::owner_all);

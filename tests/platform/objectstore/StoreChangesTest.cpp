@@ -9,7 +9,7 @@ namespace {
 
 class Reader : public StoreTest {
 protected:
-    Reader() { makeDatabase(u"Rows"); }
+    Reader() { makeDatabase(TEXT("Rows")); }
 
     static Oids readAll(DatabaseReader& reader, std::uint64_t& sequence) {
         Oids met;
@@ -29,46 +29,46 @@ protected:
 INSTANTIATE_TEST_SUITE_P(BothStores, Reader, bothStores, nameOfKind);
 
 TEST_P(Reader, VisitsAllRecordsInOrder) {
-    OpenDatabase rows(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"), nameId);
     for (int i = 0; i < 1500; ++i) {
-        std::u16string name = u"nnnn";
+        WString name = TEXT("nnnn");
         for (std::size_t digit = 0; digit < 4; ++digit) {
             name[digit] = static_cast<WCHAR>(u'a' + (i * 7919 >> (4 * digit)) % 13);
         }
         rows.add(Row().name(name));
     }
-    DatabaseReader reader(u"Rows", nameId);
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     EXPECT_EQ(readAll(reader, sequence), rows.walk());
 }
 
 TEST_P(Reader, ShowsTheTextsInTheirOrderAndNothingElse) {
     const CEPROPID odd = makePropId(30, CEVT_LPWSTR);
-    OpenDatabase rows(u"Rows");
-    rows.add(Row().blob("x").name(u"가나다").number(1).text(odd, u""));
-    DatabaseReader reader(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"));
+    rows.add(Row().blob("x").name(TEXT("가나다")).number(1).text(odd, TEXT("")));
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     int visits = 0;
     EXPECT_TRUE(reader.readAll(sequence, [&](const RecordView& record) {
         ++visits;
         ASSERT_EQ(record.texts().size(), 2u);
         EXPECT_EQ(record.texts()[0].id, nameId);
-        EXPECT_EQ(record.texts()[0].text, u"가나다");
+        EXPECT_EQ(record.texts()[0].text, TEXT("가나다"));
         EXPECT_EQ(record.texts()[1].id, odd);
-        EXPECT_EQ(record.text(nameId), u"가나다");
-        EXPECT_EQ(record.text(odd), u"") << "an empty text is there";
+        EXPECT_EQ(record.text(nameId), TEXT("가나다"));
+        EXPECT_EQ(record.text(odd), TEXT("")) << "an empty text is there";
         EXPECT_FALSE(record.text(makePropId(31, CEVT_LPWSTR))) << "a missing one is not";
     }));
     EXPECT_EQ(visits, 1);
 }
 
 TEST_P(Reader, SortKeysOrderTheRecordsAndAreTheSameForASingleRead) {
-    OpenDatabase rows(u"Rows", nameId);
-    for (const char16_t* name : {u"b", u"a", u"B", u"나", u"가", u""}) {
+    OpenDatabase rows(TEXT("Rows"), nameId);
+    for (const WCHAR* name : {TEXT("b"), TEXT("a"), TEXT("B"), TEXT("나"), TEXT("가"), TEXT("")}) {
         rows.add(Row().name(name));
     }
     rows.add(Row().number(1));
-    DatabaseReader reader(u"Rows", nameId);
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     std::vector<std::pair<std::string, CEOID>> places;
     reader.readAll(sequence,
@@ -84,9 +84,9 @@ TEST_P(Reader, SortKeysOrderTheRecordsAndAreTheSameForASingleRead) {
 }
 
 TEST_P(Reader, ReadOfARecordThatIsGoneSaysSo) {
-    OpenDatabase rows(u"Rows");
-    const CEOID oid = rows.add(Row().name(u"a"));
-    DatabaseReader reader(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"));
+    const CEOID oid = rows.add(Row().name(TEXT("a")));
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     readAll(reader, sequence);
     rows.erase(oid);
@@ -95,19 +95,19 @@ TEST_P(Reader, ReadOfARecordThatIsGoneSaysSo) {
 }
 
 TEST_P(Reader, FollowsWhatBecameOfTheRecordsAndOfNoOtherDatabase) {
-    makeDatabase(u"Other");
-    OpenDatabase rows(u"Rows");
-    OpenDatabase other(u"Other");
-    const CEOID a = rows.add(Row().name(u"a"));
-    const CEOID b = rows.add(Row().name(u"b"));
-    DatabaseReader reader(u"Rows", nameId);
+    makeDatabase(TEXT("Other"));
+    OpenDatabase rows(TEXT("Rows"));
+    OpenDatabase other(TEXT("Other"));
+    const CEOID a = rows.add(Row().name(TEXT("a")));
+    const CEOID b = rows.add(Row().name(TEXT("b")));
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     readAll(reader, sequence);
     EXPECT_TRUE(changes(reader, sequence).empty());
 
-    other.add(Row().name(u"elsewhere"));
-    rows.write(a, Row().name(u"aa"));
-    const CEOID c = rows.add(Row().name(u"c"));
+    other.add(Row().name(TEXT("elsewhere")));
+    rows.write(a, Row().name(TEXT("aa")));
+    const CEOID c = rows.add(Row().name(TEXT("c")));
     rows.erase(b);
 
     using Kind = StoreChange::Kind;
@@ -117,19 +117,19 @@ TEST_P(Reader, FollowsWhatBecameOfTheRecordsAndOfNoOtherDatabase) {
 }
 
 TEST_P(Reader, CountsTheChangesOfAllDatabasesTogether) {
-    makeDatabase(u"Other");
-    OpenDatabase rows(u"Rows");
-    OpenDatabase others(u"Other");
-    DatabaseReader reader(u"Rows", nameId);
-    DatabaseReader otherReader(u"Other", nameId);
+    makeDatabase(TEXT("Other"));
+    OpenDatabase rows(TEXT("Rows"));
+    OpenDatabase others(TEXT("Other"));
+    DatabaseReader reader(TEXT("Rows"), nameId);
+    DatabaseReader otherReader(TEXT("Other"), nameId);
     std::uint64_t sequence = 0;
     std::uint64_t otherSequence = 0;
     readAll(reader, sequence);
     readAll(otherReader, otherSequence);
     const std::uint64_t start = sequence;
 
-    const CEOID a = rows.add(Row().name(u"a"));
-    others.add(Row().name(u"b"));
+    const CEOID a = rows.add(Row().name(TEXT("a")));
+    others.add(Row().name(TEXT("b")));
     rows.erase(a);
 
     const auto sequencesOf = [](DatabaseReader& each, std::uint64_t& since) {
@@ -147,8 +147,8 @@ TEST_P(Reader, CountsTheChangesOfAllDatabasesTogether) {
 }
 
 TEST_P(Reader, TellsWhenEachChangeWasWritten) {
-    OpenDatabase rows(u"Rows");
-    DatabaseReader reader(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"));
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     readAll(reader, sequence);
 
@@ -169,8 +169,8 @@ TEST_P(Reader, TellsWhenEachChangeWasWritten) {
 }
 
 TEST_P(Reader, FollowsManyChanges) {
-    OpenDatabase rows(u"Rows");
-    DatabaseReader reader(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"));
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     readAll(reader, sequence);
     {
@@ -183,8 +183,8 @@ TEST_P(Reader, FollowsManyChanges) {
 }
 
 TEST_P(Reader, StampDiffersOnceAnybodyWroteAndNotBefore) {
-    OpenDatabase rows(u"Rows");
-    const DatabaseReader reader(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"));
+    const DatabaseReader reader(TEXT("Rows"), nameId);
     const StoreStamp before = reader.stamp();
     rows.to(0);
     rows.read();
@@ -192,13 +192,13 @@ TEST_P(Reader, StampDiffersOnceAnybodyWroteAndNotBefore) {
     rows.add(Row().number(1));
     const StoreStamp own = reader.stamp();
     EXPECT_FALSE(own == before);
-    std::thread([] { OpenDatabase(u"Rows").add(Row().number(2)); }).join();
+    std::thread([] { OpenDatabase(TEXT("Rows")).add(Row().number(2)); }).join();
     EXPECT_FALSE(reader.stamp() == own);
 }
 
 TEST_P(Reader, StampDiffersInsideABatchAfterEachWrite) {
-    OpenDatabase rows(u"Rows");
-    const DatabaseReader reader(u"Rows", nameId);
+    OpenDatabase rows(TEXT("Rows"));
+    const DatabaseReader reader(TEXT("Rows"), nameId);
     const ObjectStoreBatch batch;
     StoreStamp before = reader.stamp();
     for (int i = 0; i < 3; ++i) {
@@ -209,14 +209,14 @@ TEST_P(Reader, StampDiffersInsideABatchAfterEachWrite) {
 }
 
 TEST_P(Reader, AnotherStoreIsReadAnew) {
-    OpenDatabase(u"Rows").add(Row().name(u"old"));
-    DatabaseReader reader(u"Rows", nameId);
+    OpenDatabase(TEXT("Rows")).add(Row().name(TEXT("old")));
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     EXPECT_EQ(readAll(reader, sequence).size(), 1u);
     const StoreStamp before = reader.stamp();
 
     ASSERT_TRUE(ObjectStore::mountMemory());
-    makeDatabase(u"Rows");
+    makeDatabase(TEXT("Rows"));
 
     EXPECT_FALSE(reader.stamp() == before);
     std::vector<StoreChange> found;
@@ -226,27 +226,27 @@ TEST_P(Reader, AnotherStoreIsReadAnew) {
 }
 
 TEST_P(Reader, DatabaseMadeAnewIsReadAnew) {
-    DatabaseReader reader(u"Rows", nameId);
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     readAll(reader, sequence);
-    CeDeleteDatabaseEx(OpenDatabase(u"Rows").oid());
-    makeDatabase(u"Rows");
+    CeDeleteDatabaseEx(OpenDatabase(TEXT("Rows")).oid());
+    makeDatabase(TEXT("Rows"));
     std::vector<StoreChange> found;
     EXPECT_EQ(reader.changesSince(sequence, found), ChangesResult::tooOld);
 }
 
 TEST_P(Reader, DatabaseThatIsNotThereCannotBeRead) {
-    DatabaseReader reader(u"Nowhere", nameId);
+    DatabaseReader reader(TEXT("Nowhere"), nameId);
     std::uint64_t sequence = 0;
     EXPECT_FALSE(reader.readAll(sequence, [](const RecordView&) {}));
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_P(Reader, SequenceThatTheLogNoLongerReachesIsTooOld) {
-    DatabaseReader reader(u"Rows", nameId);
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t start = 0;
     readAll(reader, start);
-    OpenDatabase rows(u"Rows");
+    OpenDatabase rows(TEXT("Rows"));
     const CEOID oid = rows.add(Row().number(0));
     {
         const ObjectStoreBatch batch;
@@ -260,24 +260,24 @@ TEST_P(Reader, SequenceThatTheLogNoLongerReachesIsTooOld) {
 
 TEST(ReaderOfALostBatch, WhatWasReadInABatchThatWasLostIsTooOld) {
     CountingMount mount;
-    makeDatabase(u"Rows");
-    OpenDatabase rows(u"Rows");
-    DatabaseReader reader(u"Rows", nameId);
+    makeDatabase(TEXT("Rows"));
+    OpenDatabase rows(TEXT("Rows"));
+    DatabaseReader reader(TEXT("Rows"), nameId);
     std::uint64_t sequence = 0;
     std::vector<StoreChange> found;
     const auto ignore = [](const RecordView&) {};
     {
         ObjectStoreBatch batch;
-        rows.add(Row().name(u"never was"));
+        rows.add(Row().name(TEXT("never was")));
         EXPECT_TRUE(reader.readAll(sequence, ignore));
         mount.log.loseNextUnit = true;
         EXPECT_FALSE(batch.end());
     }
-    rows.add(Row().name(u"is"));
+    rows.add(Row().name(TEXT("is")));
     EXPECT_EQ(reader.changesSince(sequence, found), ChangesResult::tooOld);
     int visits = 0;
     EXPECT_TRUE(reader.readAll(sequence, [&](const RecordView& record) {
-        EXPECT_EQ(record.text(nameId), u"is");
+        EXPECT_EQ(record.text(nameId), TEXT("is"));
         ++visits;
     }));
     EXPECT_EQ(visits, 1);
@@ -285,12 +285,12 @@ TEST(ReaderOfALostBatch, WhatWasReadInABatchThatWasLostIsTooOld) {
 
 TEST(ReaderOfALostBatch, AnotherThreadsLostBatchShowsInTheStamp) {
     CountingMount mount;
-    makeDatabase(u"Rows");
-    const DatabaseReader reader(u"Rows", nameId);
+    makeDatabase(TEXT("Rows"));
+    const DatabaseReader reader(TEXT("Rows"), nameId);
     const StoreStamp before = reader.stamp();
     std::thread([&] {
         ObjectStoreBatch batch;
-        OpenDatabase(u"Rows").add(Row().name(u"never was"));
+        OpenDatabase(TEXT("Rows")).add(Row().name(TEXT("never was")));
         mount.log.loseNextUnit = true;
         EXPECT_FALSE(batch.end());
     }).join();

@@ -29,9 +29,9 @@ inline std::map<std::string, std::string> filesButIndex(const std::filesystem::p
 /// A closed store with a database "Rows", in name order and then that of numbers, filled by `fill`.
 inline void makeStore(const std::filesystem::path& file, const std::function<void(OpenDatabase& rows)>& fill) {
     ASSERT_TRUE(ObjectStore::mount(file.string(), testing_support::quickOptions())) << ObjectStore::errorText();
-    makeDatabase(u"Rows", {{nameId, 0}});
+    makeDatabase(TEXT("Rows"), {{nameId, 0}});
     {
-        OpenDatabase rows(u"Rows", numberId);
+        OpenDatabase rows(TEXT("Rows"), numberId);
         fill(rows);
     }
     ObjectStore::unmount();
@@ -39,14 +39,14 @@ inline void makeStore(const std::filesystem::path& file, const std::function<voi
 
 inline void addRows(OpenDatabase& rows, int count) {
     for (int i = 0; i < count; ++i)
-        rows.add(Row().name(u"김민수 " + std::u16string(1, static_cast<char16_t>(u'a' + i % 26))).number(i));
+        rows.add(Row().name(TEXT("김민수 ") + WString(1, static_cast<WCHAR>(u'a' + i % 26))).number(i));
 }
 
 /// A process adds rows to the store's "Rows" and is killed, so that its log stays beside the file.
 inline void addRowsAndDie(const std::filesystem::path& file, int count) {
     testing_support::Forked process([&](testing_support::Line& parent) {
         if (!ObjectStore::mount(file.string(), testing_support::quickOptions())) throw std::runtime_error("no store");
-        OpenDatabase rows(u"Rows");
+        OpenDatabase rows(TEXT("Rows"));
         addRows(rows, count);
         parent.say(true);
         parent.hear<bool>();
@@ -57,7 +57,7 @@ inline void addRowsAndDie(const std::filesystem::path& file, int count) {
 }
 
 /// All records of "Rows", or of another database, in the store, by identifier.
-inline std::map<CEOID, ReadRecord> rowsIn(const std::filesystem::path& file, const WCHAR* name = u"Rows") {
+inline std::map<CEOID, ReadRecord> rowsIn(const std::filesystem::path& file, const WCHAR* name = TEXT("Rows")) {
     std::map<CEOID, ReadRecord> rows;
     EXPECT_TRUE(ObjectStore::mount(file.string(), testing_support::quickOptions())) << ObjectStore::errorText();
     {

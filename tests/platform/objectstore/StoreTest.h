@@ -7,7 +7,6 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -60,8 +59,8 @@ inline constexpr CEPROPID blobId = makePropId(9, CEVT_BLOB);
 /// Properties for a write, with what they point to.
 class Row {
 public:
-    Row& name(std::u16string text) { return text_(nameId, std::move(text)); }
-    Row& text(CEPROPID id, std::u16string value) { return text_(id, std::move(value)); }
+    Row& name(WString text) { return text_(nameId, std::move(text)); }
+    Row& text(CEPROPID id, WString value) { return text_(id, std::move(value)); }
     Row& number(std::int32_t value) {
         add(numberId).val.lVal = value;
         return *this;
@@ -111,14 +110,14 @@ private:
         values_.emplace_back().propid = id;
         return values_.back();
     }
-    Row& text_(CEPROPID id, std::u16string text) {
+    Row& text_(CEPROPID id, WString text) {
         texts_.push_back(std::move(text));
         add(id).val.lpwstr = texts_.back().data();
         return *this;
     }
 
     std::vector<CEPROPVAL> values_;
-    std::deque<std::u16string> texts_;
+    std::deque<WString> texts_;
     std::deque<std::string> blobs_;
 };
 
@@ -127,10 +126,10 @@ struct ReadRecord {
     CEOID oid = 0;
     std::vector<CEPROPID> ids;
     std::map<CEPROPID, CEPROPVAL> values;
-    std::map<CEPROPID, std::u16string> texts;
+    std::map<CEPROPID, WString> texts;
     std::map<CEPROPID, std::string> blobs;
 
-    std::u16string name() const { return texts.count(nameId) != 0 ? texts.at(nameId) : u"(none)"; }
+    WString name() const { return texts.count(nameId) != 0 ? texts.at(nameId) : TEXT("(none)"); }
     std::int32_t number() const { return values.at(numberId).val.lVal; }
 };
 

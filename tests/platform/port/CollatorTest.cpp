@@ -13,7 +13,7 @@ using Platform::port::Collator;
 
 namespace {
 
-std::u16string textOf(const std::vector<std::uint16_t>& units) {
+WString textOf(const std::vector<std::uint16_t>& units) {
     return {units.begin(), units.end()};
 }
 
@@ -22,7 +22,7 @@ int signOf(int value) {
 }
 
 /// What ICU's comparison, which makes no keys, says.
-int comparedByIcu(const char* locale, UCollationStrength strength, const std::u16string& a, const std::u16string& b) {
+int comparedByIcu(const char* locale, UCollationStrength strength, const WString& a, const WString& b) {
     UErrorCode status = U_ZERO_ERROR;
     UCollator* collator = ucol_open(locale, &status);
     ucol_setStrength(collator, strength);
@@ -45,46 +45,46 @@ rc::Gen<std::vector<std::uint16_t>> arbitraryUnits() {
 TEST(Collator, OrdersAsPeopleDo) {
     const Collator collator("", false);
 
-    EXPECT_LT(collator.sortKey(u"apple"), collator.sortKey(u"Banana"));
-    EXPECT_LT(collator.sortKey(u"banana"), collator.sortKey(u"Banana"));
-    EXPECT_LT(collator.sortKey(u"resume"), collator.sortKey(u"r\u00E9sum\u00E9"));
-    EXPECT_LT(collator.sortKey(u"\uAC00"), collator.sortKey(u"\uB098"));
-    EXPECT_LT(collator.sortKey(u"a"), collator.sortKey(u"aa"));
+    EXPECT_LT(collator.sortKey(TEXT("apple")), collator.sortKey(TEXT("Banana")));
+    EXPECT_LT(collator.sortKey(TEXT("banana")), collator.sortKey(TEXT("Banana")));
+    EXPECT_LT(collator.sortKey(TEXT("resume")), collator.sortKey(TEXT("r\u00E9sum\u00E9")));
+    EXPECT_LT(collator.sortKey(TEXT("\uAC00")), collator.sortKey(TEXT("\uB098")));
+    EXPECT_LT(collator.sortKey(TEXT("a")), collator.sortKey(TEXT("aa")));
 }
 
 TEST(Collator, FollowsItsLocale) {
-    EXPECT_GT(Collator("sv_SE", false).sortKey(u"\u00E5"), Collator("sv_SE", false).sortKey(u"z"));
-    EXPECT_LT(Collator("de_DE", false).sortKey(u"\u00E5"), Collator("de_DE", false).sortKey(u"z"));
+    EXPECT_GT(Collator("sv_SE", false).sortKey(TEXT("\u00E5")), Collator("sv_SE", false).sortKey(TEXT("z")));
+    EXPECT_LT(Collator("de_DE", false).sortKey(TEXT("\u00E5")), Collator("de_DE", false).sortKey(TEXT("z")));
 }
 
 TEST(Collator, IgnoringCaseStillTellsAccentsApart) {
     const Collator collator("", true);
 
-    EXPECT_EQ(collator.sortKey(u"KIM"), collator.sortKey(u"kim"));
-    EXPECT_NE(collator.sortKey(u"e"), collator.sortKey(u"\u00E9"));
+    EXPECT_EQ(collator.sortKey(TEXT("KIM")), collator.sortKey(TEXT("kim")));
+    EXPECT_NE(collator.sortKey(TEXT("e")), collator.sortKey(TEXT("\u00E9")));
 }
 
 TEST(Collator, TellsCasesApartUnlessToldNotTo) {
     const Collator collator("", false);
 
-    EXPECT_NE(collator.sortKey(u"KIM"), collator.sortKey(u"kim"));
+    EXPECT_NE(collator.sortKey(TEXT("KIM")), collator.sortKey(TEXT("kim")));
 }
 
 TEST(Collator, TheEmptyTextComesFirst) {
     const Collator collator("", false);
 
-    EXPECT_LT(collator.sortKey(std::u16string_view()), collator.sortKey(u" "));
-    EXPECT_EQ(collator.sortKey(std::u16string_view()), collator.sortKey(u""));
+    EXPECT_LT(collator.sortKey(WStringView()), collator.sortKey(TEXT(" ")));
+    EXPECT_EQ(collator.sortKey(WStringView()), collator.sortKey(TEXT("")));
 }
 
 TEST(Collator, AnUnknownLocaleOrdersAsTheRootDoes) {
-    EXPECT_EQ(Collator("xx_YY", false).sortKey(u"\u00E5z"), Collator("", false).sortKey(u"\u00E5z"));
+    EXPECT_EQ(Collator("xx_YY", false).sortKey(TEXT("\u00E5z")), Collator("", false).sortKey(TEXT("\u00E5z")));
     EXPECT_EQ(Collator("xx_YY", false).version(), Collator("", false).version());
 }
 
 TEST(Collator, KeysOfLongTextsAreWhole) {
     const Collator collator("", false);
-    const std::u16string text(10'000, u'\u00E9');
+    const WString text(10'000, u'\u00E9');
 
     EXPECT_LT(collator.sortKey(text), collator.sortKey(text + u'a'));
     EXPECT_GT(collator.sortKey(text).size(), text.size());

@@ -1,5 +1,3 @@
-#include <string>
-
 #include <gtest/gtest.h>
 
 #include "tessera/platform/port/IcuDates.h"
@@ -16,32 +14,32 @@ namespace {
 struct Expected {
     const char* locale;
     DateOrder order;
-    std::u16string first, second, after;
+    WString first, second, after;
     bool padded;
 };
 
 void expectPattern(const DatePattern& pattern, const Expected& expected) {
     EXPECT_EQ(pattern.order, expected.order) << expected.locale;
-    EXPECT_EQ(pattern.before, u"") << expected.locale;
+    EXPECT_EQ(pattern.before, TEXT("")) << expected.locale;
     EXPECT_EQ(pattern.separators[0], expected.first) << expected.locale;
     EXPECT_EQ(pattern.separators[1], expected.second) << expected.locale;
     EXPECT_EQ(pattern.after, expected.after) << expected.locale;
     EXPECT_EQ(pattern.padded, expected.padded) << expected.locale;
 }
 
-const Expected iso = {"iso", DateOrder::yearMonthDay, u"-", u"-", u"", true};
+const Expected iso = {"iso", DateOrder::yearMonthDay, TEXT("-"), TEXT("-"), TEXT(""), true};
 
 }  // namespace
 
 TEST(DatePattern, FollowsTheLocalesShortDate) {
     const Expected patterns[] = {
-        {"ko_KR", DateOrder::yearMonthDay, u". ", u". ", u".", false},
-        {"en_US", DateOrder::monthDayYear, u"/", u"/", u"", false},
-        {"en_GB", DateOrder::dayMonthYear, u"/", u"/", u"", true},
-        {"de_DE", DateOrder::dayMonthYear, u".", u".", u"", true},
-        {"sv_SE", DateOrder::yearMonthDay, u"-", u"-", u"", true},
-        {"hu_HU", DateOrder::yearMonthDay, u". ", u". ", u".", true},
-        {"fi_FI", DateOrder::dayMonthYear, u".", u".", u"", false},
+        {"ko_KR", DateOrder::yearMonthDay, TEXT(". "), TEXT(". "), TEXT("."), false},
+        {"en_US", DateOrder::monthDayYear, TEXT("/"), TEXT("/"), TEXT(""), false},
+        {"en_GB", DateOrder::dayMonthYear, TEXT("/"), TEXT("/"), TEXT(""), true},
+        {"de_DE", DateOrder::dayMonthYear, TEXT("."), TEXT("."), TEXT(""), true},
+        {"sv_SE", DateOrder::yearMonthDay, TEXT("-"), TEXT("-"), TEXT(""), true},
+        {"hu_HU", DateOrder::yearMonthDay, TEXT(". "), TEXT(". "), TEXT("."), true},
+        {"fi_FI", DateOrder::dayMonthYear, TEXT("."), TEXT("."), TEXT(""), false},
     };
     for (const Expected& expected : patterns) {
         expectPattern(datePatternOf(expected.locale), expected);
@@ -52,12 +50,12 @@ TEST(DatePattern, QuotedTextBelongsToWhatStandsBehind) {
     const DatePattern bulgarian = datePatternOf("bg_BG");
 
     EXPECT_EQ(bulgarian.order, DateOrder::dayMonthYear);
-    EXPECT_TRUE(bulgarian.after.ends_with(u"\u0433."));
+    EXPECT_TRUE(bulgarian.after.ends_with(TEXT("\u0433.")));
 }
 
 TEST(DatePattern, ALocaleWithACalendarOfItsOwnWritesGregorianDates) {
     EXPECT_EQ(datePatternOf("th_TH").order, DateOrder::dayMonthYear);
-    EXPECT_EQ(datePatternOf("th_TH").after, u"");
+    EXPECT_EQ(datePatternOf("th_TH").after, TEXT(""));
     EXPECT_EQ(datePatternOf("fa_IR").order, DateOrder::yearMonthDay);
 }
 

@@ -14,7 +14,7 @@ namespace {
 /// A window with a message map of its own, and a second class below it that adds a row.
 class CountingWindow : public CWnd {
 public:
-    BOOL create() { return CreateEx(0, u"Counting", u"Counting", 0, 0, 0, 0, 0, 0, 0); }
+    BOOL create() { return CreateEx(0, TEXT("Counting"), TEXT("Counting"), 0, 0, 0, 0, 0, 0, 0); }
 
     int created = 0;
     int counted = 0;
@@ -115,7 +115,7 @@ TEST(CWnd, CreationIsToldWhatItWasGiven) {
     EXPECT_EQ(seen.lpCreateParams, &given);
     EXPECT_EQ(seen.dwExStyle, WS_EX_NOACTIVATE);
     EXPECT_EQ(seen.style, 0U);
-    EXPECT_EQ(CString(seen.lpszName), CString(u"RecordingWindow"));
+    EXPECT_EQ(CString(seen.lpszName), CString(TEXT("RecordingWindow")));
     EXPECT_EQ(CString(seen.lpszClass), CString(AfxRegisterWndClass(0)));
 }
 
@@ -260,7 +260,7 @@ TEST(MessageMap, TheMostDerivedHandlerIsFoundAndThenItsBases) {
 
 TEST(MessageMap, WhatNobodyHandlesIsAnsweredWithZero) {
     CWnd plain;
-    EXPECT_TRUE(plain.CreateEx(0, u"Plain", u"Plain", 0, 0, 0, 0, 0, 0, 0));
+    EXPECT_TRUE(plain.CreateEx(0, TEXT("Plain"), TEXT("Plain"), 0, 0, 0, 0, 0, 0, 0));
 
     EXPECT_EQ(plain.WindowProc(WM_CREATE, 0, 0), 0);
     EXPECT_EQ(plain.WindowProc(WM_APP + 7, 1, 2), 0);

@@ -17,8 +17,8 @@ public:
     ~RecordingWindow() override { DestroyWindow(); }
 
     BOOL create(void* param = nullptr) {
-        return CreateEx(WS_EX_NOACTIVATE, AfxRegisterWndClass(0), u"RecordingWindow", 0, CW_USEDEFAULT, CW_USEDEFAULT,
-                        CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, param);
+        return CreateEx(WS_EX_NOACTIVATE, AfxRegisterWndClass(0), TEXT("RecordingWindow"), 0, CW_USEDEFAULT,
+                        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, param);
     }
     void answer(UINT message, Answer answer) { answers_[message] = std::move(answer); }
 

@@ -12,26 +12,28 @@ using namespace PhoneBook;
 
 namespace {
 
-constexpr const WCHAR* names[] = {u"Kim",    u"kim",     u"Kim, Minsu", u"김민수", u"이영희",         u"박 서연",
-                                  u"Ömer",   u"e\u0301", u"\u00e9",     u"😀 Ann",  u"O'Hara \"Pat\"", u"",
-                                  u"\xD800", u"A"};
+constexpr const WCHAR* names[] = {TEXT("Kim"),    TEXT("kim"),     TEXT("Kim, Minsu"),     TEXT("김민수"),
+                                  TEXT("이영희"), TEXT("박 서연"), TEXT("Ömer"),           TEXT("e\u0301"),
+                                  TEXT("\u00e9"), TEXT("😀 Ann"),   TEXT("O'Hara \"Pat\""), TEXT(""),
+                                  TEXT("\xD800"), TEXT("A")};
 
-constexpr const WCHAR* numbers[] = {u"010-1234-5678",
-                                    u"01012345678",
-                                    u"1234",
-                                    u"+82 10-1234-5678",
-                                    u"02-333-4444",
-                                    u"023334444",
-                                    u"031 555 6666",
-                                    u"010-1111-2222",
-                                    u"",
-                                    u"1588p*12#",
-                                    u"+8210",
-                                    u"no number",
-                                    u"0",
-                                    u"0212345678901234567890123456789012345678"};
+constexpr const WCHAR* numbers[] = {TEXT("010-1234-5678"),
+                                    TEXT("01012345678"),
+                                    TEXT("1234"),
+                                    TEXT("+82 10-1234-5678"),
+                                    TEXT("02-333-4444"),
+                                    TEXT("023334444"),
+                                    TEXT("031 555 6666"),
+                                    TEXT("010-1111-2222"),
+                                    TEXT(""),
+                                    TEXT("1588p*12#"),
+                                    TEXT("+8210"),
+                                    TEXT("no number"),
+                                    TEXT("0"),
+                                    TEXT("0212345678901234567890123456789012345678")};
 
-constexpr const WCHAR* groupNames[] = {u"Family", u"Work", u"가족", u"친구", u"", u"Say \"hi\"", u"A;B", u"family"};
+constexpr const WCHAR* groupNames[] = {TEXT("Family"), TEXT("Work"),       TEXT("가족"), TEXT("친구"),
+                                       TEXT(""),       TEXT("Say \"hi\""), TEXT("A;B"),  TEXT("family")};
 
 /// How long texts are: the longest but one does fit into a property, the longest does not.
 constexpr std::size_t lengths[] = {0, 1, 2, 20, 300, 5'000, 32'735, 33'000};
@@ -44,9 +46,9 @@ constexpr DATE birthdays[] = {0.0, 1.0, 36'526.0, 25'569.5, dtNoBirthday_, -1.0,
 constexpr CEPROPID slotNumbers[] = {ContactProperty::mobileTelephoneNumber, ContactProperty::homeTelephoneNumber,
                                     ContactProperty::businessTelephoneNumber};
 
-CString plus(std::u16string_view text, unsigned number) {
+CString plus(WStringView text, unsigned number) {
     const std::string digits = std::to_string(number);
-    return CString(std::u16string(text) + std::u16string(digits.begin(), digits.end()));
+    return CString(WString(text) + WString(digits.begin(), digits.end()));
 }
 
 }  // namespace
@@ -59,11 +61,11 @@ CString textOfContact(CEOID contact, WORD ident) {
 }
 
 CString Parameters::name() {
-    return oneIn(4) ? plus(u"Person ", below(100)) : CString(oneOf(names));
+    return oneIn(4) ? plus(TEXT("Person "), below(100)) : CString(oneOf(names));
 }
 
 CString Parameters::number() {
-    return oneIn(4) ? plus(u"010-", below(30)) : CString(oneOf(numbers));
+    return oneIn(4) ? plus(TEXT("010-"), below(30)) : CString(oneOf(numbers));
 }
 
 CString Parameters::groupName() {
@@ -74,7 +76,7 @@ CString Parameters::groupName() {
 CString Parameters::categories() {
     CString all;
     for (unsigned count = below(4); count != 0; --count) {
-        if (!all.IsEmpty()) all += u", ";
+        if (!all.IsEmpty()) all += TEXT(", ");
         all += groupName();
     }
     return all;
@@ -82,8 +84,8 @@ CString Parameters::categories() {
 
 CString Parameters::text() {
     if (!oneIn(8)) return name();
-    const WCHAR unit = oneOf(std::u16string_view(u"a가\""));
-    return CString(std::u16string(oneOf(lengths), unit));
+    const WCHAR unit = oneOf(WStringView(TEXT("a가\"")));
+    return CString(WString(oneOf(lengths), unit));
 }
 
 DWORD Parameters::slot() {

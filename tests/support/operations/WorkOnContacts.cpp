@@ -68,8 +68,8 @@ PhoneBookOperation insertSample(Parameters&) {
 /// A file that is gone with the process, however that ends.
 class FileInMemory {
 public:
-    explicit FileInMemory(const std::u16string& text) : file_(::memfd_create("import", MFD_CLOEXEC)) {
-        const std::size_t bytes = text.size() * sizeof(char16_t);
+    explicit FileInMemory(const WString& text) : file_(::memfd_create("import", MFD_CLOEXEC)) {
+        const std::size_t bytes = text.size() * sizeof(WCHAR);
         if (::write(file_, text.data(), bytes) != static_cast<ssize_t>(bytes)) throw std::runtime_error("no file");
     }
     ~FileInMemory() { ::close(file_); }
@@ -83,16 +83,16 @@ private:
 };
 
 /// A value of a list; quotes within are passed over.
-std::u16string listed(const CString& text) {
-    std::u16string value;
+WString listed(const CString& text) {
+    WString value;
     for (const WCHAR unit : text.view()) {
         if (unit != u'"') value += unit;
     }
     return u'"' + value + u'"';
 }
 
-std::u16string lineOf(const PBRecord& record) {
-    std::u16string line;
+WString lineOf(const PBRecord& record) {
+    WString line;
     for (const PBAttribute& attribute : aPBAttribute_) {
         if (attribute.mask != 0) line += listed(getPBRecordFieldStr(record, attribute.mask)) + u',';
     }
@@ -101,7 +101,7 @@ std::u16string lineOf(const PBRecord& record) {
 
 /// An import commits now and then, by the clock: here it is one unit.
 PhoneBookOperation import(Parameters& parameters) {
-    std::u16string text = u"Name\n";
+    WString text = TEXT("Name\n");
     std::string lines;
     for (unsigned count = parameters.below(4); count != 0; --count) {
         const PBRecord record = parameters.record(true);

@@ -45,14 +45,14 @@ TEST(Encoding, IsRecognisedByItsMark) {
 TEST(Encoding, IsRecognisedWithoutAMarkWhereThatIsSure) {
     EXPECT_EQ(recognised("Name\nAnna\n"), "UTF-8");
     EXPECT_EQ(recognised("이름\n김민수\n"), "UTF-8");
-    const std::string little = utf16Bytes(u"이름\n김민수\n");
+    const std::string little = utf16Bytes(TEXT("이름\n김민수\n"));
     EXPECT_EQ(recognised(little), "UTF-16LE");
     EXPECT_EQ(recognised(swapped(little)), "UTF-16BE");
-    const std::string latin = utf16Bytes(u"Name\nAnna\n");
+    const std::string latin = utf16Bytes(TEXT("Name\nAnna\n"));
     EXPECT_EQ(recognised(latin), "UTF-16LE");
     EXPECT_EQ(recognised(swapped(latin)), "UTF-16BE");
     // The first byte of this character is that of a line feed.
-    EXPECT_EQ(recognised(swapped(utf16Bytes(u"上\n上가\n"))), "UTF-16BE");
+    EXPECT_EQ(recognised(swapped(utf16Bytes(TEXT("上\n上가\n")))), "UTF-16BE");
 }
 
 TEST(Encoding, OfKoreanTextIsRecognisedAlsoWhereASyllableIsRare) {
@@ -72,10 +72,10 @@ TEST(Encoding, ASingleZeroDoesNotMakeUtf8SomethingElse) {
 
 TEST(Encoding, IsReadUnderTheNamesThatFilesGiveIt) {
     for (const std::string name : {"EUC-KR", "euc-kr", "KS_C_5601-1987", "CP949", "UHC", "ms949", "windows-949"})
-        EXPECT_EQ(Tool::decodeWhole("\x8C\x63", name), u"똠") << name;
-    EXPECT_EQ(Tool::decodeWhole("\x8E\x52\x93\x63", "SHIFT_JIS"), u"山田");
-    EXPECT_EQ(Tool::decodeWhole("M\xFCller", "ISO-8859-1"), u"Müller");
-    EXPECT_EQ(Tool::decodeWhole("\xEA\xB9\x80", "utf-8"), u"김");
+        EXPECT_EQ(Tool::decodeWhole("\x8C\x63", name), TEXT("똠")) << name;
+    EXPECT_EQ(Tool::decodeWhole("\x8E\x52\x93\x63", "SHIFT_JIS"), TEXT("山田"));
+    EXPECT_EQ(Tool::decodeWhole("M\xFCller", "ISO-8859-1"), TEXT("Müller"));
+    EXPECT_EQ(Tool::decodeWhole("\xEA\xB9\x80", "utf-8"), TEXT("김"));
 }
 
 TEST(Encoding, IsKnownOrNot) {
@@ -90,17 +90,17 @@ TEST(Encoding, TextIsReadUpToWhatMeansNothing) {
         "d",
         "UTF-8");
     EXPECT_FALSE(decoded.whole);
-    EXPECT_EQ(decoded.text, u"ab\nc");
+    EXPECT_EQ(decoded.text, TEXT("ab\nc"));
 }
 
 TEST(SourceText, IsUtf8WhateverItWas) {
-    EXPECT_EQ(SourceText("", "\xFF\xFE" + utf16Bytes(u"김\n"), "").utf8(), "김\n");
-    EXPECT_EQ(SourceText("", swapped("\xFF\xFE" + utf16Bytes(u"김\n")), "").utf8(), "김\n");
+    EXPECT_EQ(SourceText("", "\xFF\xFE" + utf16Bytes(TEXT("김\n")), "").utf8(), "김\n");
+    EXPECT_EQ(SourceText("", swapped("\xFF\xFE" + utf16Bytes(TEXT("김\n"))), "").utf8(), "김\n");
     EXPECT_EQ(SourceText("", "\xEF\xBB\xBF김\n", "").utf8(), "김\n");
     EXPECT_EQ(SourceText("", "\xB1\xE8\n", "").utf8(), "김\n");
     EXPECT_EQ(SourceText("", "M\xFCller\n", "ISO-8859-1").utf8(), "Müller\n");
     EXPECT_EQ(SourceText("", "\xEF\xBB\xBF김\n", "UTF-8").utf8(), "김\n");
-    EXPECT_EQ(SourceText("", "\xFF\xFE" + utf16Bytes(u"김\n"), "UTF-16LE").utf8(), "김\n");
+    EXPECT_EQ(SourceText("", "\xFF\xFE" + utf16Bytes(TEXT("김\n")), "UTF-16LE").utf8(), "김\n");
 }
 
 TEST(SourceText, SaysWhichLineIsNoText) {
@@ -111,7 +111,7 @@ TEST(SourceText, SaysWhichLineIsNoText) {
     EXPECT_THAT(failureOf("\xEF\xBB\xBF"
                           "a\nP\xE9ter\n"),
                 HasSubstr("line 2 is neither"));
-    EXPECT_THAT(failureOf("\xFF\xFE" + utf16Bytes(u"a\n") + std::string("\x3D\xD8 \0", 4)),
+    EXPECT_THAT(failureOf("\xFF\xFE" + utf16Bytes(TEXT("a\n")) + std::string("\x3D\xD8 \0", 4)),
                 HasSubstr("line 2 is no UTF-16LE text"));
     EXPECT_THAT(failureOf("\xFF\xFE"
                           "a"),

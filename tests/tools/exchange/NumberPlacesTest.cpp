@@ -24,20 +24,22 @@ ContactDraft placed(std::vector<FoundNumber> numbers) {
 }  // namespace
 
 TEST(NumberKinds, AreKnownByWordsOfCardsLabelsAndHeadings) {
-    const std::vector<std::pair<std::u16string, NumberKind>> words = {
-        {u"CELL VOICE", NumberKind::mobile}, {u"HOME VOICE", NumberKind::home},  {u"WORK", NumberKind::business},
-        {u"FAX HOME", NumberKind::fax},      {u"HomeFAX", NumberKind::fax},      {u"PAGER WORK", NumberKind::pager},
-        {u"WORK CELL", NumberKind::mobile},  {u"휴대 전화", NumberKind::mobile}, {u"집 전화", NumberKind::home},
-        {u"회사 팩스", NumberKind::fax},     {u"직장", NumberKind::business},    {u"삐삐", NumberKind::pager}};
+    const std::vector<std::pair<WString, NumberKind>> words = {
+        {TEXT("CELL VOICE"), NumberKind::mobile}, {TEXT("HOME VOICE"), NumberKind::home},
+        {TEXT("WORK"), NumberKind::business},     {TEXT("FAX HOME"), NumberKind::fax},
+        {TEXT("HomeFAX"), NumberKind::fax},       {TEXT("PAGER WORK"), NumberKind::pager},
+        {TEXT("WORK CELL"), NumberKind::mobile},  {TEXT("휴대 전화"), NumberKind::mobile},
+        {TEXT("집 전화"), NumberKind::home},      {TEXT("회사 팩스"), NumberKind::fax},
+        {TEXT("직장"), NumberKind::business},     {TEXT("삐삐"), NumberKind::pager}};
     for (const auto& [word, kind] : words)
         EXPECT_EQ(Tool::numberKindOf(word), kind) << utf8Of(word);
-    EXPECT_EQ(Tool::numberKindOf(u"VOICE PREF"), std::nullopt);
-    EXPECT_EQ(Tool::numberKindOf(u""), std::nullopt);
+    EXPECT_EQ(Tool::numberKindOf(TEXT("VOICE PREF")), std::nullopt);
+    EXPECT_EQ(Tool::numberKindOf(TEXT("")), std::nullopt);
 }
 
 TEST(NumberPlaces, OfNumbersOfNoKindAreTheFirstFreeOnes) {
     const ContactDraft draft =
-        placed({{NumberKind::other, u"1"}, {NumberKind::mobile, u"2"}, {NumberKind::other, u"3"}});
+        placed({{NumberKind::other, TEXT("1")}, {NumberKind::mobile, TEXT("2")}, {NumberKind::other, TEXT("3")}});
     EXPECT_EQ(in(draft, PBDBATTR_MOBILETEL), "2");
     EXPECT_EQ(in(draft, PBDBATTR_HOMETEL), "1");
     EXPECT_EQ(in(draft, PBDBATTR_BUSINESSTEL), "3");
@@ -46,7 +48,7 @@ TEST(NumberPlaces, OfNumbersOfNoKindAreTheFirstFreeOnes) {
 
 TEST(NumberPlaces, AreTwoForANumberOfTwoKindsAndNoneMoreForOneThatIsThere) {
     const ContactDraft draft =
-        placed({{NumberKind::mobile, u"1"}, {NumberKind::home, u"1"}, {NumberKind::other, u"1"}});
+        placed({{NumberKind::mobile, TEXT("1")}, {NumberKind::home, TEXT("1")}, {NumberKind::other, TEXT("1")}});
     EXPECT_EQ(in(draft, PBDBATTR_MOBILETEL), "1");
     EXPECT_EQ(in(draft, PBDBATTR_HOMETEL), "1");
     EXPECT_FALSE(draft.has(PBDBATTR_BUSINESSTEL));
@@ -54,8 +56,10 @@ TEST(NumberPlaces, AreTwoForANumberOfTwoKindsAndNoneMoreForOneThatIsThere) {
 }
 
 TEST(NumberPlaces, OfFaxesAndPagersAreNotForVoice) {
-    const ContactDraft draft = placed(
-        {{NumberKind::fax, u"1"}, {NumberKind::fax, u"2"}, {NumberKind::pager, u"3"}, {NumberKind::pager, u"4"}});
+    const ContactDraft draft = placed({{NumberKind::fax, TEXT("1")},
+                                       {NumberKind::fax, TEXT("2")},
+                                       {NumberKind::pager, TEXT("3")},
+                                       {NumberKind::pager, TEXT("4")}});
     EXPECT_FALSE(draft.has(PBDBATTR_MOBILETEL));
     EXPECT_THAT(draft.remarks, ElementsAre("its number \"2\" has no place and is left out",
                                            "its number \"4\" has no place and is left out"));
@@ -63,7 +67,7 @@ TEST(NumberPlaces, OfFaxesAndPagersAreNotForVoice) {
 
 TEST(NumberPlaces, AreGivenToThePreferredFirst) {
     const ContactDraft draft =
-        placed({{NumberKind::home, u"1"}, {NumberKind::home, u"2", 7}, {NumberKind::home, u"3", 3}});
+        placed({{NumberKind::home, TEXT("1")}, {NumberKind::home, TEXT("2"), 7}, {NumberKind::home, TEXT("3"), 3}});
     EXPECT_EQ(in(draft, PBDBATTR_HOMETEL), "3");
     EXPECT_EQ(in(draft, PBDBATTR_MOBILETEL), "2");
     EXPECT_EQ(in(draft, PBDBATTR_BUSINESSTEL), "1");
@@ -71,33 +75,34 @@ TEST(NumberPlaces, AreGivenToThePreferredFirst) {
 }
 
 TEST(NumberPlaces, GiveTheMostPreferredTheFirstRankWhereverItIs) {
-    const ContactDraft elsewhere = placed({{NumberKind::other, u"1", 1}, {NumberKind::mobile, u"2", 2}});
+    const ContactDraft elsewhere = placed({{NumberKind::other, TEXT("1"), 1}, {NumberKind::mobile, TEXT("2"), 2}});
     EXPECT_EQ(in(elsewhere, PBDBATTR_HOMETEL), "1");
     EXPECT_EQ(in(elsewhere, PBDBATTR_PRIMARYTELNO), "8");
-    const ContactDraft twice = placed({{NumberKind::other, u"1", 1}, {NumberKind::mobile, u"1"}});
+    const ContactDraft twice = placed({{NumberKind::other, TEXT("1"), 1}, {NumberKind::mobile, TEXT("1")}});
     EXPECT_EQ(in(twice, PBDBATTR_PRIMARYTELNO), "4");
     const ContactDraft leftOut =
-        placed({{NumberKind::fax, u"1", 1}, {NumberKind::fax, u"2", 2}, {NumberKind::home, u"3", 3}});
+        placed({{NumberKind::fax, TEXT("1"), 1}, {NumberKind::fax, TEXT("2"), 2}, {NumberKind::home, TEXT("3"), 3}});
     EXPECT_EQ(in(leftOut, PBDBATTR_PRIMARYTELNO), "2048");
 }
 
 TEST(PersonName, IsWrittenInTheOrderOfItsScript) {
-    EXPECT_EQ(Tool::PersonName({.family = u"Kim", .given = u"Anna", .middle = u"M."}).whole(), u"Anna M. Kim");
-    EXPECT_EQ(Tool::PersonName({.family = u"남궁", .given = u"민수"}).whole(), u"남궁민수");
-    EXPECT_EQ(Tool::PersonName({.family = u"山田", .given = u"はなこ"}).whole(), u"山田はなこ");
-    EXPECT_EQ(Tool::PersonName({.family = u"김", .given = u"Anna"}).whole(), u"Anna 김");
-    EXPECT_EQ(Tool::PersonName({.family = u"김"}).whole(), u"김");
-    EXPECT_EQ(Tool::PersonName({}).whole(), u"");
+    EXPECT_EQ(Tool::PersonName({.family = TEXT("Kim"), .given = TEXT("Anna"), .middle = TEXT("M.")}).whole(),
+              TEXT("Anna M. Kim"));
+    EXPECT_EQ(Tool::PersonName({.family = TEXT("남궁"), .given = TEXT("민수")}).whole(), TEXT("남궁민수"));
+    EXPECT_EQ(Tool::PersonName({.family = TEXT("山田"), .given = TEXT("はなこ")}).whole(), TEXT("山田はなこ"));
+    EXPECT_EQ(Tool::PersonName({.family = TEXT("김"), .given = TEXT("Anna")}).whole(), TEXT("Anna 김"));
+    EXPECT_EQ(Tool::PersonName({.family = TEXT("김")}).whole(), TEXT("김"));
+    EXPECT_EQ(Tool::PersonName({}).whole(), TEXT(""));
 }
 
 TEST(PersonName, IsTakenApartAsThePhoneBookDoes) {
-    const auto parts = [](std::u16string_view name) {
+    const auto parts = [](WStringView name) {
         const Tool::PersonName taken = Tool::partsOfName(name);
         return utf8Of(taken.family) + "|" + utf8Of(taken.given);
     };
-    EXPECT_EQ(parts(u"Anna Kim"), "Kim|Anna");
-    EXPECT_EQ(parts(u"Kim, Anna"), "Kim|Anna");
-    EXPECT_EQ(parts(u"김 민수"), "김|민수");
-    EXPECT_EQ(parts(u"김민수"), "|김민수");
-    EXPECT_EQ(parts(u""), "|");
+    EXPECT_EQ(parts(TEXT("Anna Kim")), "Kim|Anna");
+    EXPECT_EQ(parts(TEXT("Kim, Anna")), "Kim|Anna");
+    EXPECT_EQ(parts(TEXT("김 민수")), "김|민수");
+    EXPECT_EQ(parts(TEXT("김민수")), "|김민수");
+    EXPECT_EQ(parts(TEXT("")), "|");
 }

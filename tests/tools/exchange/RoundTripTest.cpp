@@ -20,26 +20,27 @@ using Tool::VCardVersion;
 
 namespace {
 
-using Pieces = std::vector<std::u16string>;
+using Pieces = std::vector<WString>;
 
 /// What texts are made of: everything that means something to one of the formats, in characters that CP949 has.
-const Pieces koreanPieces = {u"a",           u"Z",   u"n", u"=",  u"3D",     u" ",         u"\t",
-                             u",",           u";",   u":", u"\\", u"\"",     u"\n",        u"'",
-                             u"김",          u"힣",  u"+", u"@",  u"\u0001", u"END:VCARD", u"\nBEGIN:VCARD\n",
-                             u"begin:vcard", u"tel:"};
+const Pieces koreanPieces = {
+    TEXT("a"),           TEXT("Z"),   TEXT("n"), TEXT("="),  TEXT("3D"),     TEXT(" "),         TEXT("\t"),
+    TEXT(","),           TEXT(";"),   TEXT(":"), TEXT("\\"), TEXT("\""),     TEXT("\n"),        TEXT("'"),
+    TEXT("김"),          TEXT("힣"),  TEXT("+"), TEXT("@"),  TEXT("\u0001"), TEXT("END:VCARD"), TEXT("\nBEGIN:VCARD\n"),
+    TEXT("begin:vcard"), TEXT("tel:")};
 
 /// And characters that only Unicode has.
 const Pieces allPieces = [] {
     Pieces pieces = koreanPieces;
-    pieces.insert(pieces.end(), {u"é", u"😀", u"\u2028"});
+    pieces.insert(pieces.end(), {TEXT("é"), TEXT("😀"), TEXT("\u2028")});
     return pieces;
 }();
 
 /// Never blank.
 rc::Gen<CString> text(const Pieces& pieces) {
     return rc::gen::map(rc::gen::container<Pieces>(rc::gen::elementOf(pieces)), [](const Pieces& chosen) {
-        std::u16string all = u"x";
-        for (const std::u16string& piece : chosen)
+        WString all = TEXT("x");
+        for (const WString& piece : chosen)
             all += piece;
         return CString(all);
     });
@@ -104,7 +105,7 @@ std::string recoded(const std::string& utf8, const char* encoding) {
     return bytes;
 }
 
-Contact named(const std::u16string& name) {
+Contact named(const WString& name) {
     Contact contact;
     contact.record.strName = CString(name);
     contact.record.dwCITypeMask = 0x1;
@@ -158,8 +159,8 @@ RC_GTEST_PROP(RoundTrip, InAKoreanEncodingGivesTheSameContacts, ()) {
 }
 
 TEST(RoundTrip, OfNumbersThatLookMarkedForASpreadsheetGivesTheSameContact) {
-    for (const std::u16string number : {u"''1", u"'1", u"=\"1\""}) {
-        Contact contact = named(u"Anna");
+    for (const WString number : {TEXT("''1"), TEXT("'1"), TEXT("=\"1\"")}) {
+        Contact contact = named(TEXT("Anna"));
         contact.record.strMobileTelephoneNumber = CString(number);
         contact.record.dwCITypeMask |= 0x4;
         const DraftedFile file = readAgain(written(contact, Written::table), Written::table);
@@ -168,9 +169,9 @@ TEST(RoundTrip, OfNumbersThatLookMarkedForASpreadsheetGivesTheSameContact) {
 }
 
 TEST(RoundTrip, OfTheLongestNameGivesTheSameContact) {
-    std::u16string longest;
+    WString longest;
     while (longest.size() + 4 < Tool::longestText)
-        longest += u"김😀\\";
+        longest += TEXT("김😀\\");
     const Contact contact = named(longest);
     for (const Written how : allWritten) {
         const DraftedFile file = readAgain(written(contact, how), how);
@@ -179,9 +180,9 @@ TEST(RoundTrip, OfTheLongestNameGivesTheSameContact) {
 }
 
 TEST(RoundTrip, OfATextThatEndsAsACardBeginsOrEndsGivesTheSameContact) {
-    for (const std::u16string mark : {u"BEGIN:VCARD", u"begin:vcard", u"END:VCARD", u"end:vcard"}) {
+    for (const WString mark : {TEXT("BEGIN:VCARD"), TEXT("begin:vcard"), TEXT("END:VCARD"), TEXT("end:vcard")}) {
         for (std::size_t length = 0; length < 80; ++length) {  // in some of these the mark begins a line
-            const Contact contact = named(u"é" + std::u16string(length, u'x') + mark);
+            const Contact contact = named(TEXT("é") + WString(length, u'x') + mark);
             const DraftedFile file = cards(Tool::vcardOf(contact, VCardVersion::v21));
             ASSERT_EQ(file.drafts.size(), 1u) << length;
             EXPECT_TRUE(file.drafts[0].record.strName == contact.record.strName) << length;

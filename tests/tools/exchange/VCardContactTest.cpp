@@ -207,7 +207,8 @@ TEST(VCardContacts, ComeWithWhatIsOutsideOfCards) {
 }
 
 TEST(VCardContacts, AreReadInUtf16AndInTheEncodingThatIsSaid) {
-    EXPECT_THAT(namesIn(cards("\xFF\xFE" + utf16Bytes(u"BEGIN:VCARD\r\nFN:A\r\nEND:VCARD\r\n"))), ElementsAre("A"));
+    EXPECT_THAT(namesIn(cards("\xFF\xFE" + utf16Bytes(TEXT("BEGIN:VCARD\r\nFN:A\r\nEND:VCARD\r\n")))),
+                ElementsAre("A"));
     EXPECT_THAT(namesIn(cards(vcard("FN:M\xFCller\n"), "ISO-8859-1")), ElementsAre("Müller"));
     EXPECT_THAT(namesIn(cards(vcard("FN:M\xFCller\n"))),
                 ElementsAre("! its name is in an encoding that --encoding can name"));

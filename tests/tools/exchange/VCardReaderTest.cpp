@@ -57,7 +57,7 @@ std::string valueOf(std::string_view line, const FileEncoding& encoding = {}) {
     return text.problem.empty() ? utf8Of(text.text) : "! " + text.problem;
 }
 
-using Parts = std::vector<std::u16string>;
+using Parts = std::vector<WString>;
 
 }  // namespace
 
@@ -158,16 +158,17 @@ TEST(VCardValue, SaysWhyItCannotBeRead) {
 }
 
 TEST(VCardValue, LosesItsEscapes) {
-    EXPECT_EQ(unescaped(u"a\\, b\\; c\\nd\\Ne\\\\n", VCardVersion::v30), u"a, b; c\nd\ne\\n");
-    EXPECT_EQ(unescaped(u"c:\\new\\", VCardVersion::v21), u"c:\\new\\");
-    EXPECT_EQ(unescaped(u"a\\;b", VCardVersion::v21), u"a;b");
+    EXPECT_EQ(unescaped(TEXT("a\\, b\\; c\\nd\\Ne\\\\n"), VCardVersion::v30), TEXT("a, b; c\nd\ne\\n"));
+    EXPECT_EQ(unescaped(TEXT("c:\\new\\"), VCardVersion::v21), TEXT("c:\\new\\"));
+    EXPECT_EQ(unescaped(TEXT("a\\;b"), VCardVersion::v21), TEXT("a;b"));
 }
 
 TEST(VCardValue, HasPartsBetweenSeparatorsThatAreNotEscaped) {
-    EXPECT_EQ(partsOf(u"Kim\\; Lee;Anna;;", u';', VCardVersion::v30), (Parts{u"Kim; Lee", u"Anna", u"", u""}));
-    EXPECT_EQ(partsOf(u"a\\\\;b", u';', VCardVersion::v30), (Parts{u"a\\", u"b"}));
-    EXPECT_EQ(partsOf(u"a\\", u';', VCardVersion::v40), (Parts{u"a\\"}));
-    EXPECT_EQ(partsOf(u"", u';', VCardVersion::v30), (Parts{u""}));
+    EXPECT_EQ(partsOf(TEXT("Kim\\; Lee;Anna;;"), u';', VCardVersion::v30),
+              (Parts{TEXT("Kim; Lee"), TEXT("Anna"), TEXT(""), TEXT("")}));
+    EXPECT_EQ(partsOf(TEXT("a\\\\;b"), u';', VCardVersion::v30), (Parts{TEXT("a\\"), TEXT("b")}));
+    EXPECT_EQ(partsOf(TEXT("a\\"), u';', VCardVersion::v40), (Parts{TEXT("a\\")}));
+    EXPECT_EQ(partsOf(TEXT(""), u';', VCardVersion::v30), (Parts{TEXT("")}));
 }
 
 TEST(VCardReader, GivesEachCardWithItsPlace) {

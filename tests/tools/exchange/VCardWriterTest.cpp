@@ -17,15 +17,15 @@ namespace {
 Tool::Contact anna() {
     Tool::Contact contact;
     PBRecord& record = contact.record;
-    record.strName = u"Kim, Anna";
-    record.strMobileTelephoneNumber = u"+82 10-1";
-    record.strBusinessFaxNumber = u"02-5";
-    record.strEmail1Address = u"a@x";
+    record.strName = TEXT("Kim, Anna");
+    record.strMobileTelephoneNumber = TEXT("+82 10-1");
+    record.strBusinessFaxNumber = TEXT("02-5");
+    record.strEmail1Address = TEXT("a@x");
     record.dtBirthday = 32'937;  // 1990-03-05
-    record.strGroup = u"친구";
-    record.strCategories = u"친구, Tennis";
-    record.strBody = u"one\ntwo; three";
-    record.strBell = u"bells.mp3";
+    record.strGroup = TEXT("친구");
+    record.strCategories = TEXT("친구, Tennis");
+    record.strBody = TEXT("one\ntwo; three");
+    record.strBell = TEXT("bells.mp3");
     record.dwPrimaryTelephoneNumber = 4;
     record.dwCITypeMask = 0x1 | 0x4 | 0x800 | 0x20 | 0x200 | 0x10000 | 0x2 | 0x100 | 0x100000 | 0x400000 | 0x200000;
     return contact;
@@ -63,7 +63,7 @@ TEST(VCardWriter, WritesVersion21InAscii) {
 
 TEST(VCardWriter, BreaksLinesAtSeventyFiveBytesAndNotWithinACharacter) {
     Tool::Contact contact;
-    contact.record.strName = CString(std::u16string(200, u'김'));
+    contact.record.strName = CString(WString(200, u'김'));
     contact.record.dwCITypeMask = 0x1;
     for (const VCardVersion version : {VCardVersion::v21, VCardVersion::v30, VCardVersion::v40}) {
         const std::string card = Tool::vcardOf(contact, version);
@@ -78,7 +78,7 @@ TEST(VCardWriter, BreaksLinesAtSeventyFiveBytesAndNotWithinACharacter) {
 
 TEST(VCardWriter, WritesThatNoNumberHasASlotOnlyWhereItIsAllThatOurPhoneBookHas) {
     Tool::Contact contact;
-    contact.record.strName = u"Anna";
+    contact.record.strName = TEXT("Anna");
     contact.record.dwCITypeMask = 0x200001;
     EXPECT_THAT(Tool::vcardOf(contact, VCardVersion::v30), HasSubstr("X-TESSERA-SPEED-DIAL:0"));
     EXPECT_THAT(cardOf(VCardVersion::v30), Not(HasSubstr("SPEED-DIAL")));

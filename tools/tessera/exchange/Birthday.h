@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "tessera/platform/base/Types.h"
 
 namespace Tool {
@@ -14,6 +12,6 @@ struct ReadBirthday {
 
 /// Reads 19900305 and 1990-03-05, a time of day behind it or not, and what the user's locale writes. A day that has
 /// no year ("--0305") has a problem.
-ReadBirthday readBirthday(std::u16string_view text);
+ReadBirthday readBirthday(WStringView text);
 
 }  // namespace Tool

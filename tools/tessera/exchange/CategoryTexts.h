@@ -1,11 +1,10 @@
 #pragma once
 
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "ContactDraft.h"
+#include "tessera/platform/base/Types.h"
 
 namespace Tool {
 
@@ -13,13 +12,13 @@ namespace Tool {
 CString asCategory(const CString& group);
 
 /// The categories of a contact one by one.
-std::vector<std::u16string> categoriesIn(const CString& text);
+std::vector<WString> categoriesIn(const CString& text);
 /// The same back in one text.
-std::u16string joinedCategories(const std::vector<std::u16string>& categories);
+WString joinedCategories(const std::vector<WString>& categories);
 
 /// Gives the contact the first category as its group, and all of them as categories. Where `group` or `text` is given,
 /// that is the group, or the whole text of the categories, instead.
-void putCategories(ContactDraft& draft, const std::vector<std::u16string>& categories,
-                   const std::optional<std::u16string>& group, const std::optional<std::u16string>& text);
+void putCategories(ContactDraft& draft, const std::vector<WString>& categories, const std::optional<WString>& group,
+                   const std::optional<WString>& text);
 
 }  // namespace Tool

@@ -23,7 +23,7 @@ std::string joined(const Texts& texts, const char* between) {
 
 }  // namespace
 
-void ContactDraft::put(PhoneBook::PBDBAttrID field, std::u16string_view text) {
+void ContactDraft::put(PhoneBook::PBDBAttrID field, WStringView text) {
     if (isBlank(text)) return;
     const PhoneBook::PBAttribute& attribute = attributeOf(field);
     record.*attribute.text = CString(text);
@@ -36,7 +36,7 @@ void ContactDraft::put(PhoneBook::PBDBAttrID field, DWORD value) {
     record.dwCITypeMask |= attribute.mask;
 }
 
-void ContactDraft::putBirthday(std::u16string_view text) {
+void ContactDraft::putBirthday(WStringView text) {
     if (isBlank(text)) return;
     const ReadBirthday read = readBirthday(text);
     if (read.problem != nullptr) return remark("its birthday " + quoted(text) + " " + read.problem);
@@ -47,7 +47,7 @@ void ContactDraft::putBirthday(std::u16string_view text) {
     record.dwCITypeMask |= attribute.mask;
 }
 
-void ContactDraft::putEmail(std::u16string_view address) {
+void ContactDraft::putEmail(WStringView address) {
     if (isBlank(address)) return;
     if (!has(PhoneBook::PBDBATTR_EMAIL)) put(PhoneBook::PBDBATTR_EMAIL, address);
     if (record.strEmail1Address.view() != address)
@@ -73,11 +73,11 @@ bool DraftedFile::isAllBad() const {
            std::all_of(drafts.begin(), drafts.end(), [](const ContactDraft& draft) { return !draft.problem.empty(); });
 }
 
-bool isBlank(std::u16string_view text) {
-    return text.find_first_not_of(u" \t\r\n\u00A0\u3000") == std::u16string_view::npos;
+bool isBlank(WStringView text) {
+    return text.find_first_not_of(TEXT(" \t\r\n\u00A0\u3000")) == WStringView::npos;
 }
 
-std::string quoted(std::u16string_view text) {
+std::string quoted(WStringView text) {
     constexpr std::size_t longest = 60;
     const bool isLong = text.size() > longest;
     return '"' + utf8Of(text.substr(0, longest)) + (isLong ? "...\"" : "\"");

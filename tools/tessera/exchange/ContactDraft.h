@@ -2,7 +2,6 @@
 
 #include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tessera/phonebook/model/PBAttributes.h"
@@ -23,12 +22,12 @@ struct ContactDraft {
     std::string problem;               ///< Why it can be no contact; empty when it can.
 
     /// An empty text is left out, and so is one of blanks.
-    void put(PhoneBook::PBDBAttrID field, std::u16string_view text);
+    void put(PhoneBook::PBDBAttrID field, WStringView text);
     void put(PhoneBook::PBDBAttrID field, DWORD value);
     /// The same of a day as a card or a table writes it; one that is none, or cannot be kept, becomes a remark.
-    void putBirthday(std::u16string_view text);
+    void putBirthday(WStringView text);
     /// The first address is the contact's; any other becomes a remark.
-    void putEmail(std::u16string_view address);
+    void putEmail(WStringView address);
     bool has(PhoneBook::PBDBAttrID field) const;
     void remark(const std::string& sentence) { remarks.push_back(sentence); }
 
@@ -48,9 +47,9 @@ struct DraftedFile {
     bool isAllBad() const;
 };
 
-bool isBlank(std::u16string_view text);
+bool isBlank(WStringView text);
 
 /// A text in quotes for a remark, not all of it when it is long.
-std::string quoted(std::u16string_view text);
+std::string quoted(WStringView text);
 
 }  // namespace Tool

@@ -7,11 +7,11 @@ namespace Tool {
 namespace {
 
 /// Whether every word of the text stands in the name, whatever stands between them there.
-bool hasWordsOf(std::u16string_view name, std::u16string_view text) {
+bool hasWordsOf(WStringView name, WStringView text) {
     while (!isBlank(text)) {
         text.remove_prefix(text.find_first_not_of(u' '));
-        const std::u16string_view word = text.substr(0, text.find(u' '));
-        if (name.find(word) == std::u16string_view::npos) return false;
+        const WStringView word = text.substr(0, text.find(u' '));
+        if (name.find(word) == WStringView::npos) return false;
         text.remove_prefix(word.size());
     }
     return true;
@@ -19,7 +19,7 @@ bool hasWordsOf(std::u16string_view name, std::u16string_view text) {
 
 }  // namespace
 
-void ContactName::takeWhole(const std::u16string& name) {
+void ContactName::takeWhole(const WString& name) {
     if (isBlank(whole_)) {
         whole_ = name;
     } else {
@@ -28,8 +28,8 @@ void ContactName::takeWhole(const std::u16string& name) {
 }
 
 void ContactName::takeParts(const PersonName& parts) {
-    const std::u16string known = parts_.whole();
-    const std::u16string other = parts.whole();
+    const WString known = parts_.whole();
+    const WString other = parts.whole();
     if (isBlank(known)) {
         parts_ = parts;
     } else {
@@ -37,15 +37,15 @@ void ContactName::takeParts(const PersonName& parts) {
     }
 }
 
-void ContactName::takeOrganisation(const std::vector<std::u16string>& parts) {
-    for (const std::u16string& part : parts) {
+void ContactName::takeOrganisation(const std::vector<WString>& parts) {
+    for (const WString& part : parts) {
         if (isBlank(part)) continue;
         if (!organisation_.empty()) organisation_ += u' ';
         organisation_ += part;
     }
 }
 
-void ContactName::takeNickname(const std::u16string& name) {
+void ContactName::takeNickname(const WString& name) {
     if (!isBlank(name)) nicknames_.push_back(name);
 }
 
@@ -54,15 +54,13 @@ void ContactName::takeUnreadable(const std::string& problem) {
 }
 
 void ContactName::putInto(ContactDraft& draft) const {
-    const std::u16string joined = parts_.whole();
-    const std::u16string nickname = nicknames_.empty() ? std::u16string() : nicknames_.front();
-    for (const std::u16string* candidate : {&whole_, &joined, &organisation_, &nickname}) {
+    const WString joined = parts_.whole();
+    const WString nickname = nicknames_.empty() ? WString() : nicknames_.front();
+    for (const WString* candidate : {&whole_, &joined, &organisation_, &nickname}) {
         if (!draft.has(PhoneBook::PBDBATTR_NAME)) draft.put(PhoneBook::PBDBATTR_NAME, *candidate);
     }
-    const std::u16string_view name = draft.record.strName.view();
-    const auto isKept = [name](const std::u16string& text) {
-        return isBlank(text) || name.find(text) != std::u16string_view::npos;
-    };
+    const WStringView name = draft.record.strName.view();
+    const auto isKept = [name](const WString& text) { return isBlank(text) || name.find(text) != WStringView::npos; };
     const auto parts = {parts_.family, parts_.given, parts_.middle, parts_.prefix, parts_.suffix};
     const bool partsAreKept =
         std::all_of(parts.begin(), parts.end(), [name](const auto& part) { return hasWordsOf(name, part); });

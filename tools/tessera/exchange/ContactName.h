@@ -5,16 +5,17 @@
 
 #include "ContactDraft.h"
 #include "PersonName.h"
+#include "tessera/platform/base/Types.h"
 
 namespace Tool {
 
 /// What a file calls somebody, in the several ways that there are for that.
 class ContactName {
 public:
-    void takeWhole(const std::u16string& name);
+    void takeWhole(const WString& name);
     void takeParts(const PersonName& parts);
-    void takeOrganisation(const std::vector<std::u16string>& parts);
-    void takeNickname(const std::u16string& name);
+    void takeOrganisation(const std::vector<WString>& parts);
+    void takeNickname(const WString& name);
     /// A name that cannot be read; `problem` goes on a sentence about it.
     void takeUnreadable(const std::string& problem);
 
@@ -23,10 +24,10 @@ public:
     void putInto(ContactDraft& draft) const;
 
 private:
-    std::u16string whole_;
+    WString whole_;
     PersonName parts_;
-    std::u16string organisation_;
-    std::vector<std::u16string> nicknames_;
+    WString organisation_;
+    std::vector<WString> nicknames_;
     std::string problem_;
     bool hasSeveral_ = false;  ///< Names of a kind, of which the first is taken.
 };

@@ -59,19 +59,19 @@ std::string mappableFields() {
     return list;
 }
 
-std::u16string plainly(const std::string& heading) {
+WString plainly(const std::string& heading) {
     const auto text = textOfUtf8(heading);
-    return text ? spelledPlainly(text->view()) : std::u16string();
+    return text ? spelledPlainly(text->view()) : WString();
 }
 
-bool isDigit(char16_t unit) {
+bool isDigit(WCHAR unit) {
     return unit >= u'0' && unit <= u'9';
 }
 
 CsvColumn columnOf(const std::string& heading) {
     CsvColumn column{.heading = heading};
-    std::u16string name = plainly(heading);
-    for (const char16_t unit : name) {
+    WString name = plainly(heading);
+    for (const WCHAR unit : name) {
         if (isDigit(unit)) column.index += static_cast<char>(unit);
     }
     std::erase_if(name, isDigit);
@@ -90,7 +90,7 @@ bool hasRole(const std::vector<CsvColumn>& columns, CsvRole role) {
 
 void apply(const ColumnMapping& mapping, const std::vector<std::string>& headings, std::vector<CsvColumn>& columns) {
     const MappableField& field = *fieldNamed(mapping.field);
-    const std::u16string wanted = plainly(mapping.heading);
+    const WString wanted = plainly(mapping.heading);
     bool isThere = false;
     for (CsvColumn& column : columns) {
         const bool isMeant =

@@ -18,13 +18,13 @@ namespace Tool {
 
 namespace {
 
-constexpr auto npos = std::u16string_view::npos;
+constexpr auto npos = WStringView::npos;
 
 /// No address book has more; of what is no table at all a line can have millions.
 constexpr std::size_t mostColumns = 1'000;
 
-std::vector<std::u16string> splitAt(std::u16string_view text, std::u16string_view separator) {
-    std::vector<std::u16string> parts;
+std::vector<WString> splitAt(WStringView text, WStringView separator) {
+    std::vector<WString> parts;
     for (std::size_t end = 0; end != npos;) {
         end = text.find(separator);
         if (const auto part = trimmed(text.substr(0, end)); !part.empty()) parts.emplace_back(part);
@@ -34,30 +34,30 @@ std::vector<std::u16string> splitAt(std::u16string_view text, std::u16string_vie
 }
 
 /// Web address books put several values into one of the columns that they number.
-std::vector<std::u16string> severalIn(std::u16string_view text) {
-    constexpr std::u16string_view separator = u" ::: ";
-    if (text.find(separator) == npos) return {std::u16string(text)};
+std::vector<WString> severalIn(WStringView text) {
+    constexpr WStringView separator = TEXT(" ::: ");
+    if (text.find(separator) == npos) return {WString(text)};
     return splitAt(text, separator);
 }
 
 /// What makes a spreadsheet take digits for a text: "=" and quotes around it, or an apostrophe in front.
-std::u16string_view withoutSpreadsheetMarks(std::u16string_view number) {
-    if (number.size() > 3 && number.starts_with(u"=\"") && number.ends_with(u'"'))
+WStringView withoutSpreadsheetMarks(WStringView number) {
+    if (number.size() > 3 && number.starts_with(TEXT("=\"")) && number.ends_with(u'"'))
         return number.substr(2, number.size() - 3);
     return number.starts_with(u'\'') ? number.substr(1) : number;
 }
 
 /// A star alone says that the address is preferred, and some address books name the kind of mail there.
-bool saysWhichEmail(std::u16string_view label) {
-    static constexpr std::array<std::u16string_view, 4> others = {u"*", u"SMTP", u"EX", u"INTERNET"};
+bool saysWhichEmail(WStringView label) {
+    static constexpr std::array<WStringView, 4> others = {TEXT("*"), TEXT("SMTP"), TEXT("EX"), TEXT("INTERNET")};
     return std::find(others.begin(), others.end(), trimmed(label)) == others.end();
 }
 
 /// "8.21012E+11": the last digits are lost.
-bool isRounded(std::u16string_view number) {
-    const std::size_t mark = number.find(u"E+");
+bool isRounded(WStringView number) {
+    const std::size_t mark = number.find(TEXT("E+"));
     return mark != npos && number.substr(0, mark).find(u'.') != npos &&
-           number.find_first_not_of(u"0123456789.E+") == npos;
+           number.find_first_not_of(TEXT("0123456789.E+")) == npos;
 }
 
 /// One row on its way to a draft.
@@ -95,7 +95,7 @@ private:
 
     void tellUnreadable() { draft_.problem = "it holds a zero character"; }
 
-    void take(const CsvColumn& column, const std::u16string& text) {
+    void take(const CsvColumn& column, const WString& text) {
         switch (column.role) {
             case CsvRole::unknown:
                 draft_.leftOut.insert("column " + quoted(textOfUtf8(column.heading).value_or(CString()).view()));
@@ -129,10 +129,10 @@ private:
     }
 
     /// The roles whose text is only kept here, to be put together with others.
-    void takeText(CsvRole role, const std::u16string& text) {
+    void takeText(CsvRole role, const WString& text) {
         struct Place {
             CsvRole role;
-            std::u16string RowReading::*text;
+            WString RowReading::*text;
         };
         static constexpr std::array<Place, 5> places = {{{CsvRole::birthYear, &RowReading::year_},
                                                          {CsvRole::birthMonth, &RowReading::month_},
@@ -144,7 +144,7 @@ private:
         if (place != places.end()) {
             this->*place->text = text;
         } else if (role == CsvRole::notes) {
-            notes_ += (notes_.empty() ? u"" : u"\n") + text;
+            notes_ += (notes_.empty() ? TEXT("") : TEXT("\n")) + text;
         } else if (role == CsvRole::labels) {
             takeLabels(text);
         } else {
@@ -152,7 +152,7 @@ private:
         }
     }
 
-    void takeName(CsvRole role, const std::u16string& text) {
+    void takeName(CsvRole role, const WString& text) {
         if (role == CsvRole::wholeName) name_.takeWhole(text);
         if (role == CsvRole::organisation) name_.takeOrganisation({text});
         if (role == CsvRole::nickname) name_.takeNickname(text);
@@ -163,8 +163,8 @@ private:
         if (role == CsvRole::nameSuffix) parts_.suffix = text;
     }
 
-    void takeNumber(NumberKind kind, std::u16string_view text, int preference = FoundNumber::notPreferred) {
-        const std::u16string_view number = withoutSpreadsheetMarks(text);
+    void takeNumber(NumberKind kind, WStringView text, int preference = FoundNumber::notPreferred) {
+        const WStringView number = withoutSpreadsheetMarks(text);
         if (isRounded(number))
             return draft_.remark("its number " + quoted(number) + " lost digits in a spreadsheet and is left out");
         numbers_.push_back({kind, telephoneNumberOf(number, draft_), preference});
@@ -175,32 +175,32 @@ private:
         for (const auto& [index, number] : indexed_) {
             const NumberKind kind = numberKindOf(number.label).value_or(NumberKind::other);
             const int preference = number.label.starts_with(u'*') ? 1 : FoundNumber::notPreferred;
-            for (const std::u16string& each : severalIn(number.value))
+            for (const WString& each : severalIn(number.value))
                 takeNumber(kind, each, preference);
         }
     }
 
-    void takeEmails(const std::vector<std::u16string>& addresses) {
-        for (const std::u16string& address : addresses)
+    void takeEmails(const std::vector<WString>& addresses) {
+        for (const WString& address : addresses)
             draft_.putEmail(address);
     }
 
     /// A star stands before those that the address book made itself; one of them everybody has.
-    void takeLabels(std::u16string_view text) {
-        for (std::u16string& label : splitAt(text, u":::")) {
-            if (label.starts_with(u"* ")) label.erase(0, 2);
-            if (label != u"myContacts") labels_.push_back(std::move(label));
+    void takeLabels(WStringView text) {
+        for (WString& label : splitAt(text, TEXT(":::"))) {
+            if (label.starts_with(TEXT("* "))) label.erase(0, 2);
+            if (label != TEXT("myContacts")) labels_.push_back(std::move(label));
         }
     }
 
     /// Beside a column for the group that for the categories is one of our own, and its text stays as it is.
     void putGroupAndCategories() {
-        std::vector<std::u16string> all;
+        std::vector<WString> all;
         if (!hasGroupColumn_) {
             std::replace(categories_.begin(), categories_.end(), u';', u',');
-            all = splitAt(categories_, u",");
+            all = splitAt(categories_, TEXT(","));
         } else if (!categories_.empty() || labels_.empty()) {
-            const std::u16string ofGroup(asCategory(CString(group_)).view());
+            const WString ofGroup(asCategory(CString(group_)).view());
             return putCategories(draft_, {}, group_, categories_.empty() ? ofGroup : categories_);
         } else if (!group_.empty()) {
             all.push_back(group_);
@@ -212,16 +212,14 @@ private:
     void putBirthdayInParts() {
         if (year_.empty() && month_.empty() && day_.empty()) return;
         // A day that has no year is written with a dash in its place.
-        draft_.putBirthday((year_.empty() ? u"-" : year_) + u'-' + twoDigits(month_) + u'-' + twoDigits(day_));
+        draft_.putBirthday((year_.empty() ? TEXT("-") : year_) + u'-' + twoDigits(month_) + u'-' + twoDigits(day_));
     }
 
-    static std::u16string twoDigits(const std::u16string& number) {
-        return number.size() == 1 ? u'0' + number : number;
-    }
+    static WString twoDigits(const WString& number) { return number.size() == 1 ? u'0' + number : number; }
 
     struct Indexed {
-        std::u16string value;
-        std::u16string label;
+        WString value;
+        WString label;
     };
 
     /// The tenth comes behind the second.
@@ -236,13 +234,13 @@ private:
     ContactDraft& draft_;
     ContactName name_;
     PersonName parts_;
-    std::u16string year_;
-    std::u16string month_;
-    std::u16string day_;
-    std::u16string notes_;
-    std::u16string group_;
-    std::u16string categories_;
-    std::vector<std::u16string> labels_;
+    WString year_;
+    WString month_;
+    WString day_;
+    WString notes_;
+    WString group_;
+    WString categories_;
+    std::vector<WString> labels_;
     std::vector<FoundNumber> numbers_;
     std::map<std::string, Indexed, ByNumber> indexed_;
     bool hasGroupColumn_ = false;

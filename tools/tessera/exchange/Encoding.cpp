@@ -110,7 +110,7 @@ bool isKnownEncoding(const std::string& name) {
 
 Decoded decode(std::string_view bytes, const std::string& encoding) {
     if (spelledPlainly(encoding) == "UTF8") {  // by far the most frequent; its first fault is found the long way
-        if (const auto text = textOfUtf8(bytes)) return {std::u16string(text->view()), true};
+        if (const auto text = textOfUtf8(bytes)) return {WString(text->view()), true};
     }
     const Converter converter = converterFor(encoding);
     if (!converter) return {};
@@ -129,7 +129,7 @@ Decoded decode(std::string_view bytes, const std::string& encoding) {
     return decoded;
 }
 
-std::optional<std::u16string> decodeWhole(std::string_view bytes, const std::string& encoding) {
+std::optional<WString> decodeWhole(std::string_view bytes, const std::string& encoding) {
     Decoded decoded = decode(bytes, encoding);
     return decoded.whole ? std::optional(std::move(decoded.text)) : std::nullopt;
 }

@@ -5,11 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include "tessera/platform/base/Types.h"
+
 namespace Tool {
 
 /// What has become of bytes that were read in an encoding.
 struct Decoded {
-    std::u16string text;  ///< Up to the first bytes that mean nothing.
+    WString text;  ///< Up to the first bytes that mean nothing.
     bool whole = false;
 };
 
@@ -20,7 +22,7 @@ bool isKnownEncoding(const std::string& name);
 Decoded decode(std::string_view bytes, const std::string& encoding);
 
 /// The same when all or nothing is wanted.
-std::optional<std::u16string> decodeWhole(std::string_view bytes, const std::string& encoding);
+std::optional<WString> decodeWhole(std::string_view bytes, const std::string& encoding);
 
 /// What bytes give away of their encoding by themselves.
 struct RecognisedEncoding {

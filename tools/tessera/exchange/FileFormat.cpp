@@ -16,11 +16,12 @@ namespace Tool {
 
 namespace {
 
-using Values = std::vector<std::u16string>;
+using Values = std::vector<WString>;
 
-constexpr std::array<std::u16string_view, 17> ownHeader = {
-    u"name", u"group",    u"categories",    u"mobile", u"home", u"business", u"email",   u"avatar", u"photo",
-    u"bell", u"birthday", u"callingscreen", u"pager",  u"fax",  u"notes",    u"private", u"primary"};
+constexpr std::array<WStringView, 17> ownHeader = {
+    TEXT("name"),  TEXT("group"),  TEXT("categories"), TEXT("mobile"),  TEXT("home"),     TEXT("business"),
+    TEXT("email"), TEXT("avatar"), TEXT("photo"),      TEXT("bell"),    TEXT("birthday"), TEXT("callingscreen"),
+    TEXT("pager"), TEXT("fax"),    TEXT("notes"),      TEXT("private"), TEXT("primary")};
 
 /// Lines that are looked at to see what stands where, and as much of each.
 constexpr int sampleLines = 100;
@@ -43,19 +44,19 @@ std::optional<Values> takeValues(std::string_view& text) {
 bool beginsAsOurs(const Values& header) {
     if (header.empty() || header.size() > ownHeader.size()) return false;
     return std::equal(header.begin(), header.end(), ownHeader.begin(),
-                      [](const auto& left, std::u16string_view right) { return spelledPlainly(left) == right; });
+                      [](const auto& left, WStringView right) { return spelledPlainly(left) == right; });
 }
 
-bool looksLikeNumber(std::u16string_view text) {
-    const auto isDigit = [](char16_t unit) { return unit >= u'0' && unit <= u'9'; };
+bool looksLikeNumber(WStringView text) {
+    const auto isDigit = [](WCHAR unit) { return unit >= u'0' && unit <= u'9'; };
     return std::count_if(text.begin(), text.end(), isDigit) >= 3 &&
-           text.find_first_not_of(u"0123456789+-.()/ *#") == std::u16string_view::npos;
+           text.find_first_not_of(TEXT("0123456789+-.()/ *#")) == WStringView::npos;
 }
 
 /// Whether a name stands at its place, and telephone numbers at theirs and at no others of the first six.
 bool standsAsOurs(const Values& values) {
-    constexpr std::u16string_view signsOfMarkup = u":;=<>{}|\t";
-    if (values.front().find_first_of(signsOfMarkup) != std::u16string::npos) return false;
+    constexpr WStringView signsOfMarkup = TEXT(":;=<>{}|\t");
+    if (values.front().find_first_of(signsOfMarkup) != WString::npos) return false;
     for (std::size_t column = 0; column < std::min<std::size_t>(values.size(), 6); ++column) {
         const bool isForNumbers = column >= 3;
         if (!values[column].empty() && looksLikeNumber(values[column]) != isForNumbers) return false;
@@ -63,8 +64,8 @@ bool standsAsOurs(const Values& values) {
     return true;
 }
 
-bool looksLikeMarkup(const std::u16string& header) {
-    return header.empty() || std::u16string_view(u"<{[%").find(header.front()) != std::u16string_view::npos;
+bool looksLikeMarkup(const WString& header) {
+    return header.empty() || WStringView(TEXT("<{[%")).find(header.front()) != WStringView::npos;
 }
 
 /// Whether the first line begins as the header that export writes, which has no quotes.

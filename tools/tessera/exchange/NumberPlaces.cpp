@@ -30,22 +30,27 @@ constexpr std::array<Place, 5> places = {{
 constexpr std::size_t voicePlaces = 3;
 
 struct KindWord {
-    std::u16string_view word;
+    WStringView word;
     NumberKind kind;
 };
 
 /// A fax at home is a fax: what the number is for counts more than where it is. So the words stand in this order.
 constexpr std::array<KindWord, 29> kindWords = {{
-    {u"fax", NumberKind::fax},          {u"팩스", NumberKind::fax},          {u"pager", NumberKind::pager},
-    {u"beeper", NumberKind::pager},     {u"호출기", NumberKind::pager},      {u"무선호출", NumberKind::pager},
-    {u"삐삐", NumberKind::pager},       {u"mobile", NumberKind::mobile},     {u"cell", NumberKind::mobile},
-    {u"iphone", NumberKind::mobile},    {u"handphone", NumberKind::mobile},  {u"smartphone", NumberKind::mobile},
-    {u"handy", NumberKind::mobile},     {u"pcs", NumberKind::mobile},        {u"휴대", NumberKind::mobile},
-    {u"핸드폰", NumberKind::mobile},    {u"모바일", NumberKind::mobile},     {u"이동전화", NumberKind::mobile},
-    {u"work", NumberKind::business},    {u"business", NumberKind::business}, {u"office", NumberKind::business},
-    {u"company", NumberKind::business}, {u"회사", NumberKind::business},     {u"직장", NumberKind::business},
-    {u"근무", NumberKind::business},    {u"사무실", NumberKind::business},   {u"home", NumberKind::home},
-    {u"집", NumberKind::home},          {u"자택", NumberKind::home},
+    {TEXT("fax"), NumberKind::fax},          {TEXT("팩스"), NumberKind::fax},
+    {TEXT("pager"), NumberKind::pager},      {TEXT("beeper"), NumberKind::pager},
+    {TEXT("호출기"), NumberKind::pager},     {TEXT("무선호출"), NumberKind::pager},
+    {TEXT("삐삐"), NumberKind::pager},       {TEXT("mobile"), NumberKind::mobile},
+    {TEXT("cell"), NumberKind::mobile},      {TEXT("iphone"), NumberKind::mobile},
+    {TEXT("handphone"), NumberKind::mobile}, {TEXT("smartphone"), NumberKind::mobile},
+    {TEXT("handy"), NumberKind::mobile},     {TEXT("pcs"), NumberKind::mobile},
+    {TEXT("휴대"), NumberKind::mobile},      {TEXT("핸드폰"), NumberKind::mobile},
+    {TEXT("모바일"), NumberKind::mobile},    {TEXT("이동전화"), NumberKind::mobile},
+    {TEXT("work"), NumberKind::business},    {TEXT("business"), NumberKind::business},
+    {TEXT("office"), NumberKind::business},  {TEXT("company"), NumberKind::business},
+    {TEXT("회사"), NumberKind::business},    {TEXT("직장"), NumberKind::business},
+    {TEXT("근무"), NumberKind::business},    {TEXT("사무실"), NumberKind::business},
+    {TEXT("home"), NumberKind::home},        {TEXT("집"), NumberKind::home},
+    {TEXT("자택"), NumberKind::home},
 }};
 
 const Place& placeOf(NumberKind kind) {
@@ -99,28 +104,25 @@ private:
         return found == places.end() ? nullptr : found;
     }
 
-    std::u16string_view textAt(const Place& place) const {
-        return (draft_.record.*fieldOf(place.field).model().text).view();
-    }
+    WStringView textAt(const Place& place) const { return (draft_.record.*fieldOf(place.field).model().text).view(); }
 
     ContactDraft& draft_;
 };
 
 }  // namespace
 
-std::u16string spelledPlainly(std::u16string_view word) {
-    std::u16string plain;
-    for (const char16_t unit : word) {
-        if (u_isalnum(unit) != 0) plain += static_cast<char16_t>(u_tolower(unit));
+WString spelledPlainly(WStringView word) {
+    WString plain;
+    for (const WCHAR unit : word) {
+        if (u_isalnum(unit) != 0) plain += static_cast<WCHAR>(u_tolower(unit));
     }
     return plain;
 }
 
-std::optional<NumberKind> numberKindOf(std::u16string_view word) {
-    const std::u16string plain = spelledPlainly(word);
-    const auto* known = std::find_if(kindWords.begin(), kindWords.end(), [&](const KindWord& each) {
-        return plain.find(each.word) != std::u16string::npos;
-    });
+std::optional<NumberKind> numberKindOf(WStringView word) {
+    const WString plain = spelledPlainly(word);
+    const auto* known = std::find_if(kindWords.begin(), kindWords.end(),
+                                     [&](const KindWord& each) { return plain.find(each.word) != WString::npos; });
     return known == kindWords.end() ? std::nullopt : std::optional(known->kind);
 }
 

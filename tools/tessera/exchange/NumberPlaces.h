@@ -1,11 +1,10 @@
 #pragma once
 
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "ContactDraft.h"
+#include "tessera/platform/base/Types.h"
 
 namespace Tool {
 
@@ -14,11 +13,11 @@ enum class NumberKind { mobile, home, business, pager, fax, other };
 
 /// The kind that a word for a number means: of a card's types, of a label, of the heading of a column; in any case
 /// and any spelling. Nothing for a word that says nothing of the kind.
-std::optional<NumberKind> numberKindOf(std::u16string_view word);
+std::optional<NumberKind> numberKindOf(WStringView word);
 
 struct FoundNumber {
     NumberKind kind = NumberKind::other;
-    std::u16string text;
+    WString text;
     int preference = notPreferred;  ///< 1 is the most preferred.
 
     static constexpr int notPreferred = 101;
@@ -30,6 +29,6 @@ struct FoundNumber {
 void placeNumbers(ContactDraft& draft, std::vector<FoundNumber> numbers);
 
 /// Letters and digits alone, in lower case: how words of files are compared.
-std::u16string spelledPlainly(std::u16string_view word);
+WString spelledPlainly(WStringView word);
 
 }  // namespace Tool

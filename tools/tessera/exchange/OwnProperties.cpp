@@ -22,13 +22,13 @@ bool isOwnProperty(std::string_view name) {
     return name == ownGroup || name == ownCategories || propertyNamed(name) != nullptr;
 }
 
-void takeOwnProperty(std::string_view name, const std::u16string& text, ContactDraft& draft, OwnFields& fields) {
+void takeOwnProperty(std::string_view name, const WString& text, ContactDraft& draft, OwnFields& fields) {
     if (name == ownGroup) fields.group = text;
     if (name == ownCategories) fields.categories = text;
     if (const OwnProperty* known = propertyNamed(name); known != nullptr) putText(draft, known->field, text);
 }
 
-void putText(ContactDraft& draft, PhoneBook::PBDBAttrID field, std::u16string_view text) {
+void putText(ContactDraft& draft, PhoneBook::PBDBAttrID field, WStringView text) {
     const PhoneBook::PBAttribute& attribute = PhoneBook::aPBAttribute_[static_cast<std::size_t>(field)];
     if (attribute.number == nullptr || isBlank(text)) return draft.put(field, text);
     const auto number = numberOf(utf8Of(text));

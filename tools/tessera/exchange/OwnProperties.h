@@ -2,10 +2,10 @@
 
 #include <array>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "ContactDraft.h"
+#include "tessera/platform/base/Types.h"
 
 namespace Tool {
 
@@ -29,17 +29,17 @@ inline constexpr std::string_view ownCategories = "X-TESSERA-CATEGORIES";
 
 /// Those of one card.
 struct OwnFields {
-    std::optional<std::u16string> group;
-    std::optional<std::u16string> categories;
+    std::optional<WString> group;
+    std::optional<WString> categories;
 };
 
 /// Whether it is one of these.
 bool isOwnProperty(std::string_view name);
 
 /// Puts one into the draft, or what of it cannot be put there before all is read into `fields`.
-void takeOwnProperty(std::string_view name, const std::u16string& text, ContactDraft& draft, OwnFields& fields);
+void takeOwnProperty(std::string_view name, const WString& text, ContactDraft& draft, OwnFields& fields);
 
 /// Puts a text into a field that is a text or a number; a text that is no number there becomes a remark.
-void putText(ContactDraft& draft, PhoneBook::PBDBAttrID field, std::u16string_view text);
+void putText(ContactDraft& draft, PhoneBook::PBDBAttrID field, WStringView text);
 
 }  // namespace Tool

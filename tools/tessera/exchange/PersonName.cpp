@@ -9,9 +9,9 @@ namespace Tool {
 
 namespace {
 
-bool isEastAsian(std::u16string_view text) {
+bool isEastAsian(WStringView text) {
     if (isBlank(text)) return true;
-    const std::u16string first(text.substr(text.find_first_not_of(u' '), 2));
+    const WString first(text.substr(text.find_first_not_of(u' '), 2));
     UChar32 character = 0;
     U16_GET(first, 0, 0, static_cast<int>(first.size()), character);
     UErrorCode error = U_ZERO_ERROR;
@@ -20,9 +20,9 @@ bool isEastAsian(std::u16string_view text) {
            script == USCRIPT_KATAKANA;
 }
 
-std::u16string joined(std::initializer_list<std::u16string_view> parts, std::u16string_view between) {
-    std::u16string text;
-    for (const std::u16string_view part : parts) {
+WString joined(std::initializer_list<WStringView> parts, WStringView between) {
+    WString text;
+    for (const WStringView part : parts) {
         if (isBlank(part)) continue;
         if (!text.empty()) text += between;
         text += part;
@@ -32,18 +32,18 @@ std::u16string joined(std::initializer_list<std::u16string_view> parts, std::u16
 
 }  // namespace
 
-std::u16string PersonName::whole() const {
+WString PersonName::whole() const {
     const bool familyFirst = isEastAsian(family) && isEastAsian(given);
-    const std::u16string core =
-        familyFirst ? joined({family, given, middle}, u"") : joined({given, middle, family}, u" ");
-    return joined({prefix, core, suffix}, u" ");
+    const WString core =
+        familyFirst ? joined({family, given, middle}, TEXT("")) : joined({given, middle, family}, TEXT(" "));
+    return joined({prefix, core, suffix}, TEXT(" "));
 }
 
-PersonName partsOfName(std::u16string_view name) {
-    constexpr auto npos = std::u16string_view::npos;
+PersonName partsOfName(WStringView name) {
+    constexpr auto npos = WStringView::npos;
     PersonName parts;
     if (const std::size_t comma = name.find(u','); comma != npos) {
-        const std::u16string_view behind = name.substr(comma + 1);
+        const WStringView behind = name.substr(comma + 1);
         parts.family = name.substr(0, comma);
         parts.given = behind.starts_with(u' ') ? behind.substr(1) : behind;
         return parts;
@@ -53,8 +53,8 @@ PersonName partsOfName(std::u16string_view name) {
         parts.given = name;
         return parts;
     }
-    const std::u16string_view front = name.substr(0, blank);
-    const std::u16string_view behind = name.substr(blank + 1);
+    const WStringView front = name.substr(0, blank);
+    const WStringView behind = name.substr(blank + 1);
     const bool isLatin = name.front() < 0x100;
     parts.given = isLatin ? front : behind;
     parts.family = isLatin ? behind : front;

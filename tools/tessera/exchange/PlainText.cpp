@@ -34,7 +34,7 @@ std::string_view trimmed(std::string_view text) {
     return withoutBlanksAround(text);
 }
 
-std::u16string_view trimmed(std::u16string_view text) {
+WStringView trimmed(WStringView text) {
     return withoutBlanksAround(text);
 }
 
@@ -42,7 +42,7 @@ std::string withLineFeeds(std::string_view text) {
     return withOneKindOfEnd(text);
 }
 
-std::u16string withLineFeeds(std::u16string_view text) {
+WString withLineFeeds(WStringView text) {
     return withOneKindOfEnd(text);
 }
 

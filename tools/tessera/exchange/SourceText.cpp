@@ -12,27 +12,27 @@ namespace Tool {
 
 namespace {
 
-constexpr char16_t byteOrderMark = u'\uFEFF';
+constexpr WCHAR byteOrderMark = u'\uFEFF';
 
 /// Whether the characters that cards and tables are built of are written as themselves.
 bool keepsAscii(const std::string& encoding) {
     const auto decoded = decodeWhole("BEGIN:VCARD;\"=,\\\r\n", encoding);
-    return decoded && *decoded == u"BEGIN:VCARD;\"=,\\\r\n";
+    return decoded && *decoded == TEXT("BEGIN:VCARD;\"=,\\\r\n");
 }
 
 /// Of the byte-order mark, where UTF-8 begins with one.
 std::size_t markLengthOf(const std::string& bytes, const std::string& encoding) {
     constexpr std::string_view mark = "\xEF\xBB\xBF";
-    const bool isMarked = bytes.starts_with(mark) && decodeWhole(mark, encoding) == std::u16string(1, byteOrderMark);
+    const bool isMarked = bytes.starts_with(mark) && decodeWhole(mark, encoding) == WString(1, byteOrderMark);
     return isMarked ? mark.size() : 0;
 }
 
-std::string lineBehind(std::u16string_view text) {
-    const std::u16string lines = withLineFeeds(text);
+std::string lineBehind(WStringView text) {
+    const WString lines = withLineFeeds(text);
     return "line " + std::to_string(1 + std::count(lines.begin(), lines.end(), u'\n'));
 }
 
-std::string withoutMark(std::u16string_view text) {
+std::string withoutMark(WStringView text) {
     if (text.starts_with(byteOrderMark)) text.remove_prefix(1);
     return utf8Of(text);
 }

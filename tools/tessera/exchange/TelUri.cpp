@@ -8,44 +8,44 @@ namespace Tool {
 
 namespace {
 
-bool beginsWith(std::u16string_view text, std::u16string_view scheme) {
+bool beginsWith(WStringView text, WStringView scheme) {
     CString front(text.substr(0, scheme.size()));
     front.MakeLower();
     return front.view() == scheme;
 }
 
 /// Percent signs are to an address what equals signs are to quoted-printable.
-std::u16string withoutPercents(std::u16string_view text) {
+WString withoutPercents(WStringView text) {
     std::string quotable = utf8Of(text);
     for (char& ch : quotable)
         ch = ch == '%' ? '=' : ch;
     std::string bytes;
     const auto plain = decodeQuotedPrintable(quotable, bytes) ? textOfUtf8(bytes) : std::nullopt;
-    return std::u16string(plain ? plain->view() : text);
+    return WString(plain ? plain->view() : text);
 }
 
 /// Where numbers without a plus sign are valid: goes without saying in a phone book.
-bool isContext(std::u16string_view parameters) {
-    return beginsWith(parameters, u"phone-context=") && parameters.find(u';') == std::u16string_view::npos;
+bool isContext(WStringView parameters) {
+    return beginsWith(parameters, TEXT("phone-context=")) && parameters.find(u';') == WStringView::npos;
 }
 
 }  // namespace
 
-std::u16string telephoneNumberOf(std::u16string_view value, ContactDraft& draft) {
-    constexpr std::u16string_view telephone = u"tel:";
-    std::u16string number(value);
+WString telephoneNumberOf(WStringView value, ContactDraft& draft) {
+    constexpr WStringView telephone = TEXT("tel:");
+    WString number(value);
     std::string remark;
     // An address within an address comes of programs that take each other's for a number. No contact has a longer one.
     while (beginsWith(number, telephone) && number.size() <= static_cast<std::size_t>(longestText)) {
-        std::u16string_view rest = number;
+        WStringView rest = number;
         while (beginsWith(rest, telephone))
             rest.remove_prefix(telephone.size());
         const std::size_t end = rest.find(u';');
-        const bool isWhole = end == std::u16string_view::npos || isContext(rest.substr(end + 1));
+        const bool isWhole = end == WStringView::npos || isContext(rest.substr(end + 1));
         if (!isWhole) remark = quoted(rest.substr(end + 1)) + " behind the number " + quoted(value) + " is left out";
         number = withoutPercents(rest.substr(0, end));
     }
-    if (beginsWith(number, u"sip:") || beginsWith(number, u"sips:") || beginsWith(number, u"http")) {
+    if (beginsWith(number, TEXT("sip:")) || beginsWith(number, TEXT("sips:")) || beginsWith(number, TEXT("http"))) {
         remark = "its address " + quoted(value) + " is no telephone number and is left out";
         number.clear();
     }

@@ -73,11 +73,11 @@ bool isListOfCards(const VCardProperty& property) {
 }
 
 /// "_$!<Mobile>!$_", as some programs wrap the labels that they know.
-std::u16string plainLabel(std::u16string_view label) {
+WString plainLabel(WStringView label) {
     const std::size_t open = label.find(u'<');
     const std::size_t close = label.rfind(u'>');
-    const bool isWrapped = label.starts_with(u"_$!") && open != label.npos && close != label.npos && open < close;
-    return std::u16string(isWrapped ? label.substr(open + 1, close - open - 1) : label);
+    const bool isWrapped = label.starts_with(TEXT("_$!")) && open != label.npos && close != label.npos && open < close;
+    return WString(isWrapped ? label.substr(open + 1, close - open - 1) : label);
 }
 
 int preferenceOf(const VCardProperty& property) {
@@ -89,7 +89,7 @@ int preferenceOf(const VCardProperty& property) {
 }
 
 struct FoundEmail {
-    std::u16string address;
+    WString address;
     int preference;
     bool isLabelled;
 };
@@ -133,7 +133,7 @@ private:
         if (isListOfCards(property)) draft_.problem = "it is a list of contacts, not one";
         // An empty one of our own says that there is none.
         if (isOwnProperty(property.name))
-            return takeOwnProperty(property.name, text(property).value_or(u""), draft_, own_);
+            return takeOwnProperty(property.name, text(property).value_or(TEXT("")), draft_, own_);
         if (isBookkeeping(property.name) || saysNothing(property.value)) return;
         const auto* entry =
             std::find_if(entries.begin(), entries.end(), [&](const Entry& each) { return each.name == property.name; });
@@ -142,42 +142,42 @@ private:
     }
 
     /// The text with its escapes; nothing, and a remark, when it cannot be read.
-    std::optional<std::u16string> rawText(const VCardProperty& property) {
+    std::optional<WString> rawText(const VCardProperty& property) {
         VCardText read = textOf(property, fileEncoding_);
         if (read.problem.empty()) return std::move(read.text);
         if (property.name == "FN" || property.name == "N") name_.takeUnreadable(read.problem);
         draft_.remark("its " + labelOf(property.name) + " " + read.problem + " and is left out");
         return std::nullopt;
     }
-    std::optional<std::u16string> text(const VCardProperty& property) {
+    std::optional<WString> text(const VCardProperty& property) {
         const auto raw = rawText(property);
         return raw ? std::optional(unescaped(*raw, card_.version)) : std::nullopt;
     }
-    std::vector<std::u16string> parts(const VCardProperty& property, char16_t separator) {
+    std::vector<WString> parts(const VCardProperty& property, WCHAR separator) {
         const auto raw = rawText(property);
-        return raw ? partsOf(*raw, separator, card_.version) : std::vector<std::u16string>();
+        return raw ? partsOf(*raw, separator, card_.version) : std::vector<WString>();
     }
 
     void passOver(const VCardProperty& /*property*/) {}
-    void takeWholeName(const VCardProperty& property) { name_.takeWhole(text(property).value_or(u"")); }
+    void takeWholeName(const VCardProperty& property) { name_.takeWhole(text(property).value_or(TEXT(""))); }
     void takeOrganisation(const VCardProperty& property) { name_.takeOrganisation(parts(property, u';')); }
-    void takeNickname(const VCardProperty& property) { name_.takeNickname(text(property).value_or(u"")); }
+    void takeNickname(const VCardProperty& property) { name_.takeNickname(text(property).value_or(TEXT(""))); }
 
     void takeName(const VCardProperty& property) {
         const auto raw = rawText(property);
         if (!raw) return;
-        std::vector<std::u16string> parts = rawPartsOf(*raw, u';', card_.version);
+        std::vector<WString> parts = rawPartsOf(*raw, u';', card_.version);
         // Since version 3.0 a part may be a list. What has no parts is no list either: "Kim, Anna" is one name.
         const bool hasLists = card_.version != VCardVersion::v21 && parts.size() > 1;
-        for (std::u16string& part : parts)
-            part = hasLists ? namesIn(part) : std::u16string(trimmed(unescaped(part, card_.version)));
+        for (WString& part : parts)
+            part = hasLists ? namesIn(part) : WString(trimmed(unescaped(part, card_.version)));
         parts.resize(5);
         name_.takeParts({parts[0], parts[1], parts[2], parts[3], parts[4]});
     }
 
-    std::u16string namesIn(const std::u16string& list) const {
-        std::u16string names;
-        for (const std::u16string& each : partsOf(list, u',', card_.version)) {
+    WString namesIn(const WString& list) const {
+        WString names;
+        for (const WString& each : partsOf(list, u',', card_.version)) {
             if (isBlank(each)) continue;
             if (!names.empty()) names += u' ';
             names += trimmed(each);
@@ -193,7 +193,7 @@ private:
     }
 
     void takeCategories(const VCardProperty& property) {
-        for (std::u16string& each : parts(property, u',')) {
+        for (WString& each : parts(property, u',')) {
             if (!isBlank(each)) categories_.push_back(std::move(each));
         }
     }
@@ -215,9 +215,9 @@ private:
     }
 
     NumberKind kindOf(const VCardProperty& property) const {
-        std::u16string words;
+        WString words;
         for (const std::string& type : property.types())
-            words += u' ' + std::u16string(type.begin(), type.end());
+            words += u' ' + WString(type.begin(), type.end());
         const auto label = groupLabels_.find(property.group);
         if (label != groupLabels_.end()) words += u' ' + label->second;
         return numberKindOf(words).value_or(NumberKind::other);
@@ -263,10 +263,10 @@ private:
     const VCard& card_;
     const FileEncoding& fileEncoding_;
     ContactDraft& draft_;
-    std::map<std::string, std::u16string> groupLabels_;
+    std::map<std::string, WString> groupLabels_;
     ContactName name_;
-    std::u16string notes_;
-    std::vector<std::u16string> categories_;
+    WString notes_;
+    std::vector<WString> categories_;
     std::vector<FoundNumber> numbers_;
     std::vector<FoundEmail> emails_;
     OwnFields own_;

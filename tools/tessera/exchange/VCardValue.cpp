@@ -11,7 +11,7 @@ namespace Tool {
 
 namespace {
 
-constexpr auto npos = std::u16string_view::npos;
+constexpr auto npos = WStringView::npos;
 
 int hexDigit(char ch) {
     if (ch >= '0' && ch <= '9') return ch - '0';
@@ -26,8 +26,8 @@ bool isAscii(std::string_view bytes) {
     return true;
 }
 
-std::optional<std::u16string> decodedByItself(std::string_view bytes, const FileEncoding& fileEncoding) {
-    if (isAscii(bytes)) return std::u16string(bytes.begin(), bytes.end());
+std::optional<WString> decodedByItself(std::string_view bytes, const FileEncoding& fileEncoding) {
+    if (isAscii(bytes)) return WString(bytes.begin(), bytes.end());
     if (fileEncoding.isSaid) return decodeWhole(bytes, fileEncoding.name);
     if (auto text = decodeWhole(bytes, "UTF-8")) return text;
     if (auto text = decodeWhole(bytes, fileEncoding.name)) return text;
@@ -36,8 +36,8 @@ std::optional<std::u16string> decodedByItself(std::string_view bytes, const File
 }
 
 /// The character that an escape stands for; nothing where the backslash stands for itself.
-std::optional<char16_t> escaped(char16_t behind, VCardVersion version) {
-    if (std::u16string_view(u"\\;,:").find(behind) != npos) return behind;
+std::optional<WCHAR> escaped(WCHAR behind, VCardVersion version) {
+    if (WStringView(TEXT("\\;,:")).find(behind) != npos) return behind;
     const bool knowsLineFeeds = version != VCardVersion::v21;
     return knowsLineFeeds && (behind == u'n' || behind == u'N') ? std::optional(u'\n') : std::nullopt;
 }
@@ -76,19 +76,19 @@ VCardText textOf(const VCardProperty& property, const FileEncoding& fileEncoding
     return {withLineFeeds(*text), {}};
 }
 
-std::u16string unescaped(std::u16string_view text, VCardVersion version) {
-    std::u16string plain;
+WString unescaped(WStringView text, VCardVersion version) {
+    WString plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const auto meant =
-            text[i] == u'\\' && i + 1 < text.size() ? escaped(text[i + 1], version) : std::optional<char16_t>();
+            text[i] == u'\\' && i + 1 < text.size() ? escaped(text[i + 1], version) : std::optional<WCHAR>();
         plain += meant.value_or(text[i]);
         if (meant) ++i;
     }
     return plain;
 }
 
-std::vector<std::u16string> rawPartsOf(std::u16string_view text, char16_t separator, VCardVersion version) {
-    std::vector<std::u16string> parts;
+std::vector<WString> rawPartsOf(WStringView text, WCHAR separator, VCardVersion version) {
+    std::vector<WString> parts;
     std::size_t begin = 0;
     for (std::size_t i = 0; i <= text.size(); ++i) {
         if (i < text.size() && text[i] == u'\\' && i + 1 < text.size() && escaped(text[i + 1], version)) {
@@ -102,9 +102,9 @@ std::vector<std::u16string> rawPartsOf(std::u16string_view text, char16_t separa
     return parts;
 }
 
-std::vector<std::u16string> partsOf(std::u16string_view text, char16_t separator, VCardVersion version) {
-    std::vector<std::u16string> parts = rawPartsOf(text, separator, version);
-    for (std::u16string& part : parts)
+std::vector<WString> partsOf(WStringView text, WCHAR separator, VCardVersion version) {
+    std::vector<WString> parts = rawPartsOf(text, separator, version);
+    for (WString& part : parts)
         part = unescaped(part, version);
     return parts;
 }

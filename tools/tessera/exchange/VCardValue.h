@@ -5,12 +5,13 @@
 #include <vector>
 
 #include "VCardProperty.h"
+#include "tessera/platform/base/Types.h"
 
 namespace Tool {
 
 /// What a property says, or why that cannot be read.
 struct VCardText {
-    std::u16string text;  ///< Still with its escapes.
+    WString text;         ///< Still with its escapes.
     std::string problem;  ///< Empty when the text can be read.
 };
 
@@ -27,11 +28,11 @@ VCardText textOf(const VCardProperty& property, const FileEncoding& fileEncoding
 /// The bytes of a quoted-printable text; false when it is none.
 bool decodeQuotedPrintable(std::string_view text, std::string& bytes);
 
-std::u16string unescaped(std::u16string_view text, VCardVersion version);
+WString unescaped(WStringView text, VCardVersion version);
 
 /// The parts of a value between separators that are not escaped, still with their own escapes.
-std::vector<std::u16string> rawPartsOf(std::u16string_view text, char16_t separator, VCardVersion version);
+std::vector<WString> rawPartsOf(WStringView text, WCHAR separator, VCardVersion version);
 /// The same without their escapes.
-std::vector<std::u16string> partsOf(std::u16string_view text, char16_t separator, VCardVersion version);
+std::vector<WString> partsOf(WStringView text, WCHAR separator, VCardVersion version);
 
 }  // namespace Tool

@@ -149,9 +149,7 @@ private:
     void writeName() {
         const CString& name = contact_.record.strName;
         const PersonName parts = partsOfName(name.view());
-        const auto part = [this](std::u16string_view text) {
-            return escaped(withLineFeeds(utf8Of(text)), version_, ";");
-        };
+        const auto part = [this](WStringView text) { return escaped(withLineFeeds(utf8Of(text)), version_, ";"); };
         writeLine("N", part(parts.family) + ';' + part(parts.given) + ";;;");
         writeText("FN", textOf(PhoneBook::PBDBATTR_NAME));
     }
@@ -195,9 +193,9 @@ private:
     /// The group first; where that alone would not bring back both, each stands in a property of its own too.
     void writeCategories() {
         const PhoneBook::PBRecord& record = contact_.record;
-        const std::vector<std::u16string> categories = categoriesIn(record.strCategories);
+        const std::vector<WString> categories = categoriesIn(record.strCategories);
         std::string list;
-        for (const std::u16string& category : categories) {
+        for (const WString& category : categories) {
             list += (list.empty() ? "" : ",") + escaped(withLineFeeds(utf8Of(category)), version_, ",");
         }
         if (!list.empty()) writeLine("CATEGORIES", list);
