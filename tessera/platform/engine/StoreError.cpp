@@ -2,21 +2,29 @@
 
 #include <utility>
 
+#include "tessera/platform/port/ThreadLocal.h"
+
 namespace Platform {
 namespace {
 
-thread_local std::string lastText;
+struct LastText {
+    std::string text;
+};
+
+std::string& lastText() {
+    return port::ofThisThread<LastText>().text;
+}
 
 }  // namespace
 
 DWORD setStoreError(DWORD error, std::string text) {
     SetLastError(error);
-    lastText = std::move(text);
+    lastText() = std::move(text);
     return error;
 }
 
 const std::string& storeErrorText() {
-    return lastText;
+    return lastText();
 }
 
 }  // namespace Platform

@@ -7,6 +7,7 @@
 
 #include "tessera/platform/engine/StoreError.h"
 #include "tessera/platform/objectstore/MountedStore.h"
+#include "tessera/platform/port/ThreadLocal.h"
 
 namespace Platform {
 namespace {
@@ -24,7 +25,10 @@ public:
     std::unique_ptr<Session> session;
 };
 
-thread_local ThreadSession ofThread;
+/// Null in a thread that has none.
+std::unique_ptr<Session>& ownSession() {
+    return port::ofThisThread<ThreadSession>().session;
+}
 
 std::atomic<std::uint64_t> sessionsMade = 0;
 
@@ -42,7 +46,7 @@ Session* Session::current() {
         setStoreError(ERROR_NOT_READY, "the thread has ended");
         return nullptr;
     }
-    std::unique_ptr<Session>& session = ofThread.session;
+    std::unique_ptr<Session>& session = ownSession();
     if (session != nullptr && session->mountNumber() == MountedStore::number()) return session.get();
     session.reset();
 
@@ -59,14 +63,14 @@ DWORD Session::mount(std::shared_ptr<RecordStore> store) {
     if (threadEnded) return setStoreError(ERROR_NOT_READY, "the thread has ended");
     auto engine = store->connect();
     if (engine == nullptr) return GetLastError();
-    ofThread.session.reset();
+    ownSession().reset();
     const std::uint64_t number = MountedStore::replace(store);
-    ofThread.session = std::make_unique<Session>(std::move(store), std::move(engine), number);
+    ownSession() = std::make_unique<Session>(std::move(store), std::move(engine), number);
     return ERROR_SUCCESS;
 }
 
 void Session::unmount() {
-    if (!threadEnded) ofThread.session.reset();
+    if (!threadEnded) ownSession().reset();
     MountedStore::replace(nullptr);
 }
 
@@ -120,7 +124,7 @@ DWORD Session::enterBatch() {
 }
 
 void Session::giveUpBatch(DWORD error) noexcept {
-    Session* const session = threadEnded ? nullptr : ofThread.session.get();
+    Session* const session = threadEnded ? nullptr : ownSession().get();
     if (session == nullptr || !session->inBatch() || session->batchError_ != ERROR_SUCCESS) return;
     session->engine_->dropUnit();
     session->batchError_ = error;

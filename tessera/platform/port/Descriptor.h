@@ -4,7 +4,8 @@
 
 namespace Platform::port {
 
-/// Owns a file descriptor of the system.
+/// Owns a file descriptor of the system or, where it has handles instead, a handle. Of an event, to be readable means
+/// to be signalled.
 class Descriptor {
 public:
     Descriptor() = default;

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <filesystem>
-
-#include "tessera/platform/port/Descriptor.h"
+#include <memory>
 
 namespace Platform::port {
 
@@ -12,13 +11,17 @@ class FileWatch {
 public:
     /// Throws std::system_error when the file cannot be watched.
     explicit FileWatch(const std::filesystem::path& file);
+    ~FileWatch();
+    FileWatch(const FileWatch&) = delete;
+    FileWatch& operator=(const FileWatch&) = delete;
 
     /// Readable from the first touch on until `clear`.
-    int fd() const { return descriptor_.get(); }
+    int fd() const;
     void clear();
 
 private:
-    Descriptor descriptor_;
+    struct Watching;
+    std::unique_ptr<Watching> watching_;
 };
 
 /// Wakes those who watch the file. Its contents stay; nothing happens when it is gone.

@@ -14,7 +14,7 @@ WCHAR lowerCase(WCHAR ch);
 WCHAR upperCase(WCHAR ch);
 
 /// The user's locale as the environment gives it (LC_ALL, LC_COLLATE, LANG), as an ICU name such as
-/// "ko_KR"; "" for C and POSIX and when none is set.
+/// "ko_KR"; "" for C and POSIX. When none is set it is what the system's settings say, and "" where it has none.
 std::string userCollationLocale();
 
 /// Orders text as people of a locale do.

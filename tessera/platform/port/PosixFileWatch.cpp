@@ -6,14 +6,25 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "tessera/platform/port/Descriptor.h"
 #include "tessera/platform/port/FileWatch.h"
 
 namespace Platform::port {
 
-FileWatch::FileWatch(const std::filesystem::path& file) : descriptor_(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
-    const bool watched =
-        descriptor_.isOpen() && ::inotify_add_watch(fd(), file.c_str(), IN_ATTRIB | IN_CLOSE_WRITE) >= 0;
+struct FileWatch::Watching {
+    Descriptor events;
+};
+
+FileWatch::FileWatch(const std::filesystem::path& file)
+    : watching_(std::make_unique<Watching>(Descriptor(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)))) {
+    const bool watched = fd() >= 0 && ::inotify_add_watch(fd(), file.c_str(), IN_ATTRIB | IN_CLOSE_WRITE) >= 0;
     if (!watched) throw std::system_error(errno, std::generic_category(), "inotify");
+}
+
+FileWatch::~FileWatch() = default;
+
+int FileWatch::fd() const {
+    return watching_->events.get();
 }
 
 void FileWatch::clear() {

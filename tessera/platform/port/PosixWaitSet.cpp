@@ -24,6 +24,8 @@ WaitSet::WaitSet() : descriptor_(::epoll_create1(EPOLL_CLOEXEC)) {
     if (!descriptor_.isOpen()) throw std::system_error(errno, std::generic_category(), "epoll");
 }
 
+WaitSet::~WaitSet() = default;
+
 void WaitSet::add(int fd) {
     epoll_event event{};
     event.events = EPOLLIN;

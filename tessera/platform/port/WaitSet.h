@@ -9,6 +9,9 @@ class WaitSet {
 public:
     /// Throws std::system_error when the system has no descriptor left.
     WaitSet();
+    ~WaitSet();
+    WaitSet(const WaitSet&) = delete;
+    WaitSet& operator=(const WaitSet&) = delete;
 
     /// Readable while one of them is.
     int fd() const { return descriptor_.get(); }

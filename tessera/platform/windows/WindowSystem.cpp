@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tessera/platform/base/Results.h"
+#include "tessera/platform/port/ThreadLocal.h"
 
 namespace Platform {
 namespace {
@@ -38,8 +39,7 @@ WindowSystem& WindowSystem::instance() {
 
 std::shared_ptr<MessageQueue> WindowSystem::currentQueue() {
     try {
-        thread_local const ThreadQueue own;
-        return own.queue();
+        return port::ofThisThread<ThreadQueue>().queue();
     } catch (const std::exception&) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return nullptr;

@@ -4,20 +4,14 @@
 #include <string>
 #include <string_view>
 
-#include "tessera/platform/port/IcuDates.h"
+#include "tessera/platform/port/DatePattern.h"
 #include "tessera/platform/port/Locale.h"
 #include "tessera/platform/port/Paths.h"
+#include "tessera/platform/port/SystemLocale.h"
+#include "tessera/platform/port/ThreadLocal.h"
 
 namespace Platform::port {
 namespace {
-
-/// The first variable that is set decides; an empty one counts as not set.
-std::string firstSetOf(std::initializer_list<const char*> variables) {
-    for (const char* variable : variables) {
-        if (std::string value = environmentValue(variable); !value.empty()) return value;
-    }
-    return {};
-}
 
 struct Modifier {
     std::string_view posix;
@@ -63,21 +57,29 @@ std::string icuNameOf(std::string_view posixName) {
     return name;
 }
 
+/// The first variable that is set decides; an empty one counts as not set.
+std::string localeOf(std::initializer_list<const char*> variables) {
+    for (const char* variable : variables) {
+        if (const std::string value = environmentValue(variable); !value.empty()) return icuNameOf(value);
+    }
+    return systemLocale();
+}
+
+struct KnownPattern {
+    std::string locale;
+    DatePattern pattern = datePatternOf("");
+};
+
 }  // namespace
 
 std::string userCollationLocale() {
-    return icuNameOf(firstSetOf({"LC_ALL", "LC_COLLATE", "LANG"}));
+    return localeOf({"LC_ALL", "LC_COLLATE", "LANG"});
 }
 
 DatePattern userDatePattern() {
-    // Asking ICU is slow and the locale hardly ever changes, but when it does the next call sees it.
-    struct Known {
-        std::string locale;
-        DatePattern pattern = datePatternOf("");
-    };
-    thread_local Known known;
-
-    const std::string locale = icuNameOf(firstSetOf({"LC_ALL", "LC_TIME", "LANG"}));
+    // Asking the system is slow and the locale hardly ever changes, but when it does the next call sees it.
+    auto& known = ofThisThread<KnownPattern>();
+    const std::string locale = localeOf({"LC_ALL", "LC_TIME", "LANG"});
     if (known.locale != locale) known = {locale, datePatternOf(locale)};
     return known.pattern;
 }

@@ -1,0 +1,99 @@
+#include <algorithm>
+#include <mutex>
+#include <system_error>
+#include <vector>
+
+#include "tessera/platform/port/FileWatch.h"
+#include "tessera/platform/port/WindowsSignals.h"
+#include "tessera/platform/port/WindowsSystem.h"
+
+namespace Platform::port {
+namespace {
+
+[[noreturn]] void throwLastError(const char* call) {
+    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), call);
+}
+
+/// The watches of this process, which hear of its own touches at once: the system tells of them a little later.
+struct LocalWatch {
+    std::filesystem::path file;
+    int event;
+};
+std::mutex localMutex_;
+std::vector<LocalWatch> localWatches_;
+
+void raiseLocalWatches(const std::filesystem::path& file) {
+    const std::lock_guard lock(localMutex_);
+    for (const LocalWatch& watch : localWatches_) {
+        if (watch.file == file) raise(watch.event);
+    }
+}
+
+}  // namespace
+
+/// The system tells of changes in the file's folder, on a thread of its own.
+struct FileWatch::Watching {
+    explicit Watching(const std::filesystem::path& file) : event(makeEvent()) {
+        const std::lock_guard lock(localMutex_);
+        localWatches_.push_back({file, event.get()});
+    }
+    ~Watching() {
+        // Returns when no call of onChange is under way any more.
+        if (wait != nullptr) UnregisterWaitEx(wait, handleOf(-1));
+        if (descriptorOf(changes) != -1) FindCloseChangeNotification(changes);
+        const std::lock_guard lock(localMutex_);
+        std::erase_if(localWatches_, [this](const LocalWatch& watch) { return watch.event == event.get(); });
+    }
+    Watching(const Watching&) = delete;
+    Watching& operator=(const Watching&) = delete;
+
+    void begin(const std::filesystem::path& file) {
+        if (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) throwLastError("GetFileAttributes");
+        const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
+        constexpr SystemDword touches =
+            FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_ATTRIBUTES | FILE_NOTIFY_CHANGE_SIZE;
+        changes = FindFirstChangeNotificationW(folder.c_str(), FALSE, touches);
+        if (descriptorOf(changes) == -1) throwLastError("FindFirstChangeNotification");
+        if (RegisterWaitForSingleObject(&wait, changes, onChange, this, INFINITE, WT_EXECUTEINWAITTHREAD) == 0)
+            throwLastError("RegisterWaitForSingleObject");
+    }
+
+    static void CALLBACK onChange(void* self, BOOLEAN) {
+        const auto* const watching = static_cast<Watching*>(self);
+        // First, so that no change comes in between.
+        FindNextChangeNotification(watching->changes);
+        raise(watching->event.get());
+    }
+
+    Descriptor event;
+    SystemHandle changes = nullptr;
+    SystemHandle wait = nullptr;
+};
+
+FileWatch::FileWatch(const std::filesystem::path& file) : watching_(std::make_unique<Watching>(file)) {
+    watching_->begin(file);
+}
+
+FileWatch::~FileWatch() = default;
+
+int FileWatch::fd() const {
+    return watching_->event.get();
+}
+
+void FileWatch::clear() {
+    lower(fd());
+}
+
+void touchFile(const std::filesystem::path& file) noexcept {
+    constexpr SystemDword shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    // Only those who watch are to hear of it: when it fails there is nothing to watch.
+    const Descriptor opened(descriptorOf(CreateFileW(file.c_str(), FILE_WRITE_ATTRIBUTES, shareAll, nullptr,
+                                                     OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr)));
+    if (!opened.isOpen()) return;
+    raiseLocalWatches(file);
+    SystemFileTime now{};
+    GetSystemTimeAsFileTime(&now);
+    SetFileTime(handleOf(opened.get()), nullptr, nullptr, &now);
+}
+
+}  // namespace Platform::port
