@@ -27,7 +27,7 @@ protected:
             out.put(static_cast<char>(unit)).put(static_cast<char>(unit >> 8));
         return path(name);
     }
-    CString path(const std::string& name) { return *textOfUtf8((folder / name).string()); }
+    CString path(const std::string& name) { return (folder / name).generic_string<WCHAR>().c_str(); }
 
     HRESULT import(CString from, int mode = 0, ImportListener* listener = nullptr) {
         return book->buildDBFromFile(from, mode, listener);

@@ -36,7 +36,7 @@ WString numberOf(int person) {
 CString importFile(const TemporaryStore& store, int people) {
     WString text = TEXT("header\n");
     for (int person = 0; person < people; ++person)
-        text += nameOf(person) + TEXT(",친구,,") + numberOf(person) + u'\n';
+        text += nameOf(person) + TEXT(",친구,,") + numberOf(person) + TEXT("\n");
     const std::filesystem::path path = store.folder() / "people.csv";
     std::ofstream out(path, std::ios::binary);
     out.write(reinterpret_cast<const char*>(text.data()), static_cast<std::streamsize>(text.size() * sizeof(WCHAR)));

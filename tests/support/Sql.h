@@ -11,7 +11,8 @@ namespace testing_support {
 /// Does with SQL what no program would.
 inline void runSql(const std::filesystem::path& file, const std::string& statements) {
     sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+    const std::u8string name = file.u8string();
+    ASSERT_EQ(sqlite3_open(reinterpret_cast<const char*>(name.c_str()), &database), SQLITE_OK);
     EXPECT_EQ(sqlite3_exec(database, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
         << sqlite3_errmsg(database);
     sqlite3_close(database);

@@ -15,6 +15,7 @@
 #include "tests/phonebook/Calls.h"
 #include "tests/phonebook/SpeedDialBuilders.h"
 #include "tests/support/Builders.h"
+#include "tests/support/Environment.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/upgrade/StoreText.h"
@@ -58,7 +59,7 @@ private:
 
 /// The store is of "en_US": whoever opens it, and wherever.
 void liveIn(const char* locale) {
-    setenv("LC_ALL", locale, 1);
+    testing_support::setVariable("LC_ALL", locale);
 }
 
 /// As of a program with another ICU, whose keys are not ours.

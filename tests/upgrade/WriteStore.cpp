@@ -17,6 +17,7 @@
 #include "tests/phonebook/SpeedDialBuilders.h"
 #include "tests/platform/contacts/ContactsFixture.h"
 #include "tests/support/Builders.h"
+#include "tests/support/Environment.h"
 #include "tests/upgrade/StoreText.h"
 
 namespace {
@@ -140,7 +141,7 @@ void fill(OpenPhoneBook& book) {
 void writeStore(const std::filesystem::path& folder) {
     const std::filesystem::path store = folder / "store-format-2.db";
     if (std::filesystem::exists(store)) throw std::runtime_error(store.string() + " is there, and is not replaced");
-    setenv("LC_ALL", "en_US.UTF-8", 1);  // the store keeps it
+    testing_support::setVariable("LC_ALL", "en_US.UTF-8");  // the store keeps it
     if (ObjectStore::mount(store.string()) == FALSE) throw std::runtime_error(ObjectStore::errorText());
     const CEOID choir = addCategories();
     {

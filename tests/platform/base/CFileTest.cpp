@@ -12,7 +12,7 @@ namespace {
 constexpr UINT reading = CFile::modeRead | CFile::shareDenyWrite | CFile::typeBinary;
 
 BOOL openPath(CFile& file, const std::filesystem::path& path) {
-    return file.Open(path.u16string().c_str(), reading);
+    return file.Open(path.string<WCHAR>().c_str(), reading);
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ TEST(CFile, WhatIsMissingOrNoFileDoesNotOpen) {
 
 TEST(CFile, OpensForReadingOnly) {
     const ScratchFolder scratch;
-    const auto path = scratch.withFile("a", "content").u16string();
+    const auto path = scratch.withFile("a", "content").string<WCHAR>();
     CFile file;
 
     EXPECT_FALSE(file.Open(path.c_str(), 0x0001));

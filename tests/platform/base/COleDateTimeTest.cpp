@@ -108,10 +108,8 @@ TEST(Format, FollowsTheUsersLocale) {
         const char* locale;
         const WCHAR* text;
     } rows[] = {
-        {"C", TEXT("1990-03-05")},           {"POSIX", TEXT("1990-03-05")},
-        {"C.UTF-8", TEXT("1990-03-05")},     {"ko_KR.UTF-8", TEXT("1990. 3. 5.")},
-        {"en_US.UTF-8", TEXT("3/5/1990")},   {"en_GB.UTF-8", TEXT("05/03/1990")},
-        {"de_DE.UTF-8", TEXT("05.03.1990")}, {"sv_SE.UTF-8", TEXT("1990-03-05")},
+        {"C", TEXT("1990-03-05")},         {"POSIX", TEXT("1990-03-05")},       {"C.UTF-8", TEXT("1990-03-05")},
+        {"en_US.UTF-8", TEXT("3/5/1990")}, {"en_GB.UTF-8", TEXT("05/03/1990")}, {"sv_SE.UTF-8", TEXT("1990-03-05")},
         {"xx_YY", TEXT("1990-03-05")},
     };
     for (const auto& row : rows) {

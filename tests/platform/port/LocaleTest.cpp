@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "tessera/platform/port/Locale.h"
+#include "tessera/platform/port/SystemLocale.h"
 #include "tests/platform/port/ScopedVariable.h"
 
 using Platform::port::lowerCase;
+using Platform::port::systemLocale;
 using Platform::port::upperCase;
 using Platform::port::userCollationLocale;
 
@@ -86,10 +88,10 @@ TEST(UserCollationLocale, TakesTheFirstVariableThatIsSet) {
     }
 }
 
-TEST(UserCollationLocale, IsEmptyWhenNoneIsSet) {
+TEST(UserCollationLocale, IsTheSystemsWhenNoneIsSet) {
     const ScopedVariable all("LC_ALL", std::nullopt);
     const ScopedVariable collate("LC_COLLATE", std::nullopt);
     const ScopedVariable lang("LANG", std::nullopt);
 
-    EXPECT_EQ(userCollationLocale(), "");
+    EXPECT_EQ(userCollationLocale(), systemLocale());
 }

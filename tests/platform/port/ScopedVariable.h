@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "tests/support/Environment.h"
+
 /// Gives an environment variable a value, or none, while it lives.
 class ScopedVariable {
 public:
@@ -16,13 +18,7 @@ public:
     ScopedVariable& operator=(const ScopedVariable&) = delete;
 
 private:
-    void assign(const std::optional<std::string>& value) const {
-        if (value) {
-            ::setenv(name_.c_str(), value->c_str(), 1);
-        } else {
-            ::unsetenv(name_.c_str());
-        }
-    }
+    void assign(const std::optional<std::string>& value) const { testing_support::setVariable(name_, value); }
 
     std::string name_;
     std::optional<std::string> before_;

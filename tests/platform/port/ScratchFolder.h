@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -10,9 +10,10 @@
 class ScratchFolder {
 public:
     ScratchFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "tessera-scratch-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
-        path_ = name;
+        std::random_device random;
+        path_ = std::filesystem::temp_directory_path() / ("tessera-scratch-" + std::to_string(random()));
+        if (!std::filesystem::create_directory(path_)) throw std::runtime_error("no scratch folder");
+        std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
     }
     ~ScratchFolder() {
         std::error_code ignored;

@@ -1,0 +1,15 @@
+#include <cstdlib>
+
+#include "tests/support/Environment.h"
+
+namespace testing_support {
+
+void setVariable(const std::string& name, const std::optional<std::string>& value) {
+    if (value) {
+        ::setenv(name.c_str(), value->c_str(), 1);
+    } else {
+        ::unsetenv(name.c_str());
+    }
+}
+
+}  // namespace testing_support
