@@ -14,6 +14,9 @@ function(tessera_describe_library target)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME tessera EXPORT_NAME tessera LINKER_LANGUAGE CXX
     VERSION ${TESSERA_INTERFACE} SOVERSION ${TESSERA_INTERFACE})
+  if(WIN32)
+    set_target_properties(${target} PROPERTIES OUTPUT_NAME Tessera PREFIX "")
+  endif()
   target_compile_features(${target} PUBLIC cxx_std_20)
   if(type STREQUAL STATIC_LIBRARY)
     target_compile_definitions(${target} PUBLIC TESSERA_STATIC_DEFINE)
