@@ -40,13 +40,11 @@ struct ThreadEnd {
             delete objects;
         }
     }
-    void await() const {}
 };
 
 ThreadObjects& objectsOfThisThread() {
     if (auto* const objects = static_cast<ThreadObjects*>(TlsGetValue(objectsIndex()))) return *objects;
     thread_local const ThreadEnd end;
-    end.await();
     auto* const objects = new ThreadObjects;
     TlsSetValue(objectsIndex(), objects);
     return *objects;
