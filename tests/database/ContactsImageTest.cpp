@@ -1,17 +1,15 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
-#include <numeric>
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
 
-#include "tessera/database/ContactsImage.h"
 #include "tessera/database/POlDBTable.h"
+#include "tests/database/ScannedContacts.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/Values.h"
@@ -22,21 +20,6 @@ namespace {
 using testing_support::contact;
 using testing_support::OpenPhoneBook;
 using testing_support::TemporaryStore;
-
-ScannedContact scanned(DWORD oid, const std::string& key, const std::string& number = "010") {
-    return {.oid = oid, .sortKey = key, .name = WString(key.begin(), key.end()), .numbers = {number}};
-}
-
-std::vector<DWORD> oidsOf(const std::vector<ScanMatch>& matches) {
-    std::vector<DWORD> oids;
-    for (const ScanMatch& match : matches)
-        oids.push_back(match.oid);
-    return oids;
-}
-
-std::vector<DWORD> everybody(const ContactsImage& image) {
-    return oidsOf(image.matchingName(CString()));
-}
 
 TEST(ContactsImage, AContactThatMovedWhileAllWereReadIsRemovedWhole) {
     ContactsImage image;
@@ -70,27 +53,6 @@ TEST(ContactsImage, AKeyWithAZeroFindsNothing) {
     EXPECT_TRUE(image.matchingName(CString(TEXT("\0"), 1)).empty());
     EXPECT_TRUE(image.matchingName(CString(TEXT("m\0l"), 3)).empty());
     EXPECT_TRUE(image.matchingNumber(CString(TEXT("\0"), 1)).empty());
-}
-
-RC_GTEST_PROP(ContactsImage, HoldsWhoeverWasPutWhateverTheOrderOfIdentifiers, ()) {
-    std::vector<DWORD> oids(*rc::gen::inRange<std::size_t>(0, 30));
-    std::iota(oids.begin(), oids.end(), DWORD{1});
-    ContactsImage image;
-    std::vector<DWORD> expected;
-    for (const std::size_t size = oids.size(); expected.size() < size;) {
-        const auto next = oids.begin() + *rc::gen::inRange<std::ptrdiff_t>(0, static_cast<std::ptrdiff_t>(oids.size()));
-        image.append(scanned(*next, std::string(1 + expected.size(), 'n')));
-        expected.push_back(*next);
-        oids.erase(next);
-    }
-    RC_ASSERT(everybody(image) == expected);
-
-    const auto gone = *rc::gen::container<std::vector<DWORD>>(rc::gen::inRange<DWORD>(1, 40));
-    for (const DWORD oid : gone) {
-        image.remove(oid);
-        std::erase(expected, oid);
-    }
-    RC_ASSERT(everybody(image) == expected);
 }
 
 /// Renames contacts over and over, a few in each batch, so that they change places in name order.

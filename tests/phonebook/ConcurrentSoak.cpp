@@ -18,9 +18,5 @@ TEST_P(ManagersForLong, OfTwoThreadsLeaveWhatTheySayTheyLeft) {
 INSTANTIATE_TEST_SUITE_P(EitherStore, ManagersForLong, testing::ValuesIn(mountKinds),
                          [](const auto& kind) { return std::string(kind.param.name); });
 
-TEST(ManagersOfTwoProcessesForLong, LeaveWhatTheySayTheyLeft) {
-    testing_support::expectTwoProcessesLeaveWhatTheySay(10s);
-}
-
 }  // namespace
 }  // namespace PhoneBook

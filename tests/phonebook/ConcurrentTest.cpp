@@ -18,9 +18,5 @@ TEST_P(Managers, OfTwoThreadsLeaveWhatTheySayTheyLeft) {
 INSTANTIATE_TEST_SUITE_P(EitherStore, Managers, testing::ValuesIn(mountKinds),
                          [](const auto& kind) { return std::string(kind.param.name); });
 
-TEST(ManagersOfTwoProcesses, LeaveWhatTheySayTheyLeft) {
-    testing_support::expectTwoProcessesLeaveWhatTheySay(1s);
-}
-
 }  // namespace
 }  // namespace PhoneBook

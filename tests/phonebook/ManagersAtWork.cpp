@@ -1,22 +1,16 @@
 #include "tests/phonebook/ManagersAtWork.h"
 
-#include <array>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <memory>
-#include <ostream>
 #include <random>
 #include <string>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tessera/database/Iterator.h"
-#include "tessera/platform/base/Unicode.h"
 #include "tests/support/Builders.h"
 #include "tests/support/Values.h"
 
@@ -27,36 +21,11 @@ using namespace PhoneBook;
 
 namespace {
 
-/// A contact as a worker has left it.
-struct LeftContact {
-    WString name;
-    WString mobile;
-    WString group;  ///< Empty: it has no extension row.
-
-    friend bool operator==(const LeftContact&, const LeftContact&) = default;
-    friend std::ostream& operator<<(std::ostream& out, const LeftContact& contact) {
-        return out << utf8Of(contact.name) << '|' << utf8Of(contact.mobile) << '|' << utf8Of(contact.group);
-    }
-};
-
-/// What a worker has done, and the contacts that it has left, by their identifiers.
-struct WorkReport {
-    bool succeeded = false;
-    unsigned inserted = 0;
-    unsigned updated = 0;
-    unsigned deleted = 0;
-    std::map<DWORD, LeftContact> left;
-};
-
-constexpr unsigned workers = 2;
 constexpr std::size_t most = 100;  // contacts of one worker: it deletes more, once it has so many
 
-WString textOf(const std::string& bytes) {
-    return WString(textOfUtf8(bytes).value().view());
-}
-
 WString digits(unsigned number) {
-    return textOf(std::to_string(number));
+    const std::string text = std::to_string(number);
+    return {text.begin(), text.end()};
 }
 
 /// One worker, with a manager of its own over the mounted store.
@@ -158,8 +127,9 @@ void expectWorked(const WorkReport& report) {
     EXPECT_EQ(report.left.size(), report.inserted - report.deleted);
 }
 
-/// The mounted store holds what the reports say, and nothing else.
-void expectHeld(const std::array<WorkReport, workers>& reports) {
+}  // namespace
+
+void expectHeld(const WorkReports& reports) {
     std::map<DWORD, LeftContact> expected;
     unsigned extensionRows = 0;
     for (const WorkReport& report : reports) {
@@ -182,75 +152,20 @@ void expectHeld(const std::array<WorkReport, workers>& reports) {
     }
 }
 
-// A report as text: what was done, then a line for each contact.
-
-void writeReport(const std::filesystem::path& path, const WorkReport& report) {
-    std::ofstream out(path);
-    out << report.succeeded << ' ' << report.inserted << ' ' << report.updated << ' ' << report.deleted << '\n';
-    for (const auto& [oid, contact] : report.left)
-        out << oid << '|' << contact << '\n';
+WorkReport workFor(std::chrono::seconds howLong, unsigned worker) {
+    return Worker(worker).workFor(howLong);
 }
-
-WorkReport readReport(const std::filesystem::path& path) {
-    WorkReport report;
-    std::ifstream in(path);
-    in >> report.succeeded >> report.inserted >> report.updated >> report.deleted >> std::ws;
-    const auto field = [&in](char end) {
-        std::string text;
-        std::getline(in, text, end);
-        return text;
-    };
-    while (in.peek() != std::ifstream::traits_type::eof()) {
-        const auto oid = static_cast<unsigned>(std::stoul(field('|')));
-        const WString name = textOf(field('|'));
-        const WString mobile = textOf(field('|'));
-        report.left[oid] = {name, mobile, textOf(field('\n'))};
-    }
-    return report;
-}
-
-/// Whatever is thrown ends the process here: it must not return into the copy of the test that it is.
-[[noreturn]] void workAndExit(const TemporaryFolder& folder, unsigned worker, std::chrono::seconds howLong) noexcept {
-    WorkReport report;
-    const bool mounted = ObjectStore::mount((folder / "store.db").string(), quickOptions()) != FALSE;
-    if (mounted) report = Worker(worker).workFor(howLong);
-    ObjectStore::unmount();
-    writeReport(folder / std::to_string(worker), report);
-    ::_exit(0);
-}
-
-}  // namespace
 
 void expectTwoThreadsLeaveWhatTheySay(const MountKind& kind, std::chrono::seconds howLong) {
     const std::shared_ptr<void> store = kind.mount();
     const OpenPhoneBook setUp;
-    std::array<WorkReport, workers> reports;
+    WorkReports reports;
     std::vector<std::thread> threads;
     for (unsigned worker = 0; worker < workers; ++worker)
-        threads.emplace_back([&, worker] { reports[worker] = Worker(worker).workFor(howLong); });
+        threads.emplace_back([&, worker] { reports[worker] = workFor(howLong, worker); });
     for (std::thread& thread : threads)
         thread.join();
     expectHeld(reports);
-}
-
-void expectTwoProcessesLeaveWhatTheySay(std::chrono::seconds howLong) {
-    const TemporaryFolder folder;
-    std::array<pid_t, workers> children{};
-    for (unsigned worker = 0; worker < workers; ++worker) {
-        children[worker] = ::fork();
-        ASSERT_NE(children[worker], -1);
-        if (children[worker] == 0) workAndExit(folder, worker, howLong);
-    }
-    std::array<WorkReport, workers> reports;
-    for (unsigned worker = 0; worker < workers; ++worker) {
-        int status = -1;
-        ASSERT_EQ(::waitpid(children[worker], &status, 0), children[worker]);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-        reports[worker] = readReport(folder / std::to_string(worker));
-    }
-    ASSERT_TRUE(ObjectStore::mount((folder / "store.db").string(), quickOptions()));
-    expectHeld(reports);
-    ObjectStore::unmount();
 }
 
 }  // namespace testing_support

@@ -2,14 +2,15 @@
 
 #include <chrono>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace testing_support {
 
-/// A program to run: what is added to this process's environment, and what it reads from standard input.
+/// A program to run: what is added to this process's environment, and what it reads from standard input. Texts are
+/// UTF-8. Windows has no terminals for it.
 struct Command {
     std::string program;
     std::vector<std::string> arguments;
@@ -22,7 +23,7 @@ struct Command {
 };
 
 struct Outcome {
-    int status = -1;  ///< What it exited with; -1 when a signal ended it.
+    int status = -1;  ///< What it exited with; -1 when a signal or a kill ended it.
     int signal = 0;   ///< Which signal ended it; 0 when none did.
     std::string out;
     std::string err;
@@ -49,9 +50,9 @@ public:
     std::chrono::nanoseconds processorTime() const;
     /// Ends it at once, as the loss of the battery would.
     void kill();
-    /// Asks it to end.
+    /// Asks it to end. There is none for Windows.
     void terminate();
-    /// Asks it to end, as a person at the terminal does.
+    /// Asks it to end, as a person at the terminal does. There is none for Windows.
     void interrupt();
     /// Waits for the end. Output that was not read is read, and lost.
     Outcome wait();
@@ -59,10 +60,8 @@ public:
 private:
     friend Outcome run(const Command& command);
 
-    pid_t child_ = -1;
-    int input_ = -1;
-    int out_ = -1;
-    int err_ = -1;
+    struct Running;
+    std::unique_ptr<Running> running_;
 };
 
 }  // namespace testing_support

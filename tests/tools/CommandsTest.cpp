@@ -242,10 +242,3 @@ TEST(ToolNumber, SaysWhenNoNumberHoldsTheDigits) {
     expectFailure(tool("number", "7777"), 1, "7777");
     EXPECT_EQ(tool.json(1, "number", "7777"), Json::array());
 }
-
-TEST(Tool, FailsWhenItsOutputCannotBeWritten) {
-    const Family tool;
-    auto command = tool.command({"-c", "exec " TESSERA_TOOL " list >/dev/full"});
-    command.program = "/bin/sh";
-    expectFailure(run(command), 3, "standard output");
-}

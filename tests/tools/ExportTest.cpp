@@ -1,7 +1,6 @@
 // export: the file that import reads, byte for byte the same after the way there and back, and JSON.
 
-#include <sys/stat.h>
-
+#include "tests/support/Privacy.h"
 #include "tests/tools/ContactsOf.h"
 #include "tests/tools/ToolTest.h"
 
@@ -50,16 +49,6 @@ void expectCannotHold(const Tool& tool, const std::string& why) {
 }
 
 }  // namespace
-
-TEST(ToolExport, WritesToATerminalOnlyWhatIsMeantForOne) {
-    const Tool tool;
-    tool("add", "--name", "\x1B[2J");
-    auto command = tool.command({"export"});
-    command.outputToTerminal = true;
-    expectFailure(run(command), 2, "--json");
-    command.arguments.emplace_back("--json");
-    EXPECT_THAT(run(command).out, HasSubstr("\\u001b[2J"));
-}
 
 TEST(ToolExport, WritesALineForEachContactInTheOrderOfTheirNames) {
     const Tool tool;
@@ -180,29 +169,7 @@ TEST(ToolExport, ReplacesAFileWithOneThatNobodyElseCanRead) {
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(readFile(path), exported(tool));
-    struct stat status {};
-    ASSERT_EQ(stat(path.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600u);
+    EXPECT_TRUE(testing_support::isPrivate(path));
     for (const auto& entry : std::filesystem::directory_iterator(tool.store().parent_path()))
         EXPECT_THAT(entry.path().filename().string(), ::testing::Not(StartsWith("people.csv.")));
-}
-
-TEST(ToolExport, FollowsALinkAndLeavesIt) {
-    const Tool tool;
-    tool("add", "--name", "Anna");
-    const std::string path = tool.file("people.csv", "old");
-    std::filesystem::create_symlink(path, tool / "link.csv");
-    EXPECT_EQ(tool("export", (tool / "link.csv").string()).status, 0);
-    EXPECT_TRUE(std::filesystem::is_symlink(tool / "link.csv"));
-    EXPECT_EQ(readFile(path), exported(tool));
-}
-
-TEST(ToolExport, RefusesPlacesWhereNoFileCanBe) {
-    const Tool tool;
-    tool("add", "--name", "Anna");
-    expectFailure(tool("export", tool.temporary().string()), 3, "is a folder");
-    expectFailure(tool("export", "/dev/null"), 3, "is no regular file");
-    expectFailure(tool("export", (tool / "nowhere/people.csv").string()), 3, "nowhere/people.csv: cannot be written");
-    expectFailure(tool("export", tool.store().string()), 2, "phone book itself");
-    EXPECT_EQ(tool.json(0, "list").size(), 1u);
 }

@@ -225,15 +225,6 @@ TEST(ToolImportCards, RefusesAFileThatHoldsNone) {
     expectRefusal(tool, {"import", garbage, "--format", "vcard", "--map", "a=name"}, 2, "--map");
 }
 
-TEST(ToolImportCards, DrawsItsProgressOnATerminal) {
-    const Tool tool;
-    auto command = tool.command({"import", tool.file("people.vcf", anna)});
-    command.errorToTerminal = true;
-    const Outcome outcome = run(command);
-    EXPECT_THAT(outcome.err, HasSubstr("1 of 1 cards"));
-    EXPECT_EQ(outcome.out, "imported 1 of 1 card\n");
-}
-
 TEST(ToolImportCards, LeavesAPhoneBookInWhichAllIsRight) {
     const Tool tool;
     imported(tool, foreignFile("smartphone.vcf"));

@@ -1,7 +1,7 @@
 // Files of contacts: both encodings, lines that are skipped, and files that make no sense.
 
-#include <sys/stat.h>
-
+#include "tests/support/Privacy.h"
+#include "tests/tools/RefusedImport.h"
 #include "tests/tools/ToolTest.h"
 
 using namespace tool_test;
@@ -51,13 +51,6 @@ std::vector<Json> jsonLines(const std::string& text) {
     for (const std::string& line : linesOf(text))
         objects.push_back(Json::parse(line));
     return objects;
-}
-
-/// Nothing of the file was imported, no store was made, and nothing was left behind.
-void expectRefused(const Tool& tool, const std::string& path, const std::string& why) {
-    expectFailure(tool("import", path), 3, why);
-    EXPECT_FALSE(exists(tool.store())) << why;
-    EXPECT_TRUE(std::filesystem::is_empty(tool.temporary())) << why;
 }
 
 void expectRefusedBytes(const std::string& bytes, const std::string& why) {
@@ -284,13 +277,6 @@ TEST(ToolImport, RefusesLinesThatEndWithCarriageReturnsAlone) {
     expectRefusedBytes("\xFF\xFE" + utf16Bytes(TEXT("Name\rAnna\r")), "its lines end with carriage returns alone");
 }
 
-TEST(ToolImport, RefusesFilesThatItCannotRead) {
-    const Tool tool;
-    expectRefused(tool, (tool / "missing.csv").string(), "there is no such file");
-    expectRefused(tool, tool.temporary().string(), "is a folder");
-    expectRefused(tool, "/dev/null", "is no regular file");
-}
-
 TEST(ToolImport, RefusesFilesThatAreNoText) {
     expectRefusedBytes("", "is empty");
     expectRefusedBytes("\xFF\xFE", "is empty");
@@ -325,45 +311,10 @@ TEST(ToolImport, LeavesItsSourceAndTheTemporaryFolderAsTheyWere) {
     EXPECT_TRUE(std::filesystem::is_empty(tool.temporary()));
 }
 
-TEST(ToolImport, SaysWhenThereIsNoPlaceForItsWorkingFile) {
-    const Tool tool;
-    auto command = tool.command({"import", tool.file("people.csv", "Name\nAnna\n")});
-    command.environment["TMPDIR"] = (tool / "nowhere").string();
-    expectFailure(run(command), 3, "temporary");
-    EXPECT_FALSE(exists(tool.store()));
-}
-
-TEST(ToolImport, DrawsItsProgressOnATerminalAndNowhereElse) {
-    const Tool tool;
-    auto command = tool.command({"import", tool.file("people.csv", "Name\nAnna\nPaul\n")});
-    EXPECT_EQ(run(command).err, "");
-    command.errorToTerminal = true;
-    const Outcome onTerminal = run(command);
-    EXPECT_EQ(onTerminal.status, 0);
-    EXPECT_THAT(onTerminal.err, HasSubstr("2 of 2 lines"));
-    EXPECT_THAT(onTerminal.err, Not(HasSubstr("\x1B")));
-    EXPECT_EQ(onTerminal.out, "imported 2 of 2 lines\n");
-}
-
 TEST(ToolImport, KeepsPeopleApartFromOtherUsersOfTheMachine) {
     const Tool tool;
     tool("import", tool.file("people.csv", "Name\nAnna\n"));
-    struct stat status {};
-    ASSERT_EQ(stat(tool.store().c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600u);
+    EXPECT_TRUE(testing_support::isPrivate(tool.store()));
 }
 
 // A shell can take a program's room away, the signal for that ignored.
-TEST(ToolImport, NamesTheFolderThatHasNoRoomForItsWorkingFile) {
-    const Tool tool;
-    tool("init");
-    const std::string people = tool.file("people.csv", utf16Bytes(threePeople));
-    auto command = tool.command({"-c", "trap '' XFSZ; ulimit -f 0; exec " TESSERA_TOOL " import '" + people + "'"});
-    command.program = "/bin/sh";
-    command.environment["TMPDIR"] = tool.store().parent_path().string();
-    expectFailure(run(command), 3,
-                  command.environment["TMPDIR"] + ": cannot write a temporary file here: File too large");
-    command.environment["TMPDIR"] = "/proc";
-    expectFailure(run(command), 3, "name another folder with TMPDIR");
-    EXPECT_EQ(tool.json(0, "list"), Json::array());
-}

@@ -79,3 +79,9 @@ TEST(StoreOption, StandsBeforeOrBehindTheCommandAndBeforeTheEnvironment) {
     EXPECT_EQ(tool("speed-dial", "set", "5", "Bella", "mobile", "--store", store).status, 0);
     EXPECT_EQ(tool("speed-dial", "--store", store, "call", "5").out, "010-2345-6789\n");
 }
+
+TEST(Tool, FailsWhenItsOutputCannotBeWritten) {
+    const Tool tool;
+    tool("add", "--name", "Anna");
+    expectFailure(run(inShell(tool, "exec \"$TESSERA\" list >/dev/full")), 3, "standard output");
+}

@@ -1,7 +1,5 @@
 // Stores that cannot be used: each a clear error that names the file, which stays as it was.
 
-#include <unistd.h>
-
 #include "tests/tools/ContactsOf.h"
 #include "tests/tools/ToolTest.h"
 
@@ -67,14 +65,6 @@ TEST(ToolStore, CannotBeMadeBelowAFile) {
     tool.file("file", "text");
     expectUnusable(tool, tool / "file/store.db");
     EXPECT_EQ(readFile(tool / "file"), "text");
-}
-
-TEST(ToolStore, CannotBeMadeWhereNobodyMayWrite) {
-    const Tool tool;
-    // Not even the administrator writes here.
-    const std::filesystem::path store = "/proc/tessera-test/store.db";
-    expectFailure(tool("--store", store.string(), "init"), 3, store.string());
-    expectFailure(tool("--store", store.string(), "add", "--name", "Anna"), 3, store.string());
 }
 
 TEST(ToolStore, IsMadeInAFolderThatIsMissing) {

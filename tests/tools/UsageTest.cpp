@@ -58,10 +58,3 @@ TEST(StoreAdvice, SaysWhatToDoAboutAStoreThatCannotBeUsed) {
     tool.file("damaged.db", bytes);
     expectFailure(tool("--store", (tool / "damaged.db").string(), "list"), 3, "tessera recover");
 }
-
-TEST(StoreAdvice, SaysWhatToDoAboutAFolderThatOthersMayWriteTo) {
-    const Tool tool;
-    std::filesystem::create_directory(tool / "shared");
-    std::filesystem::permissions(tool / "shared", std::filesystem::perms::all);
-    expectFailure(tool("--store", (tool / "shared/store.db").string(), "init"), 3, "TESSERA_SHARED_FOLDER=allow");
-}

@@ -1,6 +1,5 @@
 // A store that an earlier version has written opens in this one, with all that is in it, and serves on.
 
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>

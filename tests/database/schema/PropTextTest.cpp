@@ -1,32 +1,14 @@
-#include <array>
 #include <clocale>
-#include <cstdarg>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
 
-#include "tessera/database/schema/PropText.h"
-#include "tessera/platform/base/Unicode.h"
+#include "tests/database/schema/ShownText.h"
 
 namespace Database {
 namespace {
-
-std::string shown(const CCeDBProp& prop) {
-    return utf8Of(renderText(prop).view());
-}
-
-__attribute__((format(printf, 1, 2))) std::string printed(const char* format, ...) {
-    std::array<char, 400> text{};
-    va_list values;
-    va_start(values, format);
-    std::vsnprintf(text.data(), text.size(), format, values);
-    va_end(values);
-    return text.data();
-}
 
 TEST(PropText, ShowsEachTypeInItsOwnForm) {
     EXPECT_EQ(shown(CCeDBProp::ofI2(1, -7)), "-7");
@@ -84,14 +66,6 @@ TEST(PropText, DoesNotFollowTheLocale) {
 
     std::setlocale(LC_NUMERIC, "C");
     EXPECT_EQ(text, "1234.500000") << (comma != nullptr ? comma : "no such locale here");
-}
-
-RC_GTEST_PROP(PropText, NumbersReadAsThePrintedForm, (std::int16_t i2, WORD ui2, LONG i4, DWORD ui4, double r8)) {
-    RC_ASSERT(shown(CCeDBProp::ofI2(1, i2)) == printed("%d", i2));
-    RC_ASSERT(shown(CCeDBProp::ofUI2(1, ui2)) == printed("0x%04x", ui2));
-    RC_ASSERT(shown(CCeDBProp::ofI4(1, i4)) == printed("%d", i4));
-    RC_ASSERT(shown(CCeDBProp::ofUI4(1, ui4)) == printed("0x%08x", ui4));
-    RC_ASSERT(shown(CCeDBProp::ofR8(1, r8)) == printed("%f", r8));
 }
 
 }  // namespace

@@ -2,10 +2,10 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
 
 #include "tessera/phonebook/model/PBAttributes.h"
 #include "tessera/phonebook/model/Schemas.h"
+#include "tests/phonebook/model/PrimaryNumbers.h"
 
 namespace PhoneBook {
 namespace {
@@ -139,13 +139,6 @@ TEST(PBAttributes, DefaultGroupsAreFamilyFriendsCompanySchool) {
     EXPECT_EQ(names, (std::vector<CString>{TEXT("가족"), TEXT("친구"), TEXT("회사"), TEXT("학교")}));
 }
 
-PBRecord recordWith(DWORD mask, DWORD primary) {
-    PBRecord record;
-    record.dwCITypeMask = mask;
-    record.dwPrimaryTelephoneNumber = primary;
-    return record;
-}
-
 TEST(PrimaryTelNoFlag, IsWhatTheRecordStatesEvenWhenItLacksThatNumber) {
     EXPECT_EQ(getPrimaryTelNoFlag(recordWith(0x00400000, 0x10)), 0x10u);
     EXPECT_EQ(getPrimaryTelNoFlag(recordWith(0x00400004, 0x800)), 0x800u);
@@ -165,19 +158,6 @@ TEST(PrimaryTelNoFlag, IsTheFirstNumberPresentWhenNoneIsStated) {
 TEST(PrimaryTelNoFlag, IsZeroWithoutANumber) {
     EXPECT_EQ(getPrimaryTelNoFlag(recordWith(0, 4)), 0u);
     EXPECT_EQ(getPrimaryTelNoFlag(recordWith(0x007F03E3 & ~0x00400000u, 0x4)), 0u);
-}
-
-RC_GTEST_PROP(PrimaryTelNoFlag, FollowsItsDefinition, (DWORD mask, DWORD stated)) {
-    const DWORD flag = getPrimaryTelNoFlag(recordWith(mask, stated));
-
-    if ((mask & 0x00400000) != 0 && (stated & 0xC1C) != 0) {
-        RC_ASSERT(flag == stated);
-    } else if ((mask & 0xC1C) == 0) {
-        RC_ASSERT(flag == 0u);
-    } else {
-        const DWORD numbers = mask & 0xC1C;
-        RC_ASSERT(flag == (numbers & (~numbers + 1)));  // the flags stand in the order of their bits
-    }
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-#include <rapidcheck/gtest.h>
-#include <unicode/ustring.h>
 
 #include "tessera/platform/base/Unicode.h"
+#include "tests/platform/base/IllFormedUtf8.h"
 #include "tests/platform/base/Printing.h"
 
 namespace {
@@ -14,13 +11,6 @@ namespace {
 WString utf16Of(char32_t ch) {
     if (ch < 0x10000) return {static_cast<WCHAR>(ch)};
     return {static_cast<WCHAR>(0xD7C0 + (ch >> 10)), static_cast<WCHAR>(0xDC00 + (ch & 0x3FF))};
-}
-
-bool isWellFormedToIcu(const std::string& bytes) {
-    UErrorCode status = U_ZERO_ERROR;
-    int32_t length = 0;
-    u_strFromUTF8(nullptr, 0, &length, bytes.data(), static_cast<int32_t>(bytes.size()), &status);
-    return status != U_INVALID_CHAR_FOUND;
 }
 
 }  // namespace
@@ -52,33 +42,8 @@ TEST(Utf8, ALoneHalfOfAPairIsReplaced) {
 }
 
 TEST(Utf8, IllFormedBytesAreRefused) {
-    const char* const illFormed[] = {
-        "\x80",  // a byte that continues nothing
-        "\xC0\x80",
-        "\xC1\xBF",  // overlong
-        "\xE0\x80\x80",
-        "\xE0\x9F\xBF",
-        "\xF0\x80\x80\x80",
-        "\xF0\x8F\xBF\xBF",
-        "\xED\xA0\x80",
-        "\xED\xBF\xBF",  // halves of a pair
-        "\xF4\x90\x80\x80",
-        "\xF5\x80\x80\x80",  // beyond the last character
-        "\xFE",
-        "\xFF",
-        "\xC3",
-        "\xE2\x82",
-        "\xF0\x9F\x93",  // cut off
-        "\xC3"
-        "a",
-        "\xE2\x82"
-        "a",
-        "a\xFF",
-    };
-    for (const char* bytes : illFormed) {
+    for (const char* bytes : illFormedUtf8)
         EXPECT_FALSE(textOfUtf8(bytes).has_value()) << bytes;
-        EXPECT_FALSE(isWellFormedToIcu(bytes)) << bytes;
-    }
 }
 
 TEST(Utf8, ACharacterThatIsCutShortIsRefusedWhateverStandsBehindTheText) {
@@ -86,26 +51,4 @@ TEST(Utf8, ACharacterThatIsCutShortIsRefusedWhateverStandsBehindTheText) {
 
     EXPECT_TRUE(textOfUtf8(whole).has_value());
     EXPECT_FALSE(textOfUtf8(whole.substr(0, 2)).has_value());
-}
-
-RC_GTEST_PROP(Utf8, WhatIcuRefusesIsRefused, ()) {
-    // Mostly bytes with a meaning of their own, so that well-formed texts come up too.
-    const auto byte = rc::gen::oneOf(
-        rc::gen::element<int>(0x41, 0x80, 0xBF, 0xC3, 0xE0, 0xA0, 0xED, 0x9F, 0xF0, 0x90, 0xF4, 0x8F, 0xC0),
-        rc::gen::inRange(0, 256));
-    std::string bytes;
-    for (const int value : *rc::gen::container<std::vector<int>>(byte))
-        bytes += static_cast<char>(value);
-
-    const auto text = textOfUtf8(bytes);
-
-    RC_ASSERT(text.has_value() == isWellFormedToIcu(bytes));
-    if (text) RC_ASSERT(utf8Of(text->view()) == bytes);
-}
-
-RC_GTEST_PROP(Utf8, AnyUtf16GivesWellFormedBytes, ()) {
-    const auto units = *rc::gen::container<std::vector<std::uint16_t>>(
-        rc::gen::oneOf(rc::gen::element<std::uint16_t>(0xD83D, 0xDCDE, u'a'), rc::gen::arbitrary<std::uint16_t>()));
-
-    RC_ASSERT(isWellFormedToIcu(utf8Of(WString(units.begin(), units.end()))));
 }

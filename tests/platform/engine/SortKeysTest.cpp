@@ -2,56 +2,15 @@
 #include <limits>
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-#include <rapidcheck/gtest.h>
 
 #include "tessera/platform/base/Results.h"
-#include "tessera/platform/engine/SortKeys.h"
-#include "tests/platform/engine/RecordBuilders.h"
+#include "tests/platform/engine/TextOrders.h"
 
 namespace engine_testing {
 namespace {
 
 using Platform::SortKeys;
 using Platform::SortOrder;
-
-constexpr SortOrder byText{property(1, Platform::kindText), 0};
-constexpr SortOrder byTextWithoutCase{property(1, Platform::kindText), Platform::sortCaseInsensitive};
-
-std::string keyOf(const SortKeys& keys, const SortOrder& order, const std::string& value) {
-    return keys.keyOf(order, value).value();
-}
-
-int sign(int number) {
-    return int{number > 0} - int{number < 0};
-}
-
-template <typename Number>
-void numbersOrderAs(Platform::PropertyKind kind, Number a, Number b) {
-    const SortKeys keys("");
-    const SortOrder order{property(1, kind), 0};
-    const int compared = keyOf(keys, order, bytesOf(a)).compare(keyOf(keys, order, bytesOf(b)));
-    RC_ASSERT(sign(compared) == int{a > b} - int{a < b});
-}
-
-RC_GTEST_PROP(SortKeys, ShortsOrderByValue, (std::int16_t a, std::int16_t b)) {
-    numbersOrderAs(Platform::kindI2, a, b);
-}
-RC_GTEST_PROP(SortKeys, LongsOrderByValue, (std::int32_t a, std::int32_t b)) {
-    numbersOrderAs(Platform::kindI4, a, b);
-}
-RC_GTEST_PROP(SortKeys, UnsignedShortsOrderByValue, (std::uint16_t a, std::uint16_t b)) {
-    numbersOrderAs(Platform::kindUI2, a, b);
-}
-RC_GTEST_PROP(SortKeys, UnsignedLongsOrderByValue, (std::uint32_t a, std::uint32_t b)) {
-    numbersOrderAs(Platform::kindUI4, a, b);
-}
-RC_GTEST_PROP(SortKeys, TimesOrderByValue, (std::uint64_t a, std::uint64_t b)) {
-    numbersOrderAs(Platform::kindFileTime, a, b);
-}
-RC_GTEST_PROP(SortKeys, RealsOrderByValue, (double a, double b)) {
-    numbersOrderAs(Platform::kindR8, a, b);
-}
 
 TEST(SortKeys, RealsOrderAtTheirEdges) {
     const SortKeys keys("");
@@ -80,18 +39,6 @@ TEST(SortKeys, FalseComesBeforeTrueWhateverTrueIsWrittenAs) {
 
     EXPECT_LT(keyOf(keys, order, bytesOf(std::uint16_t{0})), keyOf(keys, order, bytesOf(std::uint16_t{1})));
     EXPECT_EQ(keyOf(keys, order, bytesOf(std::uint16_t{0xFFFF})), keyOf(keys, order, bytesOf(std::uint16_t{1})));
-}
-
-RC_GTEST_PROP(SortKeys, TextKeysAreEqualOnlyWhenTheTextsAre, ()) {
-    const SortKeys keys("ko_KR");
-    const auto unit = rc::gen::element<WCHAR>(u'a', u'A', u'e', u'\u0301', u'\u00e9', u'가', u'ᄀ', u'ᅡ', u'\xD800',
-                                              u'\xDC00', u'\0', u'\u200b', u' ');
-    const auto text = rc::gen::container<WString>(unit);
-    const auto a = *text;
-    const auto b = *text;
-    for (const SortOrder& order : {byText, byTextWithoutCase}) {
-        RC_ASSERT((keyOf(keys, order, bytesOf(a)) == keyOf(keys, order, bytesOf(b))) == (a == b));
-    }
 }
 
 TEST(SortKeys, HangulOrdersAsInADictionary) {

@@ -1,88 +1,31 @@
-#include <array>
 #include <atomic>
-#include <csignal>
 #include <fstream>
 #include <functional>
 #include <map>
-#include <poll.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include "tessera/platform/engine/RecordEngine.h"
 #include "tessera/platform/engine/StoreError.h"
-#include "tests/platform/engine/RecordBuilders.h"
+#include "tessera/platform/port/WaitSet.h"
+#include "tests/platform/engine/SqliteStoreFixture.h"
 #include "tests/support/Files.h"
-#include "tests/support/Forked.h"
 #include "tests/support/Sql.h"
 #include "tests/support/TemporaryStore.h"
 
-// What only a store on disk can show: its file, and other processes.
+// What only a store on disk can show: its file.
 
 namespace engine_testing {
 namespace {
 
-namespace fs = std::filesystem;
-
-using Platform::Direction;
-using Platform::Entry;
-using Platform::Fetch;
-using Platform::OrderId;
-using Platform::RecordEngine;
-using Platform::RecordStore;
-using Platform::StoreOptions;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing_support::folderContent;
 using testing_support::readFile;
 using testing_support::runSql;
-using testing_support::TemporaryFolder;
 using testing_support::writeFile;
-
-constexpr CEPROPID name = property(2, Platform::kindText);
-const StoreOptions quick{std::chrono::milliseconds(50), false};
-
-std::unique_ptr<RecordStore> open(const fs::path& file, const std::string& locale = "") {
-    return Platform::openSqliteStore(file, quick, locale);
-}
-
-std::unique_ptr<RecordEngine> connect(const fs::path& file) {
-    const auto store = open(file);
-    return store ? store->connect() : nullptr;
-}
-
-CEOID contactsOf(RecordEngine& engine) {
-    CEOID database = 0;
-    EXPECT_EQ(engine.findDatabase(TEXT("Contacts Database"), database), ERROR_SUCCESS);
-    return database;
-}
-
-CEOID put(RecordEngine& engine, WStringView value) {
-    CEOID record = 0;
-    EXPECT_EQ(engine.put(contactsOf(engine), record, Writing().set(name, value).edits()), ERROR_SUCCESS);
-    return record;
-}
-
-OrderId byName(RecordEngine& engine) {
-    OrderId order = 0;
-    EXPECT_EQ(engine.openOrder(contactsOf(engine), {name, 0}, order), ERROR_SUCCESS);
-    return order;
-}
-
-std::vector<CEOID> walk(RecordEngine& engine, OrderId order) {
-    std::vector<Entry> entries;
-    EXPECT_EQ(engine.step(order, nullptr, Direction::forward, 1'000, Fetch::placesOnly, entries), ERROR_SUCCESS);
-    std::vector<CEOID> records;
-    for (const Entry& entry : entries) {
-        records.push_back(entry.place.record);
-    }
-    return records;
-}
 
 /// A finished store's bytes, nothing beside them.
 std::string storeBytes() {
@@ -99,23 +42,6 @@ std::string foreignBytes() {
 
 std::string patched(std::string bytes, std::size_t at, const std::string& with) {
     return bytes.replace(at, with.size(), with);
-}
-
-/// Runs it in a process of its own, which must end as expected.
-pid_t inChild(const std::function<bool()>& body) {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(body() ? 0 : 1);
-    return child;
-}
-
-int statusOf(pid_t child) {
-    int status = -1;
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    return status;
-}
-
-int modeOf(const fs::path& path) {
-    return static_cast<int>(fs::status(path).permissions() & fs::perms::mask);
 }
 
 TEST(SqliteStore, ReopenedHoldsWhatWasWritten) {
@@ -244,7 +170,7 @@ class StoreBecomeNewer {
 public:
     explicit StoreBecomeNewer(const fs::path& file) {
         put(*connect(file), TEXT("a"));
-        EXPECT_EQ(sqlite3_open(file.c_str(), &newer_), SQLITE_OK);
+        EXPECT_EQ(sqlite3_open(reinterpret_cast<const char*>(file.u8string().c_str()), &newer_), SQLITE_OK);
         EXPECT_EQ(sqlite3_exec(newer_, "PRAGMA user_version = 3; CREATE TABLE newer (a)", nullptr, nullptr, nullptr),
                   SQLITE_OK);
     }
@@ -318,10 +244,7 @@ TEST(SqliteStore, UnitThatChangesNothingWakesNobody) {
     ASSERT_NE(store, nullptr);
     const auto engine = store->connect();
     const auto watch = store->watchCommits();
-    const auto isReadable = [&] {
-        pollfd waiting{watch->fd(), POLLIN, 0};
-        return ::poll(&waiting, 1, 0) == 1;
-    };
+    const auto isReadable = [&] { return Platform::port::isReadable(watch->fd()); };
     const OrderId order = byName(*engine);
     put(*engine, TEXT("a"));
     EXPECT_TRUE(isReadable());
@@ -332,24 +255,6 @@ TEST(SqliteStore, UnitThatChangesNothingWakesNobody) {
     EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
 
     EXPECT_FALSE(isReadable());
-}
-
-TEST(SqliteStore, IsItsOwnersAloneWhateverTheUmask) {
-    const TemporaryFolder folder;
-    const fs::path file = folder / "a" / "b" / "store.db";
-    const mode_t umaskBefore = ::umask(0);
-    const auto engine = connect(file);
-    put(*engine, TEXT("a"));
-    ::umask(umaskBefore);
-
-    EXPECT_EQ(modeOf(folder / "a"), 0700);
-    EXPECT_EQ(modeOf(folder / "a" / "b"), 0700);
-    std::size_t files = 0;
-    for (const auto& entry : fs::directory_iterator(folder / "a" / "b")) {
-        EXPECT_EQ(modeOf(entry.path()), 0600) << entry.path();
-        ++files;
-    }
-    EXPECT_EQ(files, 3u);  // SQLite's own two beside it
 }
 
 TEST(SqliteStore, SaysWhereItCannotBeMade) {
@@ -372,40 +277,6 @@ TEST(SqliteStore, AFolderIsNotAStore) {
     EXPECT_THAT(Platform::storeErrorText(), HasSubstr("it is a folder"));
 }
 
-TEST(SqliteStore, ANameThatTheSystemRefusesSaysWhy) {
-    const TemporaryFolder folder;
-
-    EXPECT_EQ(open(folder / std::string(300, 'x')), nullptr);
-
-    EXPECT_THAT(Platform::storeErrorText(), HasSubstr("File name too long"));
-}
-
-TEST(SqliteStore, IsNotMadeBesideTheLogOfAnEarlierOne) {
-    const TemporaryFolder folder;
-    const fs::path file = folder / "store.db";
-    ASSERT_TRUE(open(file));
-    ASSERT_TRUE(WIFSIGNALED(statusOf(inChild([&] {
-        const auto engine = connect(file);
-        put(*engine, TEXT("of the earlier store"));
-        return ::raise(SIGKILL) == 0;
-    }))));
-    const fs::path away = folder / "away.db";
-    fs::rename(file, away);
-    const fs::path log = folder / "store.db-wal";
-    const std::string before = readFile(log);
-    ASSERT_FALSE(before.empty());
-
-    EXPECT_EQ(open(file), nullptr);
-
-    EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
-    EXPECT_THAT(Platform::storeErrorText(), HasSubstr(log.string()));
-    EXPECT_FALSE(fs::exists(file));
-    EXPECT_EQ(readFile(log), before);
-    fs::rename(away, file);
-    const auto engine = connect(file);
-    EXPECT_EQ(walk(*engine, byName(*engine)).size(), 1u) << "with its file the log is good again";
-}
-
 TEST(SqliteStore, NamesTheFileAndTheWaitWhenAnotherThreadWrites) {
     const TemporaryFolder folder;
     const fs::path file = folder / "store.db";
@@ -422,28 +293,6 @@ TEST(SqliteStore, NamesTheFileAndTheWaitWhenAnotherThreadWrites) {
     EXPECT_EQ(contactsOf(*engine), contacts);  // readers do not wait
     ASSERT_EQ(other->endUnit(), ERROR_SUCCESS);
     EXPECT_EQ(engine->put(contacts, record, {}), ERROR_SUCCESS);
-}
-
-TEST(SqliteStore, NamesTheProcessThatWrites) {
-    const TemporaryFolder folder;
-    const fs::path file = folder / "store.db";
-    ASSERT_TRUE(open(file));
-    testing_support::Forked writer([&](testing_support::Line& parent) {
-        const auto engine = connect(file);
-        parent.say(engine->beginUnit());
-        parent.hear<bool>();  // and holds it until then
-    });
-    ASSERT_EQ(writer.line().hear<DWORD>(), ERROR_SUCCESS);
-    const auto engine = connect(file);
-
-    CEOID record = 0;
-    EXPECT_EQ(engine->put(contactsOf(*engine), record, {}), ERROR_LOCK_VIOLATION);
-
-    EXPECT_EQ(Platform::storeErrorText(), file.string() + ": another program (engine_test, process " +
-                                              std::to_string(writer.process()) +
-                                              ") is writing to it; gave up after 50 ms");
-    writer.line().say(true);
-    EXPECT_EQ(writer.wait(), 0);
 }
 
 TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {
@@ -475,60 +324,6 @@ TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {
     greedy.join();
 
     EXPECT_LT(units, 100);
-}
-
-TEST(SqliteStore, TwoProcessesThatMakeItAtOnceHaveOne) {
-    const TemporaryFolder folder;
-    const fs::path file = folder / "new" / "store.db";
-    std::array<int, 2> start{};
-    ASSERT_EQ(::pipe(start.data()), 0);
-    std::vector<pid_t> children;
-    for (int i = 0; i < 4; ++i) {
-        children.push_back(inChild([&] {
-            char ready = 0;
-            ::close(start[1]);
-            if (::read(start[0], &ready, 1) != 0) return false;  // all are let go together
-            const auto store = Platform::openSqliteStore(file, {std::chrono::seconds(60), false}, "");
-            const auto engine = store ? store->connect() : nullptr;
-            return engine && put(*engine, TEXT("a")) != 0;
-        }));
-    }
-    ::close(start[0]);
-    ::close(start[1]);
-    for (const pid_t child : children) {
-        EXPECT_EQ(statusOf(child), 0);
-    }
-
-    EXPECT_EQ(folderContent(folder / "new").size(), 1u);
-    const auto engine = connect(file);
-    EXPECT_EQ(walk(*engine, byName(*engine)).size(), 4u);
-    std::uint64_t last = 0;
-    EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
-    EXPECT_EQ(last, 4u);
-}
-
-TEST(SqliteStore, ProcessKilledInAUnitLeavesNothingOfIt) {
-    const TemporaryFolder folder;
-    const fs::path file = folder / "store.db";
-    ASSERT_TRUE(open(file));
-    const int status = statusOf(inChild([&] {
-        const auto engine = connect(file);
-        put(*engine, TEXT("kept"));
-        if (engine->beginUnit() != ERROR_SUCCESS) return false;
-        for (int i = 0; i < 3'000; ++i) {  // more than SQLite holds back from the file
-            put(*engine, WString(2'000, u'x'));
-        }
-        return ::raise(SIGKILL) == 0;
-    }));
-    ASSERT_TRUE(WIFSIGNALED(status));
-
-    const auto engine = connect(file);
-
-    EXPECT_EQ(walk(*engine, byName(*engine)).size(), 1u);
-    std::uint64_t last = 0;
-    EXPECT_EQ(engine->lastChange(last), ERROR_SUCCESS);
-    EXPECT_EQ(last, 1u);
-    EXPECT_NE(put(*engine, TEXT("next")), 0u);
 }
 
 TEST(SqliteStore, DamagedRecordIsAnErrorAndNotMore) {

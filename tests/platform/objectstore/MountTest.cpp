@@ -1,10 +1,11 @@
 #include <cstdlib>
 #include <fstream>
-#include <sys/resource.h>
 #include <thread>
 
 #include "tessera/platform/objectstore/ObjectStore.h"
 #include "tests/platform/objectstore/StoreFiles.h"
+#include "tests/platform/port/ScopedVariable.h"
+#include "tests/support/Privacy.h"
 
 namespace objectstore_test {
 namespace {
@@ -14,52 +15,13 @@ using testing_support::quickOptions;
 using testing_support::TemporaryFolder;
 using testing_support::TemporaryStore;
 
-/// A variable of the environment that is set while this lives.
-class EnvironmentVariable {
-public:
-    EnvironmentVariable(const char* name, const std::string& value) : name_(name) {
-        if (const char* before = std::getenv(name)) before_ = before;
-        setenv(name, value.c_str(), 1);
-    }
-    ~EnvironmentVariable() {
-        if (before_) {
-            setenv(name_, before_->c_str(), 1);
-        } else {
-            unsetenv(name_);
-        }
-    }
-    EnvironmentVariable(const EnvironmentVariable&) = delete;
-    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-
-private:
-    const char* name_;
-    std::optional<std::string> before_;
-};
-
-/// While this lives the process can open no file.
-class NoMoreFiles {
-public:
-    NoMoreFiles() {
-        getrlimit(RLIMIT_NOFILE, &former_);
-        const rlimit none{0, former_.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &former_); }
-    NoMoreFiles(const NoMoreFiles&) = delete;
-    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
-
-private:
-    rlimit former_{};
-};
-
 TEST(Mount, MakesTheStoreWhereThereIsNone) {
     const TemporaryFolder folder;
     const auto file = folder / "deep/er/store.db";
     ASSERT_TRUE(ObjectStore::mount(file.string(), quickOptions()));
     EXPECT_TRUE(std::filesystem::exists(file));
-    using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
-    EXPECT_EQ(std::filesystem::status(file.parent_path()).permissions(), perms::owner_all);
+    EXPECT_TRUE(testing_support::isPrivate(file));
+    EXPECT_TRUE(testing_support::isPrivate(file.parent_path()));
     ObjectStore::unmount();
 }
 
@@ -167,16 +129,6 @@ TEST(Mount, FileThatIsNoStoreIsRefusedByNameAndLeftUntouched) {
     EXPECT_EQ(readFile(file), content);
 }
 
-TEST(Mount, SaysWhyTheSystemDoesNotOpenTheFile) {
-    const TemporaryStore store;
-    ObjectStore::unmount();
-    {
-        const NoMoreFiles none;
-        EXPECT_FALSE(ObjectStore::mount(store.path(), quickOptions()));
-    }
-    EXPECT_EQ(ObjectStore::errorText(), store.path() + ": it cannot be opened: Too many open files");
-}
-
 TEST(Mount, FolderIsRefused) {
     const TemporaryFolder folder;
     EXPECT_FALSE(ObjectStore::mount(folder.path().string(), quickOptions()));
@@ -185,7 +137,7 @@ TEST(Mount, FolderIsRefused) {
 
 TEST(Mount, FirstUseMountsWhatTheEnvironmentNames) {
     const TemporaryFolder folder;
-    const EnvironmentVariable named("TESSERA_STORE", (folder / "named.db").string());
+    const ScopedVariable named("TESSERA_STORE", (folder / "named.db").string());
     ObjectStore::unmount();
     EXPECT_EQ(ObjectStore::environmentPath(), (folder / "named.db").string());
     { const OpenDatabase contacts(TEXT("Contacts Database")); }
@@ -193,20 +145,9 @@ TEST(Mount, FirstUseMountsWhatTheEnvironmentNames) {
     ObjectStore::unmount();
 }
 
-TEST(Mount, DataHomeIsNextAndThenTheHomeFolder) {
-    const EnvironmentVariable unnamed("TESSERA_STORE", "");
-    const EnvironmentVariable home("HOME", "/home/somebody");
-    {
-        const EnvironmentVariable data("XDG_DATA_HOME", "/data");
-        EXPECT_EQ(ObjectStore::environmentPath(), "/data/tessera/store.db");
-    }
-    const EnvironmentVariable noData("XDG_DATA_HOME", "");
-    EXPECT_EQ(ObjectStore::environmentPath(), "/home/somebody/.local/share/tessera/store.db");
-}
-
 TEST(Mount, FirstUseThatCannotMountFailsWithTheReason) {
     const TemporaryFolder folder;
-    const EnvironmentVariable named("TESSERA_STORE", folder.path().string());
+    const ScopedVariable named("TESSERA_STORE", folder.path().string());
     ObjectStore::unmount();
     EXPECT_EQ(CeOpenDatabaseEx2(nullptr, TEXT("Contacts Database"), 0, 0, 0, nullptr), INVALID_HANDLE_VALUE);
     EXPECT_NE(GetLastError(), ERROR_FILE_NOT_FOUND);
@@ -216,10 +157,10 @@ TEST(Mount, FirstUseThatCannotMountFailsWithTheReason) {
 
 TEST(Mount, DurabilityIsFullUnlessTheEnvironmentGivesItUp) {
     {
-        const EnvironmentVariable unset("TESSERA_DURABILITY", "");
+        const ScopedVariable unset("TESSERA_DURABILITY", "");
         EXPECT_TRUE(ObjectStore::environmentOptions().fullDurability);
     }
-    const EnvironmentVariable normal("TESSERA_DURABILITY", "normal");
+    const ScopedVariable normal("TESSERA_DURABILITY", "normal");
     EXPECT_FALSE(ObjectStore::environmentOptions().fullDurability);
 }
 

@@ -1,15 +1,12 @@
 #include <future>
-#include <sys/wait.h>
 #include <thread>
-#include <tuple>
-#include <unistd.h>
 
 #include <gmock/gmock.h>
 
 #include "tessera/platform/objectstore/ObjectStore.h"
 #include "tessera/platform/port/WaitSet.h"
-#include "tessera/platform/windows/CWnd.h"
 #include "tessera/platform/windows/Messages.h"
+#include "tests/platform/objectstore/ListeningWindow.h"
 #include "tests/platform/objectstore/StoreTest.h"
 
 namespace objectstore_test {
@@ -18,75 +15,10 @@ namespace {
 using Platform::port::isReadable;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing_support::quickOptions;
-using testing_support::TemporaryFolder;
 
 constexpr UINT created = 0x401;
 constexpr UINT deleted = 0x403;
 constexpr UINT changed = 0x406;
-
-/// The request's parameter, what happened, and to which record.
-using Heard = std::tuple<DWORD, UINT, CEOID>;
-
-/// A window that notes the notifications that it is sent, and frees them.
-class ListeningWindow : public CWnd {
-public:
-    ListeningWindow() {
-        EXPECT_TRUE(CreateEx(0, AfxRegisterWndClass(0), TEXT("listener"), 0, 0, 0, 0, 0, 0, 0, nullptr));
-    }
-    ~ListeningWindow() override { DestroyWindow(); }
-
-    /// Pumps what there is to pump.
-    std::vector<Heard> hear() {
-        MSG message;
-        while (PeekMessage(&message))
-            DispatchMessage(&message);
-        return std::exchange(heard_, {});
-    }
-    /// Waits for that many.
-    std::vector<Heard> hear(std::size_t count) {
-        MSG message;
-        while (heard_.size() < count && GetMessage(&message))
-            DispatchMessage(&message);
-        return std::exchange(heard_, {});
-    }
-
-protected:
-    const MessageEntry* findHandler(UINT message) const override {
-        static const MessageEntry handler{WM_DBNOTIFICATION, [](CWnd& window, WPARAM, LPARAM lParam) -> LRESULT {
-                                              static_cast<ListeningWindow&>(window).note(lParam);
-                                              return 0;
-                                          }};
-        return message == WM_DBNOTIFICATION ? &handler : CWnd::findHandler(message);
-    }
-
-private:
-    void note(LPARAM lParam) {
-        auto* notification = reinterpret_cast<CENOTIFICATION*>(lParam);
-        heard_.emplace_back(notification->dwParam, notification->uType, notification->oid);
-        const CENOTIFYREQUEST request{};
-        EXPECT_TRUE(CeFreeNotification(&request, notification));
-    }
-
-    std::vector<Heard> heard_;
-};
-
-/// A handle that has a window told of a database's changes.
-class Subscription {
-public:
-    Subscription(const WCHAR* database, const CWnd& window, DWORD param = 0) {
-        const CENOTIFYREQUEST request{sizeof(CENOTIFYREQUEST), window.GetSafeHwnd(), CEDB_EXNOTIFICATION, 0, param};
-        CEOID oid = 0;
-        handle_ = CeOpenDatabaseEx2(&oid, database, 0, 0, 0, &request);
-        EXPECT_NE(handle_, INVALID_HANDLE_VALUE) << ObjectStore::errorText();
-    }
-    ~Subscription() { CloseHandle(handle_); }
-    Subscription(const Subscription&) = delete;
-    Subscription& operator=(const Subscription&) = delete;
-
-private:
-    HANDLE handle_;
-};
 
 CEOID addElsewhere(const WCHAR* database = TEXT("Rows")) {
     CEOID oid = 0;
@@ -337,40 +269,6 @@ TEST(NotificationsOfAnotherStore, ComeAfterTheFirstOneWasLetGo) {
     const Subscription again(TEXT("Rows"), window, 2);
     addElsewhere();
     EXPECT_EQ(window.hear().size(), 1u);
-}
-
-TEST(NotificationsOfAnotherProcess, WakeAThreadThatWaits) {
-    const TemporaryFolder folder;
-    const std::string path = (folder / "store.db").string();
-    int go[2];
-    ASSERT_EQ(::pipe(go), 0);
-    const pid_t child = ::fork();  // before this process has a store open
-    if (child == 0) {
-        char told = 0;
-        if (::read(go[0], &told, 1) != 1 || ObjectStore::mount(path, quickOptions()) == FALSE) ::_exit(1);
-        const CEOID made = OpenDatabase(TEXT("Rows")).add(Row().number(1));
-        ObjectStore::unmount();
-        ::_exit(made == 0 ? 1 : 0);
-    }
-    ASSERT_TRUE(ObjectStore::mount(path, quickOptions()));
-    makeDatabase(TEXT("Rows"));
-    {
-        ListeningWindow window;
-        const Subscription subscription(TEXT("Rows"), window, 9);
-        ASSERT_EQ(::write(go[1], "!", 1), 1);
-
-        const auto heard = window.hear(1);
-
-        ASSERT_EQ(heard.size(), 1u);
-        EXPECT_EQ(std::get<0>(heard.front()), 9u);
-        EXPECT_EQ(OpenDatabase(TEXT("Rows")).readRecord(std::get<2>(heard.front())).number(), 1);
-        int status = -1;
-        ::waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
-    }
-    ObjectStore::unmount();
-    ::close(go[0]);
-    ::close(go[1]);
 }
 
 }  // namespace

@@ -3,46 +3,16 @@
 
 #include <gmock/gmock.h>
 
-#include "tessera/platform/objectstore/ObjectStoreFile.h"
-#include "tests/platform/objectstore/StoreFiles.h"
+#include "tests/platform/objectstore/StoreFileFixture.h"
+#include "tests/support/Privacy.h"
 
 namespace objectstore_test {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::quickOptions;
-using testing_support::TemporaryFolder;
-using Depth = ObjectStoreFile::Depth;
-using Findings = std::vector<std::string>;
-
-constexpr int someRows = 200;
-
-/// A closed store with some rows, alone in its folder.
-class StoreFile : public testing::Test {
-protected:
-    StoreFile() {
-        makeStore(file, [](OpenDatabase& rows) {
-            addRows(rows, someRows);
-            for (int i = 0; i < 20; ++i)
-                rows.erase(rows.to(static_cast<DWORD>(i)));
-        });
-    }
-
-    Findings check(Depth depth) {
-        Findings findings{"left from before"};
-        EXPECT_TRUE(ObjectStoreFile::check(file.string(), depth, findings, quickOptions())) << ObjectStore::errorText();
-        return findings;
-    }
-
-    const TemporaryFolder folder;
-    const fs::path file = folder / "store.db";
-};
-
-using StoreFileCheck = StoreFile;
-using StoreFileBackUp = StoreFile;
 
 TEST_F(StoreFileCheck, FindsNothingInASoundStore) {
     EXPECT_THAT(check(Depth::quick), IsEmpty());
@@ -58,17 +28,6 @@ TEST_F(StoreFileCheck, FindsNothingWhileAProgramWrites) {
     ASSERT_TRUE(batch.end());
     EXPECT_THAT(check(Depth::full), IsEmpty());
     ObjectStore::unmount();
-}
-
-TEST_F(StoreFileCheck, ChangesNothing) {
-    addRowsAndDie(file, 30);
-    const auto before = filesButIndex(folder.path());
-    ASSERT_EQ(before.size(), 2u) << "the store and the log of the killed program";
-
-    EXPECT_THAT(check(Depth::full), IsEmpty());
-
-    EXPECT_EQ(filesButIndex(folder.path()), before);
-    EXPECT_EQ(rowsIn(file).size(), someRows - 20u + 30u);
 }
 
 TEST_F(StoreFileCheck, LeavesNothingBesideAClosedStore) {
@@ -163,21 +122,11 @@ TEST_F(StoreFileBackUp, IsTheStoreForItsOwnerOnly) {
     const fs::path copy = folder / "copy of 김's store.db";
     ASSERT_TRUE(ObjectStoreFile::backUp(file.string(), copy.string(), quickOptions())) << ObjectStore::errorText();
     EXPECT_EQ(rowsIn(copy).size(), rowsIn(file).size());
-    EXPECT_EQ(fs::status(copy).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_TRUE(testing_support::isPrivate(copy));
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 2);
     Findings findings;
     ASSERT_TRUE(ObjectStoreFile::check(copy.string(), Depth::full, findings, quickOptions()));
     EXPECT_THAT(findings, IsEmpty());
-}
-
-TEST_F(StoreFileBackUp, HoldsWhatAKilledProgramLeftInItsLog) {
-    addRowsAndDie(file, 30);
-    const auto before = filesButIndex(folder.path());
-    ASSERT_TRUE(ObjectStoreFile::backUp(file.string(), (folder / "copy.db").string(), quickOptions()));
-    auto after = filesButIndex(folder.path());
-    after.erase("copy.db");
-    EXPECT_EQ(after, before);
-    EXPECT_EQ(rowsIn(folder / "copy.db").size(), someRows - 20u + 30u);
 }
 
 TEST_F(StoreFileBackUp, IsOfOneMomentWhoeverWrites) {

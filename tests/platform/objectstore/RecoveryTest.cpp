@@ -3,60 +3,21 @@
 
 #include <gmock/gmock.h>
 
-#include "tessera/platform/objectstore/ObjectStoreFile.h"
-#include "tests/platform/objectstore/StoreFiles.h"
+#include "tests/platform/objectstore/RecoveryFixture.h"
+#include "tests/support/Privacy.h"
 
 // What can be saved from a damaged store.
 
 namespace objectstore_test {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::quickOptions;
 using testing_support::TemporaryFolder;
-using Depth = ObjectStoreFile::Depth;
 
-constexpr std::size_t pageBytes = 4'096;
 constexpr std::size_t rowsInAPage = 120;  ///< At most.
-
-class Recovery : public testing::Test {
-protected:
-    void makeRows(int count) {
-        makeStore(file, [&](OpenDatabase& rows) { addRows(rows, count); });
-    }
-
-    ObjectStoreFile::Recovery recover() {
-        ObjectStoreFile::Recovery recovery;
-        EXPECT_TRUE(ObjectStoreFile::recover(file.string(), saved.string(), recovery, quickOptions()))
-            << ObjectStore::errorText();
-        std::vector<std::string> findings;
-        EXPECT_TRUE(ObjectStoreFile::check(saved.string(), Depth::full, findings, quickOptions()));
-        EXPECT_THAT(findings, IsEmpty()) << "in the new store";
-        return recovery;
-    }
-
-    void overwritePage(std::size_t page, const std::string& with = std::string(pageBytes, '\x5A')) {
-        writeFile(file, readFile(file).replace(page * pageBytes, pageBytes, with));
-    }
-
-    /// What is in both is the same; answers how many of `before` are not in `after`.
-    static std::size_t lost(const std::map<CEOID, ReadRecord>& before, const std::map<CEOID, ReadRecord>& after) {
-        for (const auto& [oid, row] : after) {
-            EXPECT_TRUE(before.contains(oid)) << oid << " was never there";
-            if (!before.contains(oid)) continue;
-            EXPECT_EQ(row.name(), before.at(oid).name());
-            EXPECT_EQ(row.number(), before.at(oid).number());
-        }
-        return before.size() - after.size();
-    }
-
-    const TemporaryFolder folder;
-    const fs::path file = folder / "store.db";
-    const fs::path saved = folder / "saved.db";
-};
 
 TEST_F(Recovery, OfASoundStoreLosesNothing) {
     makeRows(300);
@@ -70,7 +31,7 @@ TEST_F(Recovery, OfASoundStoreLosesNothing) {
     EXPECT_EQ(recovery.databases, 3u) << "rows, contacts and categories";
     EXPECT_EQ(lost(before, rowsIn(saved)), 0u);
     EXPECT_EQ(readFile(file), bytes);
-    EXPECT_EQ(fs::status(saved).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_TRUE(testing_support::isPrivate(saved));
 }
 
 TEST_F(Recovery, KeepsOrdersAndGoesOnWithNewIdentifiers) {
@@ -99,25 +60,6 @@ TEST_F(Recovery, SavesRecordsLongerThanAPage) {
     const auto before = rowsIn(file);
     EXPECT_EQ(recover().records, 3u);
     EXPECT_EQ(lost(before, rowsIn(saved)), 0u);
-}
-
-TEST_F(Recovery, SavesWhatAKilledProgramLeftInItsLog) {
-    makeRows(20);
-    addRowsAndDie(file, 100);
-    const auto files = filesButIndex(folder.path());
-    EXPECT_EQ(recover().records, 120u);
-    auto after = filesButIndex(folder.path());
-    after.erase("saved.db");
-    EXPECT_EQ(after, files);
-    EXPECT_EQ(lost(rowsIn(file), rowsIn(saved)), 0u);
-}
-
-TEST_F(Recovery, TakesFromATornLogWhatWasCommittedBeforeTheTear) {
-    makeRows(20);
-    addRowsAndDie(file, 100);
-    const fs::path log = folder / "store.db-wal";
-    fs::resize_file(log, fs::file_size(log) - 1'000);
-    EXPECT_EQ(recover().records, 119u);
 }
 
 TEST_F(Recovery, LosesTheRecordsOfAnOverwrittenPageOnly) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -10,7 +9,6 @@
 
 #include "tests/platform/objectstore/StoreTest.h"
 #include "tests/support/Files.h"
-#include "tests/support/Forked.h"
 #include "tests/support/Sql.h"
 
 namespace objectstore_test {
@@ -40,20 +38,6 @@ inline void makeStore(const std::filesystem::path& file, const std::function<voi
 inline void addRows(OpenDatabase& rows, int count) {
     for (int i = 0; i < count; ++i)
         rows.add(Row().name(TEXT("김민수 ") + WString(1, static_cast<WCHAR>(u'a' + i % 26))).number(i));
-}
-
-/// A process adds rows to the store's "Rows" and is killed, so that its log stays beside the file.
-inline void addRowsAndDie(const std::filesystem::path& file, int count) {
-    testing_support::Forked process([&](testing_support::Line& parent) {
-        if (!ObjectStore::mount(file.string(), testing_support::quickOptions())) throw std::runtime_error("no store");
-        OpenDatabase rows(TEXT("Rows"));
-        addRows(rows, count);
-        parent.say(true);
-        parent.hear<bool>();
-    });
-    process.line().hear<bool>();
-    process.kill();
-    process.wait();
 }
 
 /// All records of "Rows", or of another database, in the store, by identifier.

@@ -1,6 +1,5 @@
 #include <array>
 #include <string>
-#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -26,18 +25,6 @@ TEST(Files, AFileIsReadToItsEnd) {
     EXPECT_EQ(readFile(descriptor, buffer.data(), buffer.size()), 6U);
     EXPECT_EQ(std::string(buffer.data(), 6), "456789");
     EXPECT_EQ(readFile(descriptor, buffer.data(), buffer.size()), 0U);
-}
-
-TEST(Files, OnlyARegularFileIsOpened) {
-    const ScratchFolder scratch;
-    ASSERT_EQ(::mkfifo((scratch / "pipe").c_str(), 0600), 0);
-    int descriptor = -1;
-
-    EXPECT_EQ(openForReading(scratch.path(), descriptor), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(openForReading(scratch / "pipe", descriptor), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(openForReading("/dev/null", descriptor), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(openForReading(scratch / "missing", descriptor), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(descriptor, -1);
 }
 
 TEST(Files, AClosedDescriptorReadsNothing) {

@@ -1,10 +1,10 @@
 #include <array>
-#include <poll.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tessera/platform/base/Results.h"
+#include "tessera/platform/port/WaitSet.h"
 #include "tests/platform/windows/RecordingWindow.h"
 
 using testing::ElementsAre;
@@ -15,8 +15,7 @@ namespace {
 constexpr HWND noSuchWindow = 0xFFFFFFF0;
 
 bool hasSomethingToPump() {
-    pollfd watched{messageQueueFd(), POLLIN, 0};
-    return ::poll(&watched, 1, 0) == 1;
+    return Platform::port::isReadable(messageQueueFd());
 }
 
 }  // namespace

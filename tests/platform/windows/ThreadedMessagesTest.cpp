@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <functional>
 #include <future>
-#include <poll.h>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -10,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tessera/platform/base/Results.h"
+#include "tessera/platform/port/WaitSet.h"
 #include "tests/platform/windows/RecordingWindow.h"
 
 using testing::ElementsAre;
@@ -79,8 +79,10 @@ SendOutcome sendAndWait(HWND hwnd) {
 }
 
 void waitForSomethingToPump() {
-    pollfd watched{messageQueueFd(), POLLIN, 0};
-    ASSERT_EQ(::poll(&watched, 1, -1), 1);
+    Platform::port::WaitSet waiting;
+    waiting.add(messageQueueFd());
+    ASSERT_TRUE(waiting.wait());
+    waiting.remove(messageQueueFd());
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
+#include <span>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include "tessera/phonebook/model/FieldText.h"
 #include "tessera/platform/base/Unicode.h"
 #include "tests/phonebook/Following.h"
+#include "tests/support/FileInMemory.h"
 #include "tests/support/operations/Kinds.h"
 
 namespace testing_support::work {
@@ -65,23 +65,6 @@ PhoneBookOperation insertSample(Parameters&) {
     return {described("insertRecord"), [](PhoneBookDBMgr& manager) { return manager.insertRecord(); }};
 }
 
-/// A file that is gone with the process, however that ends.
-class FileInMemory {
-public:
-    explicit FileInMemory(const WString& text) : file_(::memfd_create("import", MFD_CLOEXEC)) {
-        const std::size_t bytes = text.size() * sizeof(WCHAR);
-        if (::write(file_, text.data(), bytes) != static_cast<ssize_t>(bytes)) throw std::runtime_error("no file");
-    }
-    ~FileInMemory() { ::close(file_); }
-    FileInMemory(const FileInMemory&) = delete;
-    FileInMemory& operator=(const FileInMemory&) = delete;
-
-    CString path() const { return *textOfUtf8("/proc/self/fd/" + std::to_string(file_)); }
-
-private:
-    int file_;
-};
-
 /// A value of a list; quotes within are passed over.
 WString listed(const CString& text) {
     WString value;
@@ -109,8 +92,8 @@ PhoneBookOperation import(Parameters& parameters) {
         lines += described(" line", record);
     }
     return {described("buildDBFromFile") + lines, [text](PhoneBookDBMgr& manager) {
-                const FileInMemory file(text);
-                CString path = file.path();
+                const FileInMemory file(std::as_bytes(std::span(text)));
+                CString path = *textOfUtf8(file.path());
                 return asOneUnit([&] { return manager.buildDBFromFile(path, 0); });
             }};
 }

@@ -2,36 +2,16 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-#include <rapidcheck/gtest.h>
 
-#include "tools/tessera/exchange/CsvReader.h"
+#include "tests/tools/exchange/CsvRows.h"
 
+using exchange_test::Rows;
+using exchange_test::rowsOf;
+using exchange_test::valuesOf;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Tool::CsvReader;
 using Tool::CsvRow;
-
-namespace {
-
-using Rows = std::vector<std::vector<std::string>>;
-
-std::vector<CsvRow> rowsOf(std::string_view text, char separator = ',') {
-    CsvReader reader(text, separator);
-    std::vector<CsvRow> rows;
-    for (CsvRow row; reader.next(row);)
-        rows.push_back(row);
-    return rows;
-}
-
-Rows valuesOf(std::string_view text, char separator = ',') {
-    Rows values;
-    for (const CsvRow& row : rowsOf(text, separator))
-        values.push_back(row.isUnclosed ? std::vector<std::string>{"unclosed"} : row.values);
-    return values;
-}
-
-}  // namespace
 
 TEST(CsvReader, SplitsAtTheSeparator) {
     EXPECT_EQ(valuesOf("a,b;c\nd\n"), (Rows{{"a", "b;c"}, {"d"}}));
@@ -90,20 +70,4 @@ TEST(CsvReader, TakesAnEndlessLine) {
 TEST(CsvReader, OfNothingGivesNothing) {
     EXPECT_THAT(rowsOf(""), IsEmpty());
     EXPECT_THAT(rowsOf("\n\r\n  \n"), IsEmpty());
-}
-
-RC_GTEST_PROP(CsvReader, ReadsWhatWasWritten, ()) {
-    const auto value =
-        rc::gen::container<std::string>(rc::gen::element('a', ' ', ',', '"', '\n', '\r', ';', '\t', '\0', '\xEA'));
-    const auto row = rc::gen::nonEmpty(rc::gen::container<std::vector<std::string>>(value));
-    constexpr int size = 15;
-    const auto rows = *rc::gen::resize(size, rc::gen::nonEmpty(rc::gen::container<Rows>(row)));
-    std::string text;
-    for (const auto& written : rows) {
-        std::string line;
-        for (const std::string& each : written)
-            Tool::appendCsvValue(line, each);
-        text += line + "\r\n";
-    }
-    RC_ASSERT(valuesOf(text) == rows);
 }

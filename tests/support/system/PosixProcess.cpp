@@ -1,5 +1,3 @@
-#include "tests/support/Process.h"
-
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -11,6 +9,8 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+
+#include "tests/support/Process.h"
 
 namespace testing_support {
 
@@ -99,7 +99,14 @@ void feed(int& end, std::string& input) {
 
 }  // namespace
 
-Process::Process(const Command& command) {
+struct Process::Running {
+    pid_t child = -1;
+    int input = -1;
+    int out = -1;
+    int err = -1;
+};
+
+Process::Process(const Command& command) : running_(std::make_unique<Running>()) {
     Ends in = makePipe(false);
     Ends out = command.outputToTerminal ? makeTerminal(command.terminalColumns) : makePipe(true);
     Ends err = command.errorToTerminal ? makeTerminal(command.terminalColumns) : makePipe(true);
@@ -110,9 +117,9 @@ Process::Process(const Command& command) {
     const std::vector<char*> argumentPointers = pointersTo(arguments);
     const std::vector<char*> environmentPointers = pointersTo(environment);
 
-    child_ = fork();
-    check(child_ >= 0, "fork");
-    if (child_ == 0) {
+    running_->child = fork();
+    check(running_->child >= 0, "fork");
+    if (running_->child == 0) {
         std::signal(SIGPIPE, SIG_DFL);
         dup2(command.typed.empty() ? in.theirs : err.theirs, STDIN_FILENO);
         dup2(out.theirs, STDOUT_FILENO);
@@ -123,63 +130,63 @@ Process::Process(const Command& command) {
     closeEnd(in.theirs);
     closeEnd(out.theirs);
     closeEnd(err.theirs);
-    input_ = in.ours;
-    out_ = out.ours;
-    err_ = err.ours;
+    running_->input = in.ours;
+    running_->out = out.ours;
+    running_->err = err.ours;
 }
 
 Process::~Process() {
-    closeEnd(input_);
-    if (child_ > 0) {
+    closeEnd(running_->input);
+    if (running_->child > 0) {
         kill();
         wait();
     }
-    closeEnd(out_);
-    closeEnd(err_);
+    closeEnd(running_->out);
+    closeEnd(running_->err);
 }
 
 std::optional<std::string> Process::read(std::chrono::milliseconds patience) {
-    return readWhatThereIs(out_, patience);
+    return readWhatThereIs(running_->out, patience);
 }
 
 std::optional<std::string> Process::readError(std::chrono::milliseconds patience) {
-    return readWhatThereIs(err_, patience);
+    return readWhatThereIs(running_->err, patience);
 }
 
 void Process::closeOutput() {
-    closeEnd(out_);
+    closeEnd(running_->out);
 }
 
 std::chrono::nanoseconds Process::processorTime() const {
     clockid_t clock{};
     timespec busy{};
-    errno = clock_getcpuclockid(child_, &clock);
+    errno = clock_getcpuclockid(running_->child, &clock);
     check(errno == 0 && clock_gettime(clock, &busy) == 0, "processor time");
     return std::chrono::seconds(busy.tv_sec) + std::chrono::nanoseconds(busy.tv_nsec);
 }
 
 void Process::kill() {
-    if (child_ > 0) ::kill(child_, SIGKILL);
+    if (running_->child > 0) ::kill(running_->child, SIGKILL);
 }
 
 void Process::terminate() {
-    if (child_ > 0) ::kill(child_, SIGTERM);
+    if (running_->child > 0) ::kill(running_->child, SIGTERM);
 }
 
 void Process::interrupt() {
-    if (child_ > 0) ::kill(child_, SIGINT);
+    if (running_->child > 0) ::kill(running_->child, SIGINT);
 }
 
 Outcome Process::wait() {
     Outcome outcome;
     std::string ignored;
-    while (out_ >= 0 && drain(out_, ignored)) {
+    while (running_->out >= 0 && drain(running_->out, ignored)) {
     }
-    while (err_ >= 0 && drain(err_, outcome.err)) {
+    while (running_->err >= 0 && drain(running_->err, outcome.err)) {
     }
     int status = 0;
-    check(waitpid(child_, &status, 0) == child_, "waitpid");
-    child_ = -1;
+    check(waitpid(running_->child, &status, 0) == running_->child, "waitpid");
+    running_->child = -1;
     if (WIFEXITED(status)) outcome.status = WEXITSTATUS(status);
     if (WIFSIGNALED(status)) outcome.signal = WTERMSIG(status);
     return outcome;
@@ -189,18 +196,20 @@ Outcome run(const Command& command) {
     std::signal(SIGPIPE, SIG_IGN);  // of a program that does not read its input
     Process process(command);
     std::string input = command.input;
-    if (input.empty()) closeEnd(process.input_);
+    if (input.empty()) closeEnd(process.running_->input);
     std::string out;
     std::string err;
     const auto deadline = std::chrono::steady_clock::now() + longestRun;
-    while (process.out_ >= 0 || process.err_ >= 0) {
+    while (process.running_->out >= 0 || process.running_->err >= 0) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0) throw std::runtime_error(command.program + " does not end");
-        pollfd waiting[] = {{process.out_, POLLIN, 0}, {process.err_, POLLIN, 0}, {process.input_, POLLOUT, 0}};
+        pollfd waiting[] = {{process.running_->out, POLLIN, 0},
+                            {process.running_->err, POLLIN, 0},
+                            {process.running_->input, POLLOUT, 0}};
         poll(waiting, 3, static_cast<int>(left.count()));
-        if (waiting[0].revents != 0) drain(process.out_, out);
-        if (waiting[1].revents != 0) drain(process.err_, err);
-        if (waiting[2].revents != 0) feed(process.input_, input);
+        if (waiting[0].revents != 0) drain(process.running_->out, out);
+        if (waiting[1].revents != 0) drain(process.running_->err, err);
+        if (waiting[2].revents != 0) feed(process.running_->input, input);
     }
     Outcome outcome = process.wait();
     outcome.out = out;
