@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "../tessera/Program.h"
+#include "../tessera/port/Shell.h"
 #include "Pages.h"
 
 namespace {
@@ -32,6 +33,7 @@ std::string pageOf(const Tool::Command& program, const std::vector<std::string>&
 }  // namespace
 
 int main(int argc, char** argv) {
+    const Tool::port::StandardStreams streams;
     try {
         Tool::Settings settings;
         Tool::Action chosen;

@@ -3,22 +3,18 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "System.h"
+#include "port/Shell.h"
 
 namespace Tool {
 
 namespace {
 
-std::string_view environment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
-
-bool isWanted(const Settings& settings, bool isTerminal) {
+bool isWanted(const Settings& settings, port::Stream stream) {
     if (settings.json) return false;
     if (settings.colour != Settings::Colour::automatic) return settings.colour == Settings::Colour::always;
-    const std::string_view terminal = environment("TERM");
-    return isTerminal && environment("NO_COLOR").empty() && !terminal.empty() && terminal != "dumb";
+    const char* const refusal = std::getenv("NO_COLOR");
+    const bool isRefused = refusal != nullptr && *refusal != '\0';
+    return !isRefused && port::takesColour(stream);
 }
 
 std::string_view sequenceOf(Accent accent) {
@@ -36,11 +32,11 @@ std::string_view sequenceOf(Accent accent) {
 }  // namespace
 
 bool outputHasColour(const Settings& settings) {
-    return isWanted(settings, outputIsTerminal());
+    return isWanted(settings, port::Stream::output);
 }
 
 bool errorHasColour(const Settings& settings) {
-    return isWanted(settings, errorIsTerminal());
+    return isWanted(settings, port::Stream::error);
 }
 
 std::string accented(const std::string& text, Accent accent, bool hasColour) {

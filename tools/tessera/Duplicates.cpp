@@ -40,7 +40,7 @@ std::vector<NumberKey> numberKeysOf(const PBRecord& record) {
 
 /// Of somebody without a number. A reduced number holds no such sign.
 WString keyWithoutNumber(const PBRecord& record) {
-    return keyOf(record, u'@' + WString(record.strEmail1Address.view()));
+    return keyOf(record, TEXT("@") + WString(record.strEmail1Address.view()));
 }
 
 }  // namespace

@@ -84,7 +84,7 @@ WString lineOf(const Contact& contact) {
         if (attribute > 1) line += u',';
         line += valueOf(contact, fieldOf(static_cast<PhoneBook::PBDBAttrID>(attribute)));
     }
-    return line + u'\n';
+    return line + TEXT("\n");
 }
 
 void append(std::string& bytes, WStringView text) {

@@ -29,7 +29,7 @@ std::string whyNotReadable(const std::string& path) {
         case std::filesystem::file_type::directory:
             return "is a folder, not a file";
         default:
-            return error ? error.message() : "is no regular file";
+            return error ? messageOf(error) : "is no regular file";
     }
 }
 

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "Command.h"
 #include "Failure.h"
@@ -11,6 +12,7 @@
 #include "Program.h"
 #include "StandardOutput.h"
 #include "UsageFailure.h"
+#include "port/Shell.h"
 
 namespace {
 
@@ -18,12 +20,12 @@ using Tool::ExitStatus;
 using Tool::Settings;
 
 /// Answers false when the line asked for help or the version, which are then printed.
-bool parse(Tool::Command& program, int argc, char** argv) {
+bool parse(Tool::Command& program, const std::vector<std::string>& words) {
     try {
-        program.parse(argc, argv);
+        program.parse(std::vector<std::string>(words.rbegin(), words.rend()));
         return true;
     } catch (const CLI::ParseError& stop) {
-        if (stop.get_exit_code() != 0) throw Tool::usageFailure(program, stop, {argv + 1, argv + argc});
+        if (stop.get_exit_code() != 0) throw Tool::usageFailure(program, stop, words);
         program.exit(stop, std::cout, std::cerr);
         return false;
     }
@@ -34,7 +36,7 @@ ExitStatus run(Settings& settings, int argc, char** argv) {
     Tool::Action chosen;
     Tool::Command program(Tool::programText());
     Tool::defineProgram(program, settings, chosen);
-    const ExitStatus status = parse(program, argc, argv) ? chosen() : ExitStatus::done;
+    const ExitStatus status = parse(program, Tool::port::argumentsOf(argc, argv)) ? chosen() : ExitStatus::done;
     output.finish();
     return status;
 }
@@ -47,6 +49,7 @@ int report(const Settings& settings, ExitStatus status, const std::string& why) 
 }  // namespace
 
 int main(int argc, char** argv) {
+    const Tool::port::StandardStreams streams;
     Settings settings;
     try {
         return static_cast<int>(run(settings, argc, argv));

@@ -42,7 +42,7 @@ public:
         if (number.starts_with(u'0')) {
             add(WStringView(number).substr(1));
         } else {
-            add(u'0' + number);
+            add(TEXT("0") + number);
         }
     }
 
@@ -50,7 +50,7 @@ public:
     void addInternational(const WString& number) {
         const WString national = number.substr(countryCodeLength(number));
         if (national.empty()) return;
-        add(u'0' + national);  // what the phone book makes of a plus sign, a code and a separator
+        add(TEXT("0") + national);  // what the phone book makes of a plus sign, a code and a separator
         addWithAndWithoutZero(national);
         add(WString(internationalPrefix) + number);
     }

@@ -1,20 +1,18 @@
 #include "StandardOutput.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <iostream>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 
 #include "Failure.h"
 #include "System.h"
+#include "port/Shell.h"
 
 namespace Tool {
 
 StandardOutput::StandardOutput() : before_(std::cout.rdbuf(this)) {
-    std::signal(SIGPIPE, SIG_IGN);  // an import is not to stop half-way for want of a reader
     setp(buffer_.data(), buffer_.data() + buffer_.size());
     if (outputIsTerminal()) std::cout << std::unitbuf;
 }
@@ -44,7 +42,7 @@ int StandardOutput::sync() {
 /// What cannot be written is dropped, and so is all behind it.
 bool StandardOutput::send() {
     const std::string_view bytes(pbase(), static_cast<std::size_t>(pptr() - pbase()));
-    if (error_ == 0 && !writeAll(STDOUT_FILENO, bytes)) error_ = errno;
+    if (error_ == 0 && !port::writeAll(static_cast<int>(port::Stream::output), bytes)) error_ = errno;
     setp(buffer_.data(), buffer_.data() + buffer_.size());
     return error_ == 0;
 }

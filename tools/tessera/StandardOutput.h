@@ -6,8 +6,8 @@
 namespace Tool {
 
 /// Standard output while this lives: std::cout writes through it. When nobody reads it any more, the command goes on
-/// without it and the process is not ended; what cannot be written for another reason is said at the end. One a
-/// process.
+/// without it, so that an import does not stop half-way; what cannot be written for another reason is said at the end.
+/// One a process.
 class StandardOutput : private std::streambuf {
 public:
     StandardOutput();

@@ -1,17 +1,15 @@
 #include "System.h"
 
 #include <cerrno>
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <filesystem>
-#include <sys/ioctl.h>
-#include <unistd.h>
 #include <vector>
 
 #include "Failure.h"
+#include "port/Clock.h"
+#include "port/Shell.h"
 #include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
@@ -20,19 +18,19 @@ namespace {
 
 Failure temporaryFileFailure(const std::string& folder) {
     return Failure(folder + ": cannot write a temporary file here: " + std::strerror(errno) +
-                   "; name another folder with TMPDIR");
+                   "; name another folder with " + port::temporaryFolderVariable);
 }
 
 /// The file that a path leads to: a link stays, and what it points at is replaced.
-std::string targetOf(const std::string& path) {
+std::filesystem::path targetOf(const std::string& path) {
     std::error_code error;
     const auto type = std::filesystem::status(pathOf(path), error).type();
-    if (type == std::filesystem::file_type::not_found) return path;
+    if (type == std::filesystem::file_type::not_found) return pathOf(path);
     if (type == std::filesystem::file_type::directory) throw Failure(path + ": is a folder, not a file");
     if (type != std::filesystem::file_type::regular) throw Failure(path + ": is no regular file");
     const auto target = std::filesystem::canonical(pathOf(path), error);
-    if (error) throw Failure(path + ": " + error.message());
-    return target.string();
+    if (error) throw Failure(path + ": " + messageOf(error));
+    return target;
 }
 
 }  // namespace
@@ -41,31 +39,28 @@ std::filesystem::path pathOf(const std::string& path) {
     return std::u8string(path.begin(), path.end());
 }
 
+std::string nameOf(const std::filesystem::path& path) {
+    const std::u8string utf8 = path.u8string();
+    return {utf8.begin(), utf8.end()};
+}
+
 bool inputIsTerminal() {
-    return isatty(STDIN_FILENO) == 1;
+    return port::isTerminal(port::Stream::input);
 }
 
 bool outputIsTerminal() {
-    return isatty(STDOUT_FILENO) == 1;
+    return port::isTerminal(port::Stream::output);
 }
 
 bool errorIsTerminal() {
-    return isatty(STDERR_FILENO) == 1;
+    return port::isTerminal(port::Stream::error);
 }
 
 std::size_t terminalWidth() {
     if (const char* columns = std::getenv("COLUMNS"); columns != nullptr) {
         if (const int width = std::atoi(columns); width > 0) return static_cast<std::size_t>(width);
     }
-    winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0) return size.ws_col;
-    return 80;
-}
-
-std::optional<std::tm> localTimeOf(std::time_t moment) {
-    std::tm local{};
-    if (localtime_r(&moment, &local) == nullptr) return std::nullopt;
-    return local;
+    return port::terminalColumns().value_or(80);
 }
 
 std::optional<std::time_t> momentOfLocalTime(std::tm local) {
@@ -77,13 +72,8 @@ std::optional<std::time_t> momentOfLocalTime(std::tm local) {
 }
 
 std::string timeOfDay(const std::tm& local) {
+    if (std::string time = port::timeInUserLocale(local); !time.empty() && textOfUtf8(time)) return time;
     char text[64];
-    if (const locale_t locale = newlocale(LC_TIME_MASK, "", nullptr); locale != nullptr) {
-        const std::size_t length = strftime_l(text, sizeof text, "%X", &local, locale);
-        freelocale(locale);
-        const std::string_view time(text, length);
-        if (length != 0 && textOfUtf8(time)) return std::string(time);
-    }
     std::snprintf(text, sizeof text, "%02d:%02d:%02d", local.tm_hour, local.tm_min, local.tm_sec);
     return text;
 }
@@ -91,58 +81,44 @@ std::string timeOfDay(const std::tm& local) {
 bool readInput(std::string& bytes, std::size_t most) {
     std::vector<char> block(std::size_t{1} << 16);
     while (bytes.size() <= most) {
-        const ssize_t length = read(STDIN_FILENO, block.data(), block.size());
-        if (length < 0 && errno == EINTR) continue;
+        const std::ptrdiff_t length = port::readSome(static_cast<int>(port::Stream::input), block.data(), block.size());
         if (length <= 0) return length == 0;
         bytes.append(block.data(), static_cast<std::size_t>(length));
     }
     return true;
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 PrivateFile::PrivateFile() {
     std::error_code error;
-    folder_ = std::filesystem::temp_directory_path(error).string();
-    if (error) throw Failure("there is no folder for temporary files: " + error.message());
-    path_ = (std::filesystem::path(folder_) / "tessera-import-XXXXXX").string();
-    descriptor_ = mkostemp(path_.data(), O_CLOEXEC);
-    if (descriptor_ < 0) throw temporaryFileFailure(folder_);
-    const std::string withoutName = "/dev/fd/" + std::to_string(descriptor_);
-    if (access(withoutName.c_str(), R_OK) != 0) return;
-    unlink(path_.c_str());
-    path_ = withoutName;
-    named_ = false;
+    const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+    folder_ = nameOf(folder);
+    if (error) throw Failure("there is no folder for temporary files: " + messageOf(error));
+    file_ = port::makeTemporaryFile(folder / "tessera-import-");
+    if (file_.descriptor < 0) throw temporaryFileFailure(folder_);
+    path_ = nameOf(file_.path);
 }
 
 PrivateFile::~PrivateFile() {
-    close(descriptor_);
-    if (named_) unlink(path_.c_str());
+    port::closeTemporaryFile(file_);
 }
 
 void PrivateFile::append(std::string_view bytes) {
-    if (!writeAll(descriptor_, bytes)) throw temporaryFileFailure(folder_);
+    if (!port::writeAll(file_.descriptor, bytes)) throw temporaryFileFailure(folder_);
 }
 
 void replaceFile(const std::string& path, std::string_view bytes) {
-    const std::string target = targetOf(path);
-    std::string beside = target + ".XXXXXX";
-    const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
-    if (descriptor < 0) throw Failure(path + ": cannot be written: " + std::strerror(errno));
-    const bool written = writeAll(descriptor, bytes) && fsync(descriptor) == 0;
+    const std::filesystem::path target = targetOf(path);
+    std::filesystem::path beginning = target;
+    beginning += ".";
+    const port::NewFile beside = port::makePrivateFile(beginning);
+    if (beside.descriptor < 0) throw Failure(path + ": cannot be written: " + std::strerror(errno));
+    const bool written = port::writeAll(beside.descriptor, bytes) && port::flushToDisk(beside.descriptor);
     int why = written ? 0 : errno;
-    if (close(descriptor) != 0 && why == 0) why = errno;
-    if (why == 0 && std::rename(beside.c_str(), target.c_str()) != 0) why = errno;
+    if (!port::closeFile(beside.descriptor) && why == 0) why = errno;
+    if (why == 0 && !port::replaceBy(target, beside.path)) why = errno;
     if (why == 0) return;
-    unlink(beside.c_str());
+    std::error_code ignored;
+    std::filesystem::remove(beside.path, ignored);
     throw Failure(path + ": cannot be written: " + std::strerror(why));
 }
 

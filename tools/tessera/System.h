@@ -7,12 +7,19 @@
 #include <string>
 #include <string_view>
 
+#include "port/Clock.h"
+#include "port/Files.h"
+
 namespace Tool {
 
 // What the tool asks of the operating system beyond the standard library.
 
+using port::messageOf;
+
 /// The path of a file that is named in UTF-8.
 std::filesystem::path pathOf(const std::string& path);
+/// The other way round.
+std::string nameOf(const std::filesystem::path& path);
 
 bool inputIsTerminal();
 bool outputIsTerminal();
@@ -20,8 +27,7 @@ bool errorIsTerminal();
 /// The columns of the terminal: what COLUMNS says, else what the terminal itself does, else 80.
 std::size_t terminalWidth();
 
-/// A moment as the user's clock shows it. Nothing for one that no clock shows.
-std::optional<std::tm> localTimeOf(std::time_t moment);
+using port::localTimeOf;
 /// The moment at which the user's clock shows this; only the civil date and time are looked at.
 std::optional<std::time_t> momentOfLocalTime(std::tm local);
 /// The time of day as the user's locale writes it, 13:05:00 where the system does not know the locale.
@@ -30,9 +36,6 @@ std::string timeOfDay(const std::tm& local);
 /// Reads all that standard input has, but no more than that many bytes and a few more. False when that cannot be done;
 /// errno says why.
 bool readInput(std::string& bytes, std::size_t most);
-
-/// Writes all of it. False when that cannot be done; errno says why.
-bool writeAll(int descriptor, std::string_view bytes);
 
 /// A temporary file that nobody else can read. It has no name by which it could be left behind, wherever
 /// the system can do without: then it is gone even when the process is killed.
@@ -50,10 +53,9 @@ public:
     const std::string& path() const { return path_; }
 
 private:
-    int descriptor_ = -1;
+    port::NewFile file_;
     std::string folder_;
     std::string path_;
-    bool named_ = true;
 };
 
 /// Puts a file with these bytes in the place of the one under that path, or makes it: whoever looks sees the

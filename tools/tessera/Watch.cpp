@@ -10,11 +10,11 @@
 #include "Command.h"
 #include "Commands.h"
 #include "DisplayText.h"
-#include "EndlessOutput.h"
 #include "Output.h"
 #include "RecordChanges.h"
 #include "Store.h"
 #include "TextTable.h"
+#include "port/EndlessOutput.h"
 #include "tessera/platform/base/Results.h"
 #include "tessera/platform/base/Unicode.h"
 #include "tessera/platform/contacts/ContactProperties.h"
@@ -82,7 +82,7 @@ private:
     const Store& store_;
     RecordChanges changes_;
     std::vector<RecordChange> untold_;
-    EndlessOutput output_;
+    port::EndlessOutput output_;
     GrowingTable table_{{6, 0, 16, 6, 0}};
 };
 

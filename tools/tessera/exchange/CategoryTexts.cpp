@@ -24,7 +24,7 @@ WString joinedCategories(const std::vector<WString>& categories) {
     for (const WString& category : categories) {
         const bool holdsComma = category.find(u',') != WString::npos;
         if (!text.empty()) text += TEXT(", ");
-        text += holdsComma ? u'"' + category + u'"' : category;
+        text += holdsComma ? TEXT("\"") + category + TEXT("\"") : category;
     }
     return text;
 }

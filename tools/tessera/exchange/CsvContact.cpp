@@ -212,10 +212,11 @@ private:
     void putBirthdayInParts() {
         if (year_.empty() && month_.empty() && day_.empty()) return;
         // A day that has no year is written with a dash in its place.
-        draft_.putBirthday((year_.empty() ? TEXT("-") : year_) + u'-' + twoDigits(month_) + u'-' + twoDigits(day_));
+        draft_.putBirthday((year_.empty() ? TEXT("-") : year_) + TEXT("-") + twoDigits(month_) + TEXT("-") +
+                           twoDigits(day_));
     }
 
-    static WString twoDigits(const WString& number) { return number.size() == 1 ? u'0' + number : number; }
+    static WString twoDigits(const WString& number) { return number.size() == 1 ? TEXT("0") + number : number; }
 
     struct Indexed {
         WString value;

@@ -2,12 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
-#include <memory>
 
-#include <unicode/ucnv.h>
-#include <unicode/ucsdet.h>
-
+#include "../port/EncodingName.h"
 #include "tessera/platform/base/Unicode.h"
 
 namespace Tool {
@@ -37,34 +33,11 @@ constexpr std::array<EncodingName, 12> meanings = {{
     {"ASCII", "US-ASCII"},
 }};
 
-std::string spelledPlainly(const std::string& name) {
-    std::string plain;
-    for (const char ch : name) {
-        if (std::isalnum(static_cast<unsigned char>(ch)) != 0)
-            plain += static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
-    }
-    return plain;
-}
-
 std::string meaningOf(const std::string& name) {
-    const auto* known = std::find_if(meanings.begin(), meanings.end(),
-                                     [plain = spelledPlainly(name)](const auto& each) { return plain == each.said; });
+    const auto* known =
+        std::find_if(meanings.begin(), meanings.end(),
+                     [plain = port::plainEncodingName(name)](const auto& each) { return plain == each.said; });
     return known != meanings.end() ? known->meant : name;
-}
-
-struct ConverterCloser {
-    void operator()(UConverter* converter) const { ucnv_close(converter); }
-};
-using Converter = std::unique_ptr<UConverter, ConverterCloser>;
-
-/// Null when there is no such encoding. Stops at what means nothing instead of putting a substitute there.
-Converter converterFor(const std::string& encoding) {
-    if (encoding.empty()) return nullptr;  // would be the encoding of the user's locale
-    UErrorCode error = U_ZERO_ERROR;
-    Converter converter(ucnv_open(meaningOf(encoding).c_str(), &error));
-    if (U_FAILURE(error)) return nullptr;
-    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
-    return U_SUCCESS(error) ? std::move(converter) : nullptr;
 }
 
 /// A text in CP949 has Hangul of the old standard set nearly everywhere; Latin letters with accents that happen to
@@ -105,28 +78,15 @@ const char* byteOrderByCount(std::string_view bytes) {
 }  // namespace
 
 bool isKnownEncoding(const std::string& name) {
-    return converterFor(name) != nullptr;
+    return port::hasConverter(meaningOf(name));
 }
 
 Decoded decode(std::string_view bytes, const std::string& encoding) {
-    if (spelledPlainly(encoding) == "UTF8") {  // by far the most frequent; its first fault is found the long way
+    if (port::plainEncodingName(encoding) ==
+        "UTF8") {  // by far the most frequent; its first fault is found the long way
         if (const auto text = textOfUtf8(bytes)) return {WString(text->view()), true};
     }
-    const Converter converter = converterFor(encoding);
-    if (!converter) return {};
-    Decoded decoded;
-    const char* source = bytes.data();
-    const char* const end = bytes.data() + bytes.size();
-    std::array<UChar, 4096> block;
-    UErrorCode error = U_BUFFER_OVERFLOW_ERROR;
-    while (error == U_BUFFER_OVERFLOW_ERROR) {
-        error = U_ZERO_ERROR;
-        UChar* target = block.data();
-        ucnv_toUnicode(converter.get(), &target, block.data() + block.size(), &source, end, nullptr, true, &error);
-        decoded.text.append(block.data(), target);
-    }
-    decoded.whole = U_SUCCESS(error);
-    return decoded;
+    return port::convert(bytes, meaningOf(encoding));
 }
 
 std::optional<WString> decodeWhole(std::string_view bytes, const std::string& encoding) {
@@ -148,17 +108,7 @@ std::optional<RecognisedEncoding> recogniseEncoding(std::string_view bytes) {
 }
 
 std::string guessEncoding(std::string_view bytes) {
-    constexpr std::size_t sample = 1 << 16;
-    constexpr int confident = 10;
-    UErrorCode error = U_ZERO_ERROR;
-    const std::unique_ptr<UCharsetDetector, decltype(&ucsdet_close)> detector(ucsdet_open(&error), &ucsdet_close);
-    const std::string_view front = bytes.substr(0, sample);
-    if (U_FAILURE(error)) return {};
-    ucsdet_setText(detector.get(), front.data(), static_cast<int32_t>(front.size()), &error);
-    const UCharsetMatch* match = U_SUCCESS(error) ? ucsdet_detect(detector.get(), &error) : nullptr;
-    if (U_FAILURE(error) || match == nullptr || ucsdet_getConfidence(match, &error) < confident) return {};
-    const char* name = ucsdet_getName(match, &error);
-    return U_SUCCESS(error) && name != nullptr ? name : std::string();
+    return port::likeliestEncoding(bytes);
 }
 
 }  // namespace Tool

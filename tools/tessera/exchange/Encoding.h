@@ -5,15 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "../port/Encodings.h"
 #include "tessera/platform/base/Types.h"
 
 namespace Tool {
 
-/// What has become of bytes that were read in an encoding.
-struct Decoded {
-    WString text;  ///< Up to the first bytes that mean nothing.
-    bool whole = false;
-};
+using port::Decoded;
 
 /// Whether text can be read that is said to be in an encoding of this name.
 bool isKnownEncoding(const std::string& name);
@@ -33,7 +30,8 @@ struct RecognisedEncoding {
 /// UTF-8, UTF-16LE, UTF-16BE or CP949; nothing where it would be a guess.
 std::optional<RecognisedEncoding> recogniseEncoding(std::string_view bytes);
 
-/// The likeliest encoding by statistics, only to name it to people; empty when there is none.
+/// The likeliest encoding by statistics, only to name it to people; empty when there is none,
+/// or the system has no such statistics.
 std::string guessEncoding(std::string_view bytes);
 
 }  // namespace Tool

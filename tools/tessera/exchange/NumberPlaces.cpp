@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include <unicode/uchar.h>
-
 #include "../Records.h"
+#include "../port/Characters.h"
 
 namespace Tool {
 
@@ -114,7 +113,7 @@ private:
 WString spelledPlainly(WStringView word) {
     WString plain;
     for (const WCHAR unit : word) {
-        if (u_isalnum(unit) != 0) plain += static_cast<WCHAR>(u_tolower(unit));
+        if (port::isLetterOrDigit(unit)) plain += port::lowerCase(unit);
     }
     return plain;
 }

@@ -1,8 +1,6 @@
 #include "PersonName.h"
 
-#include <unicode/uscript.h>
-#include <unicode/utf16.h>
-
+#include "../port/Characters.h"
 #include "ContactDraft.h"
 
 namespace Tool {
@@ -10,14 +8,7 @@ namespace Tool {
 namespace {
 
 bool isEastAsian(WStringView text) {
-    if (isBlank(text)) return true;
-    const WString first(text.substr(text.find_first_not_of(u' '), 2));
-    UChar32 character = 0;
-    U16_GET(first, 0, 0, static_cast<int>(first.size()), character);
-    UErrorCode error = U_ZERO_ERROR;
-    const UScriptCode script = uscript_getScript(character, &error);
-    return script == USCRIPT_HANGUL || script == USCRIPT_HAN || script == USCRIPT_HIRAGANA ||
-           script == USCRIPT_KATAKANA;
+    return isBlank(text) || port::beginsEastAsian(text.substr(text.find_first_not_of(u' ')));
 }
 
 WString joined(std::initializer_list<WStringView> parts, WStringView between) {

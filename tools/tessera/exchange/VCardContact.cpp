@@ -217,9 +217,9 @@ private:
     NumberKind kindOf(const VCardProperty& property) const {
         WString words;
         for (const std::string& type : property.types())
-            words += u' ' + WString(type.begin(), type.end());
+            words += TEXT(" ") + WString(type.begin(), type.end());
         const auto label = groupLabels_.find(property.group);
-        if (label != groupLabels_.end()) words += u' ' + label->second;
+        if (label != groupLabels_.end()) words += TEXT(" ") + label->second;
         return numberKindOf(words).value_or(NumberKind::other);
     }
 

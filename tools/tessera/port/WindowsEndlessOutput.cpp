@@ -1,0 +1,110 @@
+#include <array>
+#include <cstdint>
+#include <system_error>
+
+#include "EndlessOutput.h"
+#include "WindowsSystem.h"
+
+namespace Tool::port {
+
+namespace {
+
+[[noreturn]] void fail(const char* what) {
+    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
+}
+
+HANDLE makeEvent(bool isUp) {
+    HANDLE made = CreateEventW(nullptr, TRUE, isUp ? TRUE : FALSE, nullptr);
+    if (made == nullptr) fail("cannot make an event");
+    return made;
+}
+
+/// What the handler of interrupts is to know. The system calls it on a thread of its own, until the process is gone.
+struct Shared {
+    HANDLE ended = makeEvent(false);
+    HANDLE notWriting = makeEvent(true);
+    HANDLE writer = nullptr;
+};
+
+Shared& shared() {
+    static Shared& forEver = *new Shared;
+    return forEver;
+}
+
+BOOL WINAPI onEnd(DWORD event) {
+    constexpr DWORD nextTry = 10;
+    SetEvent(shared().ended);
+    // Before a write has begun it cannot be cancelled.
+    do {
+        CancelSynchronousIo(shared().writer);
+    } while (WaitForSingleObject(shared().notWriting, nextTry) == WAIT_TIMEOUT);
+    const bool canGoOn = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
+    if (!canGoOn) WaitForSingleObject(GetCurrentProcess(), INFINITE);  // when this returns the process is ended
+    return TRUE;
+}
+
+}  // namespace
+
+struct EndlessOutput::Ending {
+    bool wait(HANDLE wanted, DWORD milliseconds);
+    bool writeSome(std::string_view& text);
+
+    HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    bool isOver = false;
+};
+
+bool EndlessOutput::Ending::wait(HANDLE wanted, DWORD milliseconds) {
+    const std::array<HANDLE, 2> handles = {shared().ended, wanted};
+    const DWORD count = wanted == nullptr ? 1 : 2;
+    if (isOver) return false;
+    const DWORD reached = WaitForMultipleObjects(count, handles.data(), FALSE, milliseconds);
+    if (reached == WAIT_FAILED) fail("cannot wait");
+    isOver = reached == WAIT_OBJECT_0;
+    return !isOver;
+}
+
+/// Answers false, and says why by the thread's last error, when not all could be written.
+bool EndlessOutput::Ending::writeSome(std::string_view& text) {
+    DWORD written = 0;
+    const bool isDone = WriteFile(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0;
+    text.remove_prefix(written);
+    return isDone;
+}
+
+EndlessOutput::EndlessOutput() : ending_(std::make_unique<Ending>()) {
+    const bool isOpen = DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &shared().writer,
+                                        0, FALSE, DUPLICATE_SAME_ACCESS) != 0;
+    if (!isOpen || SetConsoleCtrlHandler(onEnd, TRUE) == 0) fail("cannot wait for interrupts");
+}
+
+/// Interrupts stay caught: one that came would end the process now, in the midst of its clearing up.
+EndlessOutput::~EndlessOutput() = default;
+
+bool EndlessOutput::isOver() {
+    return !ending_->wait(nullptr, 0);
+}
+
+bool EndlessOutput::waitFor(int descriptor) {
+    return ending_->wait(reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(descriptor)), INFINITE);
+}
+
+bool EndlessOutput::write(std::string_view text) {
+    while (!text.empty()) {
+        ResetEvent(shared().notWriting);
+        const bool isOver = this->isOver();
+        const bool isDone = isOver || ending_->writeSome(text);
+        const DWORD why = GetLastError();
+        SetEvent(shared().notWriting);
+        if (isOver) return false;
+        if (isDone || why == ERROR_OPERATION_ABORTED) continue;
+        if (why != ERROR_BROKEN_PIPE && why != ERROR_NO_DATA) {
+            SetLastError(why);
+            fail("cannot write to standard output");
+        }
+        ending_->isOver = true;
+        return false;
+    }
+    return true;
+}
+
+}  // namespace Tool::port

@@ -1,0 +1,140 @@
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <io.h>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "Files.h"
+#include "WindowsSystem.h"
+#include "WindowsText.h"
+
+namespace Tool::port {
+
+namespace {
+
+struct LocalFreeing {
+    void operator()(void* memory) const { LocalFree(memory); }
+};
+template <typename T>
+using LocalPointer = std::unique_ptr<T, LocalFreeing>;
+
+void setErrno(DWORD systemError) {
+    const std::error_code error(static_cast<int>(systemError), std::system_category());
+    const std::error_condition condition = error.default_error_condition();
+    errno = condition.category() == std::generic_category() ? condition.value() : EIO;
+}
+
+/// The user of this process as rules of access name it; empty when that cannot be told.
+std::wstring userName() {
+    HANDLE token = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
+    DWORD size = 0;
+    GetTokenInformation(token, TokenUser, nullptr, 0, &size);
+    std::vector<std::uint8_t> user(size);
+    const bool isTold = GetTokenInformation(token, TokenUser, user.data(), size, &size) != 0;
+    CloseHandle(token);
+    wchar_t* spelled = nullptr;
+    if (!isTold || ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user.data())->User.Sid, &spelled) == 0)
+        return {};
+    return LocalPointer<wchar_t>(spelled).get();
+}
+
+/// For the user, the system and its administrators only.
+LocalPointer<void> privateDescriptor() {
+    const std::wstring user = userName();
+    const std::wstring rules = L"D:P(A;;FA;;;" + user + L")(A;;FA;;;SY)(A;;FA;;;BA)";
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (!user.empty())
+        ConvertStringSecurityDescriptorToSecurityDescriptorW(rules.c_str(), SDDL_REVISION_1, &descriptor, nullptr);
+    return LocalPointer<void>(descriptor);
+}
+
+std::wstring randomLetters() {
+    constexpr std::wstring_view letters = L"abcdefghijklmnopqrstuvwxyz0123456789";
+    std::random_device random;
+    std::wstring name;
+    for (int i = 0; i < 12; ++i)
+        name += letters[random() % letters.size()];
+    return name;
+}
+
+NewFile makeFile(const std::filesystem::path& beginning, DWORD access, DWORD sharing, DWORD flags) {
+    const LocalPointer<void> descriptor = privateDescriptor();
+    SECURITY_ATTRIBUTES attributes = {sizeof(SECURITY_ATTRIBUTES), descriptor.get(), FALSE};
+    HANDLE opened = INVALID_HANDLE_VALUE;
+    std::filesystem::path path;
+    for (int attempt = 0; descriptor != nullptr && attempt < 100 && opened == INVALID_HANDLE_VALUE; ++attempt) {
+        path = beginning.native() + randomLetters();
+        opened = CreateFileW(path.c_str(), access, sharing, &attributes, CREATE_NEW, flags, nullptr);
+        if (opened == INVALID_HANDLE_VALUE && GetLastError() != ERROR_FILE_EXISTS) break;
+    }
+    if (opened == INVALID_HANDLE_VALUE) {
+        setErrno(GetLastError());
+        return {};
+    }
+    return {path, _open_osfhandle(reinterpret_cast<std::intptr_t>(opened), _O_BINARY)};
+}
+
+}  // namespace
+
+const char* const temporaryFolderVariable = "TMP";
+
+std::string messageOf(const std::error_code& error) {
+    if (error.category() != std::system_category()) return error.message();
+    wchar_t* spelled = nullptr;
+    constexpr DWORD kind = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    const DWORD length = FormatMessageW(kind, nullptr, static_cast<DWORD>(error.value()), 0,
+                                        reinterpret_cast<wchar_t*>(&spelled), 0, nullptr);
+    const LocalPointer<wchar_t> owned(spelled);
+    const std::wstring_view sentence(spelled, length);
+    return narrowed(sentence.substr(0, sentence.find_last_not_of(L"\r\n .") + 1));
+}
+
+NewFile makePrivateFile(const std::filesystem::path& beginning) {
+    return makeFile(beginning, GENERIC_WRITE, 0, FILE_ATTRIBUTE_NORMAL);
+}
+
+/// The system removes it, also when the process is killed. Who opens it meanwhile has to allow for that.
+NewFile makeTemporaryFile(const std::filesystem::path& beginning) {
+    return makeFile(beginning, GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                    FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE);
+}
+
+void closeTemporaryFile(const NewFile& file) {
+    _close(file.descriptor);
+}
+
+std::ptrdiff_t readSome(int descriptor, char* buffer, std::size_t count) {
+    constexpr std::size_t most = 1 << 30;
+    _setmode(descriptor, _O_BINARY);
+    return _read(descriptor, buffer, static_cast<unsigned>(std::min(count, most)));
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    constexpr std::size_t most = 1 << 15;  // more at once a console may refuse
+    while (!bytes.empty()) {
+        const int written = _write(descriptor, bytes.data(), static_cast<unsigned>(std::min(bytes.size(), most)));
+        if (written < 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+bool flushToDisk(int descriptor) {
+    return _commit(descriptor) == 0;
+}
+
+bool closeFile(int descriptor) {
+    return _close(descriptor) == 0;
+}
+
+bool replaceBy(const std::filesystem::path& target, const std::filesystem::path& made) {
+    if (MoveFileExW(made.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) return true;
+    setErrno(GetLastError());
+    return false;
+}
+
+}  // namespace Tool::port

@@ -1,0 +1,77 @@
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
+#include <memory>
+
+#include "Shell.h"
+#include "WindowsSystem.h"
+#include "WindowsText.h"
+
+namespace Tool::port {
+
+namespace {
+
+HANDLE handleOf(Stream stream) {
+    return reinterpret_cast<HANDLE>(_get_osfhandle(static_cast<int>(stream)));
+}
+
+UINT pageBefore = 0;
+
+void restorePage() {
+    if (pageBefore != 0) SetConsoleOutputCP(pageBefore);
+}
+
+/// The console's other programs find it as it was, also when this one is interrupted.
+BOOL WINAPI onEnd(DWORD /*event*/) {
+    restorePage();
+    return FALSE;
+}
+
+struct LocalFreeing {
+    void operator()(void* memory) const { LocalFree(memory); }
+};
+
+}  // namespace
+
+/// Those that main() is given are in the code page of the system's settings.
+std::vector<std::string> argumentsOf(int /*argc*/, char** /*argv*/) {
+    int count = 0;
+    const std::unique_ptr<LPWSTR, LocalFreeing> words(CommandLineToArgvW(GetCommandLineW(), &count));
+    std::vector<std::string> arguments;
+    for (int i = 1; words != nullptr && i < count; ++i)
+        arguments.push_back(narrowed(words.get()[i]));
+    return arguments;
+}
+
+bool isTerminal(Stream stream) {
+    DWORD mode = 0;
+    return GetConsoleMode(handleOf(stream), &mode) != 0;
+}
+
+std::optional<std::size_t> terminalColumns() {
+    CONSOLE_SCREEN_BUFFER_INFO screen{};
+    if (GetConsoleScreenBufferInfo(handleOf(Stream::output), &screen) == 0) return std::nullopt;
+    return static_cast<std::size_t>(screen.srWindow.Right - screen.srWindow.Left + 1);
+}
+
+/// A console that knows them has to be told to look for them.
+bool takesColour(Stream stream) {
+    DWORD mode = 0;
+    return GetConsoleMode(handleOf(stream), &mode) != 0 &&
+           SetConsoleMode(handleOf(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+StandardStreams::StandardStreams() {
+    for (const Stream stream : {Stream::output, Stream::error})
+        _setmode(static_cast<int>(stream), _O_BINARY);
+    if (!isTerminal(Stream::output) && !isTerminal(Stream::error)) return;
+    pageBefore = GetConsoleOutputCP();
+    SetConsoleOutputCP(CP_UTF8);
+    SetConsoleCtrlHandler(onEnd, TRUE);
+}
+
+StandardStreams::~StandardStreams() {
+    restorePage();
+}
+
+}  // namespace Tool::port
