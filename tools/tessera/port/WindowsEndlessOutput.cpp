@@ -1,16 +1,18 @@
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <system_error>
 
 #include "EndlessOutput.h"
+#include "WindowsErrors.h"
 #include "WindowsSystem.h"
 
 namespace Tool::port {
 
 namespace {
 
-[[noreturn]] void fail(const char* what) {
-    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
+[[noreturn]] void fail(const char* what, DWORD error = GetLastError()) {
+    throw std::system_error(static_cast<int>(error), std::system_category(), what);
 }
 
 HANDLE makeEvent(bool isUp) {
@@ -47,7 +49,7 @@ BOOL WINAPI onEnd(DWORD event) {
 
 struct EndlessOutput::Ending {
     bool wait(HANDLE wanted, DWORD milliseconds);
-    bool writeSome(std::string_view& text);
+    DWORD writeSome(std::string_view& text);
 
     HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
     bool isOver = false;
@@ -63,12 +65,18 @@ bool EndlessOutput::Ending::wait(HANDLE wanted, DWORD milliseconds) {
     return !isOver;
 }
 
-/// Answers false, and says why by the thread's last error, when not all could be written.
-bool EndlessOutput::Ending::writeSome(std::string_view& text) {
+/// Takes from the text what has been written. Answers an error of the system's.
+DWORD EndlessOutput::Ending::writeSome(std::string_view& text) {
     DWORD written = 0;
-    const bool isDone = WriteFile(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0;
+    DWORD error = ERROR_OPERATION_ABORTED;
+    ResetEvent(shared().notWriting);
+    if (wait(nullptr, 0)) {
+        const bool isDone = WriteFile(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0;
+        error = isDone ? ERROR_SUCCESS : GetLastError();
+    }
+    SetEvent(shared().notWriting);
     text.remove_prefix(written);
-    return isDone;
+    return error;
 }
 
 EndlessOutput::EndlessOutput() : ending_(std::make_unique<Ending>()) {
@@ -89,22 +97,13 @@ bool EndlessOutput::waitFor(int descriptor) {
 }
 
 bool EndlessOutput::write(std::string_view text) {
-    while (!text.empty()) {
-        ResetEvent(shared().notWriting);
-        const bool isOver = this->isOver();
-        const bool isDone = isOver || ending_->writeSome(text);
-        const DWORD why = GetLastError();
-        SetEvent(shared().notWriting);
-        if (isOver) return false;
-        if (isDone || why == ERROR_OPERATION_ABORTED) continue;
-        if (why != ERROR_BROKEN_PIPE && why != ERROR_NO_DATA) {
-            SetLastError(why);
-            fail("cannot write to standard output");
-        }
-        ending_->isOver = true;
-        return false;
+    while (!text.empty() && !ending_->isOver) {
+        const DWORD error = ending_->writeSome(text);
+        const bool isToEnd = error == ERROR_OPERATION_ABORTED || errnoOf(error) == EPIPE;
+        if (error != ERROR_SUCCESS && !isToEnd) fail("cannot write to standard output", error);
+        if (isToEnd) ending_->isOver = true;
     }
-    return true;
+    return !ending_->isOver;
 }
 
 }  // namespace Tool::port

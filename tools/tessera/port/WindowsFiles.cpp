@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Files.h"
+#include "WindowsErrors.h"
 #include "WindowsSystem.h"
 #include "WindowsText.h"
 
@@ -20,12 +21,6 @@ struct LocalFreeing {
 };
 template <typename T>
 using LocalPointer = std::unique_ptr<T, LocalFreeing>;
-
-void setErrno(DWORD systemError) {
-    const std::error_code error(static_cast<int>(systemError), std::system_category());
-    const std::error_condition condition = error.default_error_condition();
-    errno = condition.category() == std::generic_category() ? condition.value() : EIO;
-}
 
 /// The user of this process as rules of access name it; empty when that cannot be told.
 std::wstring userName() {
@@ -72,7 +67,7 @@ NewFile makeFile(const std::filesystem::path& beginning, DWORD access, DWORD sha
         if (opened == INVALID_HANDLE_VALUE && GetLastError() != ERROR_FILE_EXISTS) break;
     }
     if (opened == INVALID_HANDLE_VALUE) {
-        setErrno(GetLastError());
+        errno = errnoOf(GetLastError());
         return {};
     }
     return {path, _open_osfhandle(reinterpret_cast<std::intptr_t>(opened), _O_BINARY)};
@@ -117,7 +112,10 @@ bool writeAll(int descriptor, std::string_view bytes) {
     constexpr std::size_t most = 1 << 15;  // more at once a console may refuse
     while (!bytes.empty()) {
         const int written = _write(descriptor, bytes.data(), static_cast<unsigned>(std::min(bytes.size(), most)));
-        if (written < 0) return false;
+        if (written < 0) {
+            if (_doserrno != 0) errno = errnoOf(_doserrno);
+            return false;
+        }
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
@@ -133,7 +131,7 @@ bool closeFile(int descriptor) {
 
 bool replaceBy(const std::filesystem::path& target, const std::filesystem::path& made) {
     if (MoveFileExW(made.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) return true;
-    setErrno(GetLastError());
+    errno = errnoOf(GetLastError());
     return false;
 }
 
