@@ -12,11 +12,12 @@ namespace {
 struct Layer {
     std::string_view folder;
     std::vector<std::string_view> mayInclude;
-    /// Of other layers only what is installed.
+    /// Of the library's layers only what is installed.
     bool publicHeadersOnly = false;
 };
 
 constexpr std::string_view portFolder = "tessera/platform/port";
+constexpr std::string_view toolPortFolder = "tools/tessera/port";
 constexpr std::string_view platformFolder = "tessera/platform";
 constexpr std::string_view exportHeader = "tessera/Export.h";  // made by the build
 
@@ -37,7 +38,8 @@ const std::vector<Layer>& layers() {
         {"tessera/database", {"tessera/phonebook/model", "tessera/database/schema", "tessera/common", platformFolder}},
         {"tessera/phonebook",
          {"tessera/database", "tessera/phonebook/model", "tessera/database/schema", "tessera/common", platformFolder}},
-        {"tools", {"tessera"}, true},
+        {toolPortFolder, {portFolder}, true},  // the platform's character, which is installed
+        {"tools", {"tessera", toolPortFolder}, true},
         {"examples", {"tessera"}, true},
     };
     return table;
@@ -53,12 +55,12 @@ struct Foreign {
 constexpr Foreign foreignHeaders[] = {
     {"sqlite3.h", platformFolder, true},
     {"unicode/", platformFolder, true},
-    {"unicode/", "tools/tessera/exchange", false},
+    {"unicode/", toolPortFolder, true},
     {"csv.h", "tools/tessera/exchange", false},
     {"CLI/", "tools", false},
     {"nlohmann/", "tools", false},
     {"", portFolder, true},  // the operating system's
-    {"", "tools", false},
+    {"", toolPortFolder, true},
     {"", "examples", false},
 };
 
@@ -108,8 +110,8 @@ std::string objectionToOurs(const Include& include, const std::set<std::string>&
         from->mayInclude, [&](std::string_view allowed) { return covers(allowed, include.target); });
     if (!isAllowed) return place + std::string(from->folder) + " may not include " + include.target;
     // Above the platform nothing of it is seen but what everyone sees.
-    const bool needsPublic =
-        from->publicHeadersOnly || (!isBelow(include.file, platformFolder) && isBelow(include.target, platformFolder));
+    const bool needsPublic = (from->publicHeadersOnly && isBelow(include.target, "tessera")) ||
+                             (!isBelow(include.file, platformFolder) && isBelow(include.target, platformFolder));
     if (needsPublic && !isInstalled(include.target, installedHeaders))
         return place + include.target + " is private to its layer";
     return "";
@@ -142,8 +144,8 @@ std::string objectionTo(const Include& include, const std::set<std::string>& ins
 }
 
 std::string objectionTo(const SystemCondition& condition) {
-    if (isBelow(condition.file, portFolder)) return "";
-    return at(condition.file, condition.line) + "asks for " + condition.macro + " outside " + std::string(portFolder);
+    if (isBelow(condition.file, portFolder) || isBelow(condition.file, toolPortFolder)) return "";
+    return at(condition.file, condition.line) + "asks for " + condition.macro + " outside of the ports";
 }
 
 }  // namespace Layering

@@ -92,6 +92,7 @@ TEST(IncludeRules, AnIncludePointsDown) {
     EXPECT_EQ(objectionTo(ours("tessera/platform/engine/Record.h", "tessera/platform/port/Paths.h")), "");
     EXPECT_EQ(objectionTo(ours("tessera/platform/objectstore/Store.cpp", "tessera/platform/engine/Record.h")), "");
     EXPECT_EQ(objectionTo(ours("tools/tessera/Main.cpp", "tessera/phonebook/PhoneBookDBMgr.h")), "");
+    EXPECT_EQ(objectionTo(ours("tools/tessera/Main.cpp", "tools/tessera/port/Shell.h")), "");
 }
 
 TEST(IncludeRules, NothingPointsUp) {
@@ -103,6 +104,7 @@ TEST(IncludeRules, NothingPointsUp) {
     EXPECT_NE(objectionTo(ours("tessera/platform/windows/CWnd.cpp", "tessera/platform/objectstore/CeDB.h")), "");
     EXPECT_NE(objectionTo(ours("tessera/common/ValueList.cpp", "tessera/platform/objectstore/CeDB.h")), "");
     EXPECT_NE(objectionTo(ours("tessera/platform/port/Paths.cpp", "tessera/platform/base/CString.h")), "");
+    EXPECT_NE(objectionTo(ours("tools/tessera/port/PosixShell.cpp", "tools/tessera/System.h")), "");
 }
 
 TEST(IncludeRules, NobodyLooksIntoThePlatformFromAbove) {
@@ -110,6 +112,7 @@ TEST(IncludeRules, NobodyLooksIntoThePlatformFromAbove) {
     EXPECT_NE(objectionTo(ours("tessera/database/Table.cpp", "tessera/platform/port/Paths.h")), "");
     EXPECT_NE(objectionTo(ours("tessera/phonebook/Records.cpp", "tessera/platform/objectstore/Store.h")), "");
     EXPECT_NE(objectionTo(ours("tools/tessera/Main.cpp", "tessera/database/RowOrder.h")), "");
+    EXPECT_NE(objectionTo(ours("tools/tessera/port/PosixFiles.cpp", "tessera/platform/port/Paths.h")), "");
     EXPECT_NE(objectionTo(ours("examples/identify.cpp", "tessera/platform/port/Paths.h")), "");
 }
 
@@ -135,8 +138,9 @@ TEST(IncludeRules, StorageAndTextLibrariesStayInPrivateFilesOfThePlatform) {
     EXPECT_NE(objectionTo(foreign("tools/tessera/Main.cpp", "sqlite3.h")), "");
 }
 
-TEST(IncludeRules, OfTheToolOnlyTheExchangeKnowsTextLibraries) {
-    EXPECT_EQ(objectionTo(foreign("tools/tessera/exchange/Encoding.cpp", "unicode/ucnv.h")), "");
+TEST(IncludeRules, OfTheToolOnlyThePortAndTheExchangeKnowTextLibraries) {
+    EXPECT_EQ(objectionTo(foreign("tools/tessera/port/IcuEncodings.cpp", "unicode/ucnv.h")), "");
+    EXPECT_NE(objectionTo(foreign("tools/tessera/exchange/Encoding.cpp", "unicode/ucnv.h")), "");
     EXPECT_EQ(objectionTo(foreign("tools/tessera/exchange/CsvReader.cpp", "csv.h")), "");
     EXPECT_NE(objectionTo(foreign("tools/tessera/Main.cpp", "unicode/ucnv.h")), "");
     EXPECT_NE(objectionTo(foreign("tools/tessera/Main.cpp", "csv.h")), "");
@@ -144,7 +148,8 @@ TEST(IncludeRules, OfTheToolOnlyTheExchangeKnowsTextLibraries) {
 
 TEST(IncludeRules, TheOperatingSystemIsCalledInThePortOnly) {
     EXPECT_EQ(objectionTo(foreign("tessera/platform/port/Paths.cpp", "sys/stat.h")), "");
-    EXPECT_EQ(objectionTo(foreign("tools/tessera/Terminal.cpp", "unistd.h")), "");
+    EXPECT_EQ(objectionTo(foreign("tools/tessera/port/PosixShell.cpp", "unistd.h")), "");
+    EXPECT_NE(objectionTo(foreign("tools/tessera/System.cpp", "unistd.h")), "");
     EXPECT_NE(objectionTo(foreign("tessera/platform/base/CFile.cpp", "unistd.h")), "");
     EXPECT_NE(objectionTo(foreign("tessera/phonebook/Import.cpp", "fcntl.h")), "");
     EXPECT_EQ(objectionTo(foreign("tessera/phonebook/Import.cpp", "vector")), "");

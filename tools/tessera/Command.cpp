@@ -41,6 +41,7 @@ std::string footerOf(const CommandText& text) {
 
 Command::Command(const CommandText& text) : Command(text, nullptr) {
     set_help_flag("-h,--help", "Explain the program, or the command that it stands behind");
+    allow_windows_style_options(false);  // a word with a slash in front is a path or a text on every system
 }
 
 Command::Command(const CommandText& text, CLI::App* parent) : CLI::App(text.summary, text.name, parent), text_(text) {
