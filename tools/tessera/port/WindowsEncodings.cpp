@@ -14,33 +14,23 @@ using namespace std::string_view_literals;
 
 constexpr UINT none = 0;
 constexpr UINT ascii = 20127;
-// The system gives these numbers, but has no converters for them.
+// The system numbers the first two, but has no converters for them.
 constexpr UINT utf16Little = 1200;
 constexpr UINT utf16Big = 1201;
+constexpr UINT utf16Marked = 1;
 
 struct NamedPage {
     std::string_view name;
     UINT page;
 };
 
-constexpr std::array<NamedPage, 17> namedPages = {{
-    {"UTF8", CP_UTF8},
-    {"UTF16LE", utf16Little},
-    {"UTF16BE", utf16Big},
-    {"USASCII", ascii},
-    {"GB18030", 54936},
-    {"SHIFTJIS", 932},
-    {"WINDOWS31J", 932},
-    {"EUCJP", 20932},
-    {"JOHAB", 1361},
-    {"BIG5", 950},
-    {"KOI8R", 20866},
-    {"KOI8U", 21866},
-    {"TIS620", 874},
-    {"LATIN1", 28591},
-    {"LATIN2", 28592},
-    {"LATIN9", 28605},
-    {"MACINTOSH", 10000},
+/// Of two pages of a name the first is taken that the system has.
+constexpr std::array<NamedPage, 19> namedPages = {{
+    {"UTF8", CP_UTF8},   {"UTF16LE", utf16Little}, {"UTF16BE", utf16Big}, {"UTF16", utf16Marked},
+    {"USASCII", ascii},  {"GB18030", 54936},       {"GB18030", 936},      {"SHIFTJIS", 932},
+    {"WINDOWS31J", 932}, {"EUCJP", 20932},         {"JOHAB", 1361},       {"BIG5", 950},
+    {"KOI8R", 20866},    {"KOI8U", 21866},         {"TIS620", 874},       {"LATIN1", 28591},
+    {"LATIN2", 28592},   {"LATIN9", 28605},        {"MACINTOSH", 10000},
 }};
 
 /// The names that hold a number, and what is added to it.
@@ -69,13 +59,19 @@ int unitsOf(UINT page, std::string_view bytes, WCHAR* units = nullptr, int room 
     return MultiByteToWideChar(page, MB_ERR_INVALID_CHARS, bytes.data(), static_cast<int>(bytes.size()), units, room);
 }
 
+/// Pages whose converter does not tell what means nothing are refused by it.
+bool canRead(UINT page) {
+    const bool isOurs = page == utf16Little || page == utf16Big || page == utf16Marked;
+    return isOurs || (page != none && unitsOf(page, "a"sv) == 1);
+}
+
 UINT pageOf(const std::string& encoding) {
     const std::string plain = plainEncodingName(encoding);
-    const auto* const named = std::ranges::find(namedPages, plain, &NamedPage::name);
-    const UINT page = named != namedPages.end() ? named->page : pageNumbered(plain);
-    const bool isOurs = page == utf16Little || page == utf16Big;
-    // Pages whose converter does not tell what means nothing are refused by it.
-    return isOurs || (page != none && unitsOf(page, "a"sv) == 1) ? page : none;
+    const auto* const named = std::ranges::find_if(
+        namedPages, [&](const NamedPage& each) { return each.name == plain && canRead(each.page); });
+    if (named != namedPages.end()) return named->page;
+    const UINT numbered = pageNumbered(plain);
+    return canRead(numbered) ? numbered : none;
 }
 
 /// Answers false, and appends nothing, when some of the bytes mean nothing.
@@ -133,6 +129,13 @@ Decoded convertUtf16(std::string_view bytes, bool isBigEndian) {
     return decoded;
 }
 
+/// Big-endian without a mark.
+Decoded convertMarkedUtf16(std::string_view bytes) {
+    const bool isLittleEndian = bytes.starts_with("\xFF\xFE"sv);
+    const bool isMarked = isLittleEndian || bytes.starts_with("\xFE\xFF"sv);
+    return convertUtf16(bytes.substr(isMarked ? 2 : 0), !isLittleEndian);
+}
+
 }  // namespace
 
 bool hasConverter(const std::string& encoding) {
@@ -142,6 +145,7 @@ bool hasConverter(const std::string& encoding) {
 Decoded convert(std::string_view bytes, const std::string& encoding) {
     const UINT page = pageOf(encoding);
     if (page == none) return {};
+    if (page == utf16Marked) return convertMarkedUtf16(bytes);
     if (page == utf16Little || page == utf16Big) return convertUtf16(bytes, page == utf16Big);
     Decoded decoded;
     decoded.whole = appendAll(decoded.text, page, bytes);
