@@ -7,7 +7,7 @@ namespace Tool::port {
 
 /// Standard output of a command that goes on until it is told to end: by an interrupt or by whatever else of the
 /// system ends a program in order, or by nobody reading it any more. From its making on none of these ends the process
-/// of itself. One a process. What goes wrong is a std::system_error.
+/// of itself. One a process. What goes wrong is a std::runtime_error that says why.
 class EndlessOutput {
 public:
     EndlessOutput();

@@ -28,6 +28,8 @@ bool takesColour(Stream stream) {
     return isTerminal(stream) && !terminal.empty() && terminal != "dumb";
 }
 
+struct StandardStreams::Replaced {};
+
 StandardStreams::StandardStreams() {
     std::signal(SIGPIPE, SIG_IGN);  // a write then says that nobody reads
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,10 @@ public:
     ~StandardStreams();
     StandardStreams(const StandardStreams&) = delete;
     StandardStreams& operator=(const StandardStreams&) = delete;
+
+private:
+    struct Replaced;  ///< What the system needs in place of the standard library's own.
+    std::unique_ptr<Replaced> replaced_;
 };
 
 }  // namespace Tool::port

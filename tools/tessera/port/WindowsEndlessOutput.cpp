@@ -1,9 +1,12 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <stdexcept>
+#include <string>
 #include <system_error>
 
 #include "EndlessOutput.h"
+#include "Files.h"
 #include "WindowsErrors.h"
 #include "WindowsSystem.h"
 
@@ -12,7 +15,8 @@ namespace Tool::port {
 namespace {
 
 [[noreturn]] void fail(const char* what, DWORD error = GetLastError()) {
-    throw std::system_error(static_cast<int>(error), std::system_category(), what);
+    const std::error_code code(static_cast<int>(error), std::system_category());
+    throw std::runtime_error(std::string(what) + ": " + messageOf(code));
 }
 
 HANDLE makeEvent(bool isUp) {

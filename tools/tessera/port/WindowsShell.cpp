@@ -1,8 +1,11 @@
-#include <cstdio>
 #include <fcntl.h>
 #include <io.h>
+#include <iostream>
 #include <memory>
+#include <streambuf>
+#include <utility>
 
+#include "Files.h"
 #include "Shell.h"
 #include "WindowsSystem.h"
 #include "WindowsText.h"
@@ -26,6 +29,29 @@ BOOL WINAPI onEnd(DWORD /*event*/) {
     restorePage();
     return FALSE;
 }
+
+/// Standard error as it is written, whole texts at a time: a console can make nothing of single bytes of a character.
+class ErrorStream : private std::streambuf {
+public:
+    ErrorStream() : before_(std::cerr.rdbuf(this)) {}
+    ~ErrorStream() override { std::cerr.rdbuf(before_); }
+    ErrorStream(const ErrorStream&) = delete;
+    ErrorStream& operator=(const ErrorStream&) = delete;
+
+private:
+    int overflow(int ch) override {
+        if (!traits_type::eq_int_type(ch, traits_type::eof())) text_ += traits_type::to_char_type(ch);
+        return traits_type::not_eof(ch);
+    }
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override {
+        text_.append(bytes, static_cast<std::size_t>(count));
+        return count;
+    }
+    int sync() override { return writeAll(static_cast<int>(Stream::error), std::exchange(text_, {})) ? 0 : -1; }
+
+    std::string text_;
+    std::streambuf* before_;
+};
 
 struct LocalFreeing {
     void operator()(void* memory) const { LocalFree(memory); }
@@ -61,7 +87,11 @@ bool takesColour(Stream stream) {
            SetConsoleMode(handleOf(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
-StandardStreams::StandardStreams() {
+struct StandardStreams::Replaced {
+    ErrorStream error;
+};
+
+StandardStreams::StandardStreams() : replaced_(std::make_unique<Replaced>()) {
     for (const Stream stream : {Stream::output, Stream::error})
         _setmode(static_cast<int>(stream), _O_BINARY);
     if (!isTerminal(Stream::output) && !isTerminal(Stream::error)) return;
