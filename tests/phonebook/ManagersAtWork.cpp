@@ -79,7 +79,8 @@ private:
     /// Every other one has a group, and with it an extension row.
     LeftContact anyContact(const WString& what) {
         const WString made = digits(++made_);
-        return {what + u' ' + made + TEXT(" by ") + digits(number_), TEXT("010-") + digits(number_) + u'-' + made,
+        return {what + TEXT(' ') + made + TEXT(" by ") + digits(number_),
+                TEXT("010-") + digits(number_) + TEXT('-') + made,
                 random_() % 2 == 0 ? TEXT("Group ") + digits(number_) : TEXT("")};
     }
     static PBRecord recordOf(const LeftContact& contents) {

@@ -9,6 +9,7 @@
 #include "tests/phonebook/SpeedDialBuilders.h"
 #include "tests/support/Builders.h"
 #include "tests/support/Forked.h"
+#include "tests/support/TemporaryStore.h"
 
 // A manager with a window, which waits for messages while other processes write.
 

@@ -25,7 +25,7 @@ struct MadeContact {
     unsigned number = 0;   ///< Of all contacts.
     unsigned renamed = 0;  ///< How often.
 
-    WString name() const { return TEXT("Person ") + digits(number) + u'.' + digits(renamed); }
+    WString name() const { return TEXT("Person ") + digits(number) + TEXT('.') + digits(renamed); }
     WString mobile() const { return TEXT("010-") + digits(number); }
 };
 

@@ -11,6 +11,7 @@
 
 #include "tests/support/FaultyDisk.h"
 #include "tests/support/PlaceInMemory.h"
+#include "tests/support/Sql.h"
 #include "tests/support/TemporaryStore.h"
 #include "tests/support/ToolRunner.h"
 
@@ -24,7 +25,7 @@ class Numbers {
 public:
     explicit Numbers(const std::filesystem::path& folder, const std::string& durability = "FULL") {
         sqlite3* opened = nullptr;
-        sqlite3_open((folder / file).c_str(), &opened);  // what fails here fails again below
+        openSqlite(folder / file, opened);  // what fails here fails again below
         database_.reset(opened);
         run("PRAGMA synchronous = " + durability);
         run("PRAGMA journal_mode = WAL");

@@ -56,7 +56,7 @@ struct CategoryNote {
 
     CString name(unsigned renaming) const {
         return sharedName >= 0 ? CString(filedUnder[sharedName])
-                               : CString(TEXT("Category ") + digits(id) + u'.' + digits(renaming));
+                               : CString(TEXT("Category ") + digits(id) + TEXT('.') + digits(renaming));
     }
 };
 

@@ -14,13 +14,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "tests/support/Builders.h"
 #include "tests/support/FaultyDisk.h"
 #include "tests/support/PhoneBookWork.h"
 #include "tests/support/PlaceInMemory.h"
 #include "tests/support/Seed.h"
+#include "tests/support/Sql.h"
 #include "tests/support/StoreContents.h"
 #include "tests/support/TemporaryStore.h"
 
@@ -93,7 +93,7 @@ struct Run {
 
 std::string integrityOf(const fs::path& folder) {
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open((folder / storeName).c_str(), &opened);
+    const int result = testing_support::openSqlite(folder / storeName, opened);
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> database(opened, sqlite3_close);
     std::string answer;
     const auto append = [](void* text, int, char** values, char**) {

@@ -7,4 +7,5 @@ set(phoneBookWorkSources
   ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOfOthers.cpp
   ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOnContacts.cpp
   ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOnGroupsAndCalls.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOnSlots.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/operations/WorkOnSlots.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/system/$<IF:$<BOOL:${WIN32}>,Windows,Posix>FileInMemory.cpp)

@@ -38,6 +38,7 @@ public:
                 .environment = {{"TESSERA_STORE", store().string()},
                                 {"TESSERA_DURABILITY", "normal"},
                                 {"TMPDIR", temporary().string()},
+                                {"TMP", temporary().string()},  // what Windows asks for
                                 {"HOME", folder_.path().string()},
                                 {"XDG_DATA_HOME", ""},
                                 {"LC_ALL", "C.UTF-8"}}};

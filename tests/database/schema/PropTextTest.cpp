@@ -33,7 +33,7 @@ TEST(PropText, ShowsTheAddressOfABlobsBytes) {
     const CCeDBProp blob = CCeDBProp::ofBlob(1, "bytes", 5);
 
     const auto address = reinterpret_cast<std::uintptr_t>(blob.getBlob().data());
-    EXPECT_EQ(shown(blob), printed("%08jx", static_cast<std::uintmax_t>(address)));
+    EXPECT_EQ(shown(blob), printed("%08llx", static_cast<unsigned long long>(address)));
     EXPECT_EQ(shown(CCeDBProp(CCeDBProp::typeBlob, 1)), "00000000");
 }
 

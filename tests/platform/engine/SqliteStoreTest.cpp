@@ -170,7 +170,7 @@ class StoreBecomeNewer {
 public:
     explicit StoreBecomeNewer(const fs::path& file) {
         put(*connect(file), TEXT("a"));
-        EXPECT_EQ(sqlite3_open(reinterpret_cast<const char*>(file.u8string().c_str()), &newer_), SQLITE_OK);
+        EXPECT_EQ(testing_support::openSqlite(file, newer_), SQLITE_OK);
         EXPECT_EQ(sqlite3_exec(newer_, "PRAGMA user_version = 3; CREATE TABLE newer (a)", nullptr, nullptr, nullptr),
                   SQLITE_OK);
     }

@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <fstream>
+#include <future>
 #include <thread>
 
 #include "tessera/platform/objectstore/ObjectStore.h"
@@ -83,28 +84,19 @@ TEST(Mount, ReplacesTheStoreAndInvalidatesItsHandles) {
 TEST(Mount, OtherThreadsFollowToTheNewStore) {
     const MemoryStoreMount first;
     makeDatabase(TEXT("First"));
-    std::thread worker;
-    std::atomic<int> step = 0;
-    const auto waitFor = [&step](int wanted) {
-        for (int seen = step; seen != wanted; seen = step) {
-            step.wait(seen);
-        }
-    };
-    const auto advance = [&step](int to) {
-        step = to;
-        step.notify_all();
-    };
-    worker = std::thread([&] {
+    std::promise<void> firstOpened;
+    std::promise<void> secondMounted;
+    std::thread worker([&] {
         { const OpenDatabase rows(TEXT("First")); }
-        advance(1);
-        waitFor(2);
+        firstOpened.set_value();
+        secondMounted.get_future().wait();
         const OpenDatabase rows(TEXT("Second"));
         EXPECT_NE(rows.handle(), INVALID_HANDLE_VALUE);
     });
-    waitFor(1);
-    ASSERT_TRUE(ObjectStore::mountMemory());
+    firstOpened.get_future().wait();
+    EXPECT_TRUE(ObjectStore::mountMemory());
     makeDatabase(TEXT("Second"));
-    advance(2);
+    secondMounted.set_value();
     worker.join();
 }
 

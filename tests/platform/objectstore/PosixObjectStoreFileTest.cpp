@@ -3,7 +3,7 @@
 #include "tests/platform/objectstore/KilledWriter.h"
 #include "tests/platform/objectstore/StoreFileFixture.h"
 
-// The file of a store whose program was killed.
+// The file of a store whose program was killed, and links where a copy is to be.
 
 namespace objectstore_test {
 namespace {
@@ -30,6 +30,14 @@ TEST_F(StoreFileBackUp, HoldsWhatAKilledProgramLeftInItsLog) {
     after.erase("copy.db");
     EXPECT_EQ(after, before);
     EXPECT_EQ(rowsIn(folder / "copy.db").size(), someRows - 20u + 30u);
+}
+
+TEST_F(StoreFileBackUp, NeverWritesThroughALinkThatLeadsNowhere) {
+    const fs::path link = folder / "link";
+    fs::create_symlink(folder / "nowhere", link);
+    EXPECT_FALSE(ObjectStoreFile::backUp(file.string(), link.string(), quickOptions()));
+    EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
+    EXPECT_FALSE(fs::exists(folder / "nowhere"));
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ TEST(Collator, KeysOfLongTextsAreWhole) {
     const Collator collator("", false);
     const WString text(10'000, u'\u00E9');
 
-    EXPECT_LT(collator.sortKey(text), collator.sortKey(text + u'a'));
+    EXPECT_LT(collator.sortKey(text), collator.sortKey(text + TEXT("a")));
     EXPECT_GT(collator.sortKey(text).size(), text.size());
     EXPECT_EQ(collator.sortKey(text).find('\0'), std::string::npos);
 }

@@ -71,13 +71,13 @@ WString listed(const CString& text) {
     for (const WCHAR unit : text.view()) {
         if (unit != u'"') value += unit;
     }
-    return u'"' + value + u'"';
+    return TEXT('"') + value + TEXT('"');
 }
 
 WString lineOf(const PBRecord& record) {
     WString line;
     for (const PBAttribute& attribute : aPBAttribute_) {
-        if (attribute.mask != 0) line += listed(getPBRecordFieldStr(record, attribute.mask)) + u',';
+        if (attribute.mask != 0) line += listed(getPBRecordFieldStr(record, attribute.mask)) + TEXT(',');
     }
     return line;
 }
@@ -88,7 +88,7 @@ PhoneBookOperation import(Parameters& parameters) {
     std::string lines;
     for (unsigned count = parameters.below(4); count != 0; --count) {
         const PBRecord record = parameters.record(true);
-        text += lineOf(record) + u'\n';
+        text += lineOf(record) + TEXT('\n');
         lines += described(" line", record);
     }
     return {described("buildDBFromFile") + lines, [text](PhoneBookDBMgr& manager) {

@@ -208,8 +208,8 @@ void feed(PipeEnd& end, std::string_view& input) {
 }  // namespace
 
 struct Process::Running {
-    Running(Ends in, Ends out, Ends err)
-        : input(std::move(in.ours)), out(std::move(out.ours)), err(std::move(err.ours)) {}
+    Running(Handle toIt, Handle fromIt, Handle errorFromIt)
+        : input(std::move(toIt)), out(std::move(fromIt)), err(std::move(errorFromIt)) {}
 
     Handle child;
     PipeEnd input;
@@ -239,7 +239,7 @@ Process::Process(const Command& command) {
     Handle child(made.hProcess);
     // Their ends close with this: who reads then learns of the program's end.
     const std::array<Handle, 3> theirs{std::move(in.theirs), std::move(out.theirs), std::move(err.theirs)};
-    running_ = std::make_unique<Running>(std::move(in), std::move(out), std::move(err));
+    running_ = std::make_unique<Running>(std::move(in.ours), std::move(out.ours), std::move(err.ours));
     running_->child = std::move(child);
 }
 
