@@ -10,10 +10,10 @@ bool answers() {
     PhoneBook::PhoneBookDBMgr manager;
     if (manager.initDB(false) != S_OK || manager.openDB(nullptr) != S_OK) return false;
 
-    const CString number = PhoneBook::PhoneBookDBMgr::makeCNIP(u"+82 10-1234-5678");
+    const CString number = PhoneBook::PhoneBookDBMgr::makeCNIP(TEXT("+82 10-1234-5678"));
     PhoneBook::PBRecord caller;
     const bool isUnknown = manager.queryCallerInfo(number, &caller, nullptr) == E_FAIL;
-    return number == u"01012345678" && isUnknown && manager.getNumRecords() == 0;
+    return number == TEXT("01012345678") && isUnknown && manager.getNumRecords() == 0;
 }
 
 }  // namespace

@@ -6,10 +6,10 @@ int main() {
     PhoneBook::PhoneBookDBMgr phoneBook;
     if (FAILED(phoneBook.initDB(false)) || FAILED(phoneBook.openDB(nullptr))) return 1;
     PhoneBook::PBRecord person;
-    person.strName = u"김민수";
-    person.strGroup = u"친구";
-    person.strMobileTelephoneNumber = u"010-2345-6789";
-    person.strBell = u"waltz.mid";
+    person.strName = TEXT("김민수");
+    person.strGroup = TEXT("친구");
+    person.strMobileTelephoneNumber = TEXT("010-2345-6789");
+    person.strBell = TEXT("waltz.mid");
     person.dwCITypeMask = 0x110005;  // these four
     return FAILED(phoneBook.insertPBRecord(person, nullptr)) ? 1 : 0;
 }
