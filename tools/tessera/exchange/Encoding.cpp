@@ -34,9 +34,9 @@ constexpr std::array<EncodingName, 12> meanings = {{
 }};
 
 std::string meaningOf(const std::string& name) {
+    const std::string plain = port::plainEncodingName(name);
     const auto* known =
-        std::find_if(meanings.begin(), meanings.end(),
-                     [plain = port::plainEncodingName(name)](const auto& each) { return plain == each.said; });
+        std::find_if(meanings.begin(), meanings.end(), [&](const auto& each) { return plain == each.said; });
     return known != meanings.end() ? known->meant : name;
 }
 
@@ -82,8 +82,8 @@ bool isKnownEncoding(const std::string& name) {
 }
 
 Decoded decode(std::string_view bytes, const std::string& encoding) {
-    if (port::plainEncodingName(encoding) ==
-        "UTF8") {  // by far the most frequent; its first fault is found the long way
+    // By far the most frequent; its first fault is found the long way.
+    if (port::plainEncodingName(encoding) == "UTF8") {
         if (const auto text = textOfUtf8(bytes)) return {WString(text->view()), true};
     }
     return port::convert(bytes, meaningOf(encoding));

@@ -1,6 +1,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include <unicode/ucnv.h>
 #include <unicode/ucsdet.h>

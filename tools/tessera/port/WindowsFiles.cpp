@@ -73,6 +73,15 @@ NewFile makeFile(const std::filesystem::path& beginning, DWORD access, DWORD sha
     return {path, _open_osfhandle(reinterpret_cast<std::intptr_t>(opened), _O_BINARY)};
 }
 
+/// How much is written at once. A console may refuse more, and makes nothing of a part of a character.
+std::size_t portionOf(std::string_view utf8) {
+    constexpr std::size_t most = 1 << 15;
+    std::size_t length = std::min(utf8.size(), most);
+    while (length < utf8.size() && length > most - 4 && (utf8[length] & 0xC0) == 0x80)
+        --length;
+    return length;
+}
+
 }  // namespace
 
 const char* const temporaryFolderVariable = "TMP";
@@ -109,9 +118,8 @@ std::ptrdiff_t readSome(int descriptor, char* buffer, std::size_t count) {
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {
-    constexpr std::size_t most = 1 << 15;  // more at once a console may refuse
     while (!bytes.empty()) {
-        const int written = _write(descriptor, bytes.data(), static_cast<unsigned>(std::min(bytes.size(), most)));
+        const int written = _write(descriptor, bytes.data(), static_cast<unsigned>(portionOf(bytes)));
         if (written < 0) {
             if (_doserrno != 0) errno = errnoOf(_doserrno);
             return false;
