@@ -71,8 +71,8 @@ DWORD makeOneFolder(const fs::path& folder) {
     SECURITY_ATTRIBUTES attributes = attributesWith(descriptor);
     if (CreateDirectoryW(folder.c_str(), &attributes) != 0) return ERROR_SUCCESS;
     const DWORD error = lastPlatformError();
-    // Another process may have been faster.
-    return error == ERROR_ALREADY_EXISTS && isFolder(folder) ? ERROR_SUCCESS : error;
+    // Somebody else may have been faster.
+    return isFolder(folder) ? ERROR_SUCCESS : error;
 }
 
 /// A name that nobody guesses.

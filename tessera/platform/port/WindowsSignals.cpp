@@ -23,6 +23,8 @@ bool isUp(int event) {
     return WaitForSingleObject(handleOf(event), 0) == WAIT_OBJECT_0;
 }
 
+void followMembersOfSetsWith(int event);
+
 void followMembers(int set) {
     const bool anyIsUp = std::any_of(memberships_.begin(), memberships_.end(), [set](const Membership& membership) {
         return membership.set == set && isUp(membership.event);
@@ -31,6 +33,7 @@ void followMembers(int set) {
         SetEvent(handleOf(set));
     else
         ResetEvent(handleOf(set));
+    followMembersOfSetsWith(set);  // a set may be a member of another
 }
 
 void followMembersOfSetsWith(int event) {

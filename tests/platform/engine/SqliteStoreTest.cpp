@@ -277,24 +277,6 @@ TEST(SqliteStore, AFolderIsNotAStore) {
     EXPECT_THAT(Platform::storeErrorText(), HasSubstr("it is a folder"));
 }
 
-TEST(SqliteStore, NamesTheFileAndTheWaitWhenAnotherThreadWrites) {
-    const TemporaryFolder folder;
-    const fs::path file = folder / "store.db";
-    const auto engine = connect(file);
-    const CEOID contacts = contactsOf(*engine);
-    const auto other = connect(file);
-    ASSERT_EQ(other->beginUnit(), ERROR_SUCCESS);
-
-    CEOID record = 0;
-    EXPECT_EQ(engine->put(contacts, record, {}), ERROR_LOCK_VIOLATION);
-
-    EXPECT_EQ(Platform::storeErrorText(),
-              file.string() + ": another thread of this program is writing to it; gave up after 50 ms");
-    EXPECT_EQ(contactsOf(*engine), contacts);  // readers do not wait
-    ASSERT_EQ(other->endUnit(), ERROR_SUCCESS);
-    EXPECT_EQ(engine->put(contacts, record, {}), ERROR_SUCCESS);
-}
-
 TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {
     const TemporaryFolder folder;
     const fs::path file = folder / "store.db";

@@ -1,4 +1,7 @@
+#include <cstdlib>
 #include <sys/resource.h>
+
+#include <gtest/gtest.h>
 
 #include "tessera/platform/objectstore/ObjectStore.h"
 #include "tests/platform/objectstore/StoreTest.h"
@@ -34,6 +37,28 @@ TEST(Mount, SaysWhyTheSystemDoesNotOpenTheFile) {
         EXPECT_FALSE(ObjectStore::mount(store.path(), quickOptions()));
     }
     EXPECT_EQ(ObjectStore::errorText(), store.path() + ": it cannot be opened: Too many open files");
+}
+
+/// A program's own object that outlives all threads.
+struct StaticObject {
+    ~StaticObject() {
+        CEOID oid = 0;
+        if (CeOpenDatabaseEx2(&oid, TEXT("Rows"), 0, 0, 0, nullptr) != INVALID_HANDLE_VALUE) std::_Exit(1);
+        if (GetLastError() != ERROR_NOT_READY) std::_Exit(2);
+        ObjectStore::unmount();
+    }
+};
+
+TEST(MountDeathTest, MayBeEndedByAStaticObject) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            static const StaticObject object;
+            ObjectStore::mountMemory();
+            makeDatabase(TEXT("Rows"));
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(Mount, DataHomeIsNextAndThenTheHomeFolder) {

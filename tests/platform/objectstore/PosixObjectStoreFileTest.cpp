@@ -40,5 +40,11 @@ TEST_F(StoreFileBackUp, NeverWritesThroughALinkThatLeadsNowhere) {
     EXPECT_FALSE(fs::exists(folder / "nowhere"));
 }
 
+TEST_F(StoreFileBackUp, LeavesNothingUnderANameThatNoFileCanHave) {
+    EXPECT_FALSE(ObjectStoreFile::backUp(file.string(), (folder / std::string(300, 'x')).string(), quickOptions()));
+    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED) << "no file can have this name, so there is none";
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
+}
+
 }  // namespace
 }  // namespace objectstore_test
