@@ -6,7 +6,6 @@
 
 #include <sqlite3.h>
 
-#include "tessera/platform/base/Unicode.h"
 #include "tests/phonebook/Calls.h"
 #include "tests/phonebook/Following.h"
 #include "tests/phonebook/SpeedDialBuilders.h"
@@ -126,7 +125,7 @@ OperationBench::~OperationBench() {
 CString OperationBench::file(const char* name, WStringView text) const {
     const std::filesystem::path made = folder_ / name;
     testing_support::writeFile(made, testing_support::utf16Bytes(text));
-    return *textOfUtf8(made.string());
+    return made.generic_string<WCHAR>().c_str();
 }
 
 void OperationBench::forgetPages() const {

@@ -11,9 +11,11 @@
 /// @def TEXT
 /// A literal of WCHAR: `TEXT("...")`.
 #if WCHAR_MAX == 0xFFFF
+/// A code unit: the system's wide character.
 using WCHAR = wchar_t;
 #define TEXT(literal) L##literal
 #else
+/// A code unit.
 using WCHAR = char16_t;
 #define TEXT(literal) u##literal
 #endif

@@ -29,26 +29,27 @@ std::string narrowed(const WString& text) {
     return {utf8.begin(), utf8.end()};
 }
 
-/// What the token of this process says of its user. Empty when it cannot be had.
-std::vector<std::uint8_t> userOfProcess() {
+/// What the token of this process says of its user; it points into itself. Empty when it cannot be had.
+std::vector<std::uint8_t> askForUser() {
     SystemHandle token = nullptr;
     if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
     const Descriptor owned(descriptorOf(token));
     SystemDword size = 0;
     GetTokenInformation(token, TokenUser, nullptr, 0, &size);
     std::vector<std::uint8_t> user(size);
-    return GetTokenInformation(token, TokenUser, user.data(), size, &size) != 0 ? user : std::vector<std::uint8_t>();
+    if (GetTokenInformation(token, TokenUser, user.data(), size, &size) == 0) user.clear();
+    return user;
 }
 
-PSID identifierIn(std::vector<std::uint8_t>& user) {
+/// The identifier of the process's user; null when it cannot be had.
+PSID userOfProcess() {
+    static std::vector<std::uint8_t> user = askForUser();
     return user.empty() ? nullptr : reinterpret_cast<TOKEN_USER*>(user.data())->User.Sid;
 }
 
-/// For the user, the system and its administrators only, and so for what is made inside.
-LocalPointer<void> privateDescriptor() {
-    std::vector<std::uint8_t> user = userOfProcess();
+LocalPointer<void> makePrivateDescriptor() {
     WCHAR* spelled = nullptr;
-    if (identifierIn(user) == nullptr || ConvertSidToStringSidW(identifierIn(user), &spelled) == 0) return nullptr;
+    if (userOfProcess() == nullptr || ConvertSidToStringSidW(userOfProcess(), &spelled) == 0) return nullptr;
     const LocalPointer<WCHAR> owned(spelled);
     const WString rules = WString(L"D:P(A;OICI;FA;;;") + spelled + L")(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)";
     PSECURITY_DESCRIPTOR descriptor = nullptr;
@@ -56,8 +57,11 @@ LocalPointer<void> privateDescriptor() {
     return LocalPointer<void>(descriptor);
 }
 
-SECURITY_ATTRIBUTES attributesWith(const LocalPointer<void>& descriptor) {
-    return {sizeof(SECURITY_ATTRIBUTES), descriptor.get(), FALSE};
+/// For the user, the system and its administrators only, and so for what is made inside. Null when that cannot be said.
+SECURITY_ATTRIBUTES* privateAttributes() {
+    static const LocalPointer<void> descriptor = makePrivateDescriptor();
+    static SECURITY_ATTRIBUTES attributes = {sizeof(SECURITY_ATTRIBUTES), descriptor.get(), FALSE};
+    return descriptor != nullptr ? &attributes : nullptr;
 }
 
 bool isFolder(const fs::path& path) {
@@ -66,10 +70,8 @@ bool isFolder(const fs::path& path) {
 }
 
 DWORD makeOneFolder(const fs::path& folder) {
-    const LocalPointer<void> descriptor = privateDescriptor();
-    if (descriptor == nullptr) return lastPlatformError();
-    SECURITY_ATTRIBUTES attributes = attributesWith(descriptor);
-    if (CreateDirectoryW(folder.c_str(), &attributes) != 0) return ERROR_SUCCESS;
+    if (privateAttributes() == nullptr) return ERROR_ACCESS_DENIED;
+    if (CreateDirectoryW(folder.c_str(), privateAttributes()) != 0) return ERROR_SUCCESS;
     const DWORD error = lastPlatformError();
     // Somebody else may have been faster.
     return isFolder(folder) ? ERROR_SUCCESS : error;
@@ -136,13 +138,11 @@ DWORD makePrivateFolder(const fs::path& folder) {
 }
 
 DWORD makePrivateFileBeside(const fs::path& file, fs::path& made) {
-    const LocalPointer<void> descriptor = privateDescriptor();
-    if (descriptor == nullptr) return lastPlatformError();
-    SECURITY_ATTRIBUTES attributes = attributesWith(descriptor);
+    if (privateAttributes() == nullptr) return ERROR_ACCESS_DENIED;
     for (int attempt = 0; attempt < 100; ++attempt) {
         const fs::path tried = file.parent_path() / randomName();
-        const Descriptor opened(descriptorOf(
-            CreateFileW(tried.c_str(), GENERIC_WRITE, 0, &attributes, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)));
+        const Descriptor opened(descriptorOf(CreateFileW(tried.c_str(), GENERIC_WRITE, 0, privateAttributes(),
+                                                         CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)));
         if (opened.isOpen()) {
             made = tried;
             return ERROR_SUCCESS;
@@ -162,12 +162,11 @@ bool othersMayWrite(const fs::path& folder) {
     const LocalPointer<void> owned(descriptor);
     if (rules == nullptr) return true;  // without rules everybody may do everything
 
-    std::vector<std::uint8_t> user = userOfProcess();
     for (SystemDword i = 0; i < rules->AceCount; ++i) {
         void* entry = nullptr;
         if (GetAce(rules, i, &entry) == 0) return true;
         auto& rule = *static_cast<ACCESS_ALLOWED_ACE*>(entry);
-        if (letsWrite(rule) && !isTrusted(&rule.SidStart, identifierIn(user))) return true;
+        if (letsWrite(rule) && !isTrusted(&rule.SidStart, userOfProcess())) return true;
     }
     return false;
 }

@@ -1,3 +1,4 @@
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -72,6 +73,10 @@ TEST(Record, PropertiesOfOneIdentAndTwoKindsAreTwo) {
 struct WrongValue {
     CEPROPID id;
     std::size_t size;
+
+    friend std::ostream& operator<<(std::ostream& out, const WrongValue& value) {
+        return out << value.size << " bytes of kind " << (value.id & 0xFFFF);
+    }
 };
 
 class RecordRefuses : public testing::TestWithParam<WrongValue> {};

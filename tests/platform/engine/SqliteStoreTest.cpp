@@ -284,7 +284,8 @@ TEST(SqliteStore, WaitingWriterHasItsTurnBetweenTheLongUnitsOfAnother) {
     std::atomic<bool> served = false;
     std::atomic<int> units = 0;
     std::thread greedy([&] {
-        const auto engine = connect(file);
+        const auto store = Platform::openSqliteStore(file, {std::chrono::seconds(60), false}, "");
+        const auto engine = store->connect();
         while (!served && units < 100) {
             if (engine->beginUnit() != ERROR_SUCCESS) continue;
             const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(60);

@@ -148,7 +148,8 @@ TEST_F(StoreFileBackUp, IsOfOneMomentWhoeverWrites) {
             std::this_thread::yield();
         }
         copies.push_back(folder / ("copy" + std::to_string(i) + ".db"));
-        EXPECT_TRUE(ObjectStoreFile::backUp(file.string(), copies.back().string(), quickOptions()));
+        EXPECT_TRUE(ObjectStoreFile::backUp(file.string(), copies.back().string(), quickOptions()))
+            << ObjectStore::errorText();
     }
     enough = true;
     writer.join();
