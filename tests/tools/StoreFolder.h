@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "tests/support/Privacy.h"
 #include "tests/tools/ToolTest.h"
 
 // What tests of commands on whole store files share.
@@ -29,9 +30,6 @@ inline void damage(const std::filesystem::path& store, std::size_t pages) {
     testing_support::writeFile(store, bytes);
 }
 
-inline bool isPrivate(const std::filesystem::path& file) {
-    using std::filesystem::perms;
-    return std::filesystem::status(file).permissions() == (perms::owner_read | perms::owner_write);
-}
+using testing_support::isPrivate;
 
 }  // namespace tool_test
