@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tessera/platform/engine/StoreError.h"
+#include "tessera/platform/port/WaitSet.h"
 #include "tests/platform/engine/SqliteStoreFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/Forked.h"
@@ -55,6 +56,26 @@ TEST(SqliteStore, IsItsOwnersAloneWhateverTheUmask) {
         ++files;
     }
     EXPECT_EQ(files, 3u);  // SQLite's own two beside it
+}
+
+// On other systems they may be woken for nothing.
+TEST(SqliteStore, UnitThatChangesNothingWakesNobody) {
+    const TemporaryFolder folder;
+    const auto store = open(folder / "store.db");
+    ASSERT_NE(store, nullptr);
+    const auto engine = store->connect();
+    const auto watch = store->watchCommits();
+    const auto isReadable = [&] { return Platform::port::isReadable(watch->fd()); };
+    const OrderId order = byName(*engine);
+    put(*engine, TEXT("a"));
+    EXPECT_TRUE(isReadable());
+    watch->clear();
+
+    ASSERT_EQ(engine->beginUnit(), ERROR_SUCCESS);
+    EXPECT_EQ(walk(*engine, order).size(), 1u);
+    EXPECT_EQ(engine->endUnit(), ERROR_SUCCESS);
+
+    EXPECT_FALSE(isReadable());
 }
 
 TEST(SqliteStore, ANameThatTheSystemRefusesSaysWhy) {
