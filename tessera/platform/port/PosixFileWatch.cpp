@@ -12,11 +12,10 @@
 namespace Platform::port {
 
 struct FileWatch::Watching {
-    Descriptor events;
+    Descriptor events{::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)};
 };
 
-FileWatch::FileWatch(const std::filesystem::path& file)
-    : watching_(std::make_unique<Watching>(Descriptor(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)))) {
+FileWatch::FileWatch(const std::filesystem::path& file) : watching_(std::make_unique<Watching>()) {
     const bool watched = fd() >= 0 && ::inotify_add_watch(fd(), file.c_str(), IN_ATTRIB | IN_CLOSE_WRITE) >= 0;
     if (!watched) throw std::system_error(errno, std::generic_category(), "inotify");
 }
