@@ -36,12 +36,16 @@ namespace fs = std::filesystem;
                                                    "back, or remove this file to make a new one");
 }
 
+[[nodiscard]] DWORD nameIsTaken(const fs::path& file) {
+    return setStoreError(ERROR_ALREADY_EXISTS, nameOf(file) + ": there is a file of this name");
+}
+
 [[nodiscard]] DWORD refuseTakenName(const fs::path& file) {
     std::error_code error;
     const fs::file_type type = fs::symlink_status(file, error).type();
     if (type == fs::file_type::not_found) return ERROR_SUCCESS;
     if (type == fs::file_type::none) return setStoreError(ERROR_ACCESS_DENIED, nameOf(file) + ": " + error.message());
-    return setStoreError(ERROR_ALREADY_EXISTS, nameOf(file) + ": there is a file of this name");
+    return nameIsTaken(file);
 }
 
 /// What a store cannot be made for, behind a sentence that says so; "" where no more is known.
@@ -88,7 +92,7 @@ std::string nameOf(const fs::path& file) {
 
 DWORD findStorePlace(const fs::path& file, const StoreOptions& options, WhenMissing whenMissing, StorePlace& place) {
     std::error_code error;
-    const fs::path named = fs::absolute(file, error);
+    const fs::path named = port::absolutePath(file, error);
     const fs::file_type type = fs::status(named, error).type();
     if (type == fs::file_type::none) return setStoreError(ERROR_ACCESS_DENIED, nameOf(named) + ": " + error.message());
     if (type == fs::file_type::directory) return setStoreError(ERROR_BAD_FORMAT, nameOf(named) + ": it is a folder");
@@ -100,7 +104,7 @@ DWORD findStorePlace(const fs::path& file, const StoreOptions& options, WhenMiss
             return setStoreError(ERROR_FILE_NOT_FOUND, nameOf(named) + ": there is no such file");
         if (const DWORD failed = makeFolder(named.parent_path())) return failed;
     }
-    place.file = fs::weakly_canonical(named, error);
+    place.file = port::realPath(named, error);
     if (error) return setStoreError(ERROR_ACCESS_DENIED, nameOf(named) + ": " + error.message());
     if (options.sharedFolder) return ERROR_SUCCESS;
     // A link is as good as the folder that it is in.
@@ -128,7 +132,7 @@ DWORD makeStoreFile(const fs::path& file, const std::function<void(const fs::pat
         return setStoreError(ERROR_DISK_FULL, nameOf(file) + ": the store cannot be made" + reasonOf(ERROR_DISK_FULL));
     }
     const DWORD error = port::publishFile(made, file);
-    if (error == ERROR_ALREADY_EXISTS) return refuseTakenName(file);
+    if (error == ERROR_ALREADY_EXISTS) return nameIsTaken(file);
     return error == ERROR_SUCCESS ? error
                                   : setStoreError(error, nameOf(file) + ": the store cannot be made" + reasonOf(error));
 }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "tessera/platform/base/Types.h"
 
@@ -14,6 +15,13 @@ std::filesystem::path defaultStorePath();
 
 /// The value of an environment variable, "" when it is not set.
 std::string environmentValue(const char* name);
+
+/// The path from the root on; whether anything is there is not asked.
+std::filesystem::path absolutePath(const std::filesystem::path& file, std::error_code& error);
+
+/// The same file by its real name, without symbolic links. Of an absolute path whose end is not there yet, what is
+/// there gets its real name.
+std::filesystem::path realPath(const std::filesystem::path& file, std::error_code& error);
 
 /// Makes the folder and what is missing above it, each for the owner only.
 /// Answers a platform error.

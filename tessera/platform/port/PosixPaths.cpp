@@ -114,6 +114,14 @@ std::string environmentValue(const char* name) {
     return value != nullptr ? value : "";
 }
 
+fs::path absolutePath(const fs::path& file, std::error_code& error) {
+    return fs::absolute(file, error);
+}
+
+fs::path realPath(const fs::path& file, std::error_code& error) {
+    return fs::weakly_canonical(file, error);
+}
+
 DWORD makePrivateFolder(const fs::path& folder) {
     const fs::path wanted = folder.has_filename() ? folder : folder.parent_path();
     if (wanted.empty() || isFolder(wanted)) return ERROR_SUCCESS;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tessera/platform/port/FileWatch.h"
+#include "tessera/platform/port/Paths.h"
 #include "tessera/platform/port/WindowsSignals.h"
 #include "tessera/platform/port/WindowsSystem.h"
 
@@ -49,7 +50,8 @@ struct FileWatch::Watching {
 
     void begin(const std::filesystem::path& file) {
         if (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) throwLastError("GetFileAttributes");
-        const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
+        std::error_code ignored;
+        const std::filesystem::path folder = absolutePath(file, ignored).parent_path();
         constexpr SystemDword touches =
             FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_ATTRIBUTES | FILE_NOTIFY_CHANGE_SIZE;
         changes = FindFirstChangeNotificationW(folder.c_str(), FALSE, touches);

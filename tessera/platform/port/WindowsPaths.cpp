@@ -1,24 +1,18 @@
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <random>
-#include <vector>
+#include <string>
+#include <system_error>
 
 #include "tessera/platform/port/Descriptor.h"
 #include "tessera/platform/port/Paths.h"
+#include "tessera/platform/port/WindowsAccess.h"
 #include "tessera/platform/port/WindowsErrors.h"
+#include "tessera/platform/port/WindowsMemory.h"
 #include "tessera/platform/port/WindowsSystem.h"
 
 namespace Platform::port {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct LocalFreeing {
-    void operator()(void* memory) const { LocalFree(memory); }
-};
-template <typename T>
-using LocalPointer = std::unique_ptr<T, LocalFreeing>;
 
 WString widened(const char* utf8) {
     return fs::path(reinterpret_cast<const char8_t*>(utf8)).native();
@@ -29,44 +23,31 @@ std::string narrowed(const WString& text) {
     return {utf8.begin(), utf8.end()};
 }
 
-/// What the token of this process says of its user; it points into itself. Empty when it cannot be had.
-std::vector<std::uint8_t> askForUser() {
-    SystemHandle token = nullptr;
-    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
-    const Descriptor owned(descriptorOf(token));
-    SystemDword size = 0;
-    GetTokenInformation(token, TokenUser, nullptr, 0, &size);
-    std::vector<std::uint8_t> user(size);
-    if (GetTokenInformation(token, TokenUser, user.data(), size, &size) == 0) user.clear();
-    return user;
+/// What a call of the system writes, which answers the length, or the room that it wants, or 0 when it fails.
+template <class Call>
+WString textFrom(Call&& call) {
+    WString text(MAX_PATH, L'\0');
+    while (true) {
+        const SystemDword length = call(text.data(), static_cast<SystemDword>(text.size()));
+        const bool isWhole = length < text.size();
+        text.resize(length);
+        if (isWhole) return text;
+    }
 }
 
-/// The identifier of the process's user; null when it cannot be had.
-PSID userOfProcess() {
-    static std::vector<std::uint8_t> user = askForUser();
-    return user.empty() ? nullptr : reinterpret_cast<TOKEN_USER*>(user.data())->User.Sid;
-}
-
-LocalPointer<void> makePrivateDescriptor() {
-    WCHAR* spelled = nullptr;
-    if (userOfProcess() == nullptr || ConvertSidToStringSidW(userOfProcess(), &spelled) == 0) return nullptr;
-    const LocalPointer<WCHAR> owned(spelled);
-    const WString rules = WString(L"D:P(A;OICI;FA;;;") + spelled + L")(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)";
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    ConvertStringSecurityDescriptorToSecurityDescriptorW(rules.c_str(), SDDL_REVISION_1, &descriptor, nullptr);
-    return LocalPointer<void>(descriptor);
-}
-
-/// For the user, the system and its administrators only, and so for what is made inside. Null when that cannot be said.
-SECURITY_ATTRIBUTES* privateAttributes() {
-    static const LocalPointer<void> descriptor = makePrivateDescriptor();
-    static SECURITY_ATTRIBUTES attributes = {sizeof(SECURITY_ATTRIBUTES), descriptor.get(), FALSE};
-    return descriptor != nullptr ? &attributes : nullptr;
+/// The usual spelling of a path that the system spells so that it is taken as it is: of one on a drive, or on another
+/// machine.
+fs::path plainlySpelled(WStringView path) {
+    constexpr WStringView asItIs = LR"(\\?\)";
+    constexpr WStringView elsewhere = LR"(\\?\UNC\)";
+    if (path.starts_with(elsewhere)) return WString(LR"(\\)").append(path.substr(elsewhere.size()));
+    const bool isOnDrive = path.starts_with(asItIs) && path.find(LR"(:\)") == asItIs.size() + 1;
+    return isOnDrive ? path.substr(asItIs.size()) : path;
 }
 
 bool isFolder(const fs::path& path) {
-    std::error_code ignored;
-    return fs::is_directory(path, ignored);
+    const SystemDword attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 DWORD makeOneFolder(const fs::path& folder) {
@@ -94,39 +75,43 @@ DWORD syncFile(const fs::path& file) {
     return FlushFileBuffers(handleOf(opened.get())) != 0 ? ERROR_SUCCESS : lastPlatformError();
 }
 
-/// Whom a folder's rules may name without its being shared: the user, the system and its administrators. An owner or
-/// creator is whoever makes a file, and stands for no one else.
-bool isTrusted(PSID who, PSID user) {
-    constexpr std::array known = {WinLocalSystemSid, WinBuiltinAdministratorsSid, WinCreatorOwnerSid,
-                                  WinCreatorOwnerRightsSid};
-    if (user != nullptr && EqualSid(who, user) != 0) return true;
-    for (const WELL_KNOWN_SID_TYPE type : known) {
-        if (IsWellKnownSid(who, type) != 0) return true;
-    }
-    return false;
-}
-
-bool letsWrite(const ACCESS_ALLOWED_ACE& rule) {
-    constexpr SystemDword writing = FILE_ADD_FILE | FILE_ADD_SUBDIRECTORY | FILE_DELETE_CHILD | DELETE | WRITE_DAC |
-                                    WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
-    const bool concernsFolder = (rule.Header.AceFlags & INHERIT_ONLY_ACE) == 0;
-    return rule.Header.AceType == ACCESS_ALLOWED_ACE_TYPE && concernsFolder && (rule.Mask & writing) != 0;
-}
-
 }  // namespace
 
 fs::path defaultStorePath() {
     const fs::path data = widened(environmentValue("LOCALAPPDATA").c_str());
-    return data.is_absolute() ? data / "Tessera" / "store.db" : fs::path();
+    std::error_code ignored;
+    const bool isPlace = !data.empty() && absolutePath(data, ignored) == data;
+    return isPlace ? data / "Tessera" / "store.db" : fs::path();
 }
 
 std::string environmentValue(const char* name) {
     const WString wideName = widened(name);
-    const SystemDword size = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
-    if (size == 0) return {};
-    WString value(size, L'\0');
-    value.resize(GetEnvironmentVariableW(wideName.c_str(), value.data(), size));
-    return narrowed(value);
+    return narrowed(
+        textFrom([&](WCHAR* text, SystemDword room) { return GetEnvironmentVariableW(wideName.c_str(), text, room); }));
+}
+
+fs::path absolutePath(const fs::path& file, std::error_code& error) {
+    // The standard library takes a path to another machine for one on this.
+    const WString name =
+        textFrom([&](WCHAR* text, SystemDword room) { return GetFullPathNameW(file.c_str(), room, text, nullptr); });
+    error.assign(name.empty() ? ERROR_INVALID_NAME : ERROR_SUCCESS, std::system_category());
+    return plainlySpelled(name);
+}
+
+fs::path realPath(const fs::path& file, std::error_code& error) {
+    error.clear();
+    constexpr SystemDword shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const Descriptor opened(descriptorOf(
+        CreateFileW(file.c_str(), 0, shareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr)));
+    if (!opened.isOpen()) {
+        const fs::path folder = file.parent_path();
+        const bool isTop = folder == file || folder == folder.root_directory();  // of a drive, or another machine
+        return isTop ? file : realPath(folder, error) / file.filename();
+    }
+    const WString name = textFrom([&](WCHAR* text, SystemDword room) {
+        return GetFinalPathNameByHandleW(handleOf(opened.get()), text, room, FILE_NAME_NORMALIZED);
+    });
+    return name.empty() ? file : plainlySpelled(name);  // not every file system tells it
 }
 
 DWORD makePrivateFolder(const fs::path& folder) {
@@ -154,21 +139,12 @@ DWORD makePrivateFileBeside(const fs::path& file, fs::path& made) {
 
 bool othersMayWrite(const fs::path& folder) {
     const WString name = folder.empty() ? L"." : folder.native();
-    PACL rules = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
-    const SystemDword error = GetNamedSecurityInfoW(name.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
-                                                    nullptr, &rules, nullptr, &descriptor);
-    if (error != ERROR_SUCCESS) return true;
+    const SystemDword error =
+        GetNamedSecurityInfoW(name.c_str(), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION,
+                              nullptr, nullptr, nullptr, nullptr, &descriptor);
     const LocalPointer<void> owned(descriptor);
-    if (rules == nullptr) return true;  // without rules everybody may do everything
-
-    for (SystemDword i = 0; i < rules->AceCount; ++i) {
-        void* entry = nullptr;
-        if (GetAce(rules, i, &entry) == 0) return true;
-        auto& rule = *static_cast<ACCESS_ALLOWED_ACE*>(entry);
-        if (letsWrite(rule) && !isTrusted(&rule.SidStart, userOfProcess())) return true;
-    }
-    return false;
+    return error != ERROR_SUCCESS || letsOthersWrite(descriptor);
 }
 
 DWORD publishFile(const fs::path& made, const fs::path& file) {
