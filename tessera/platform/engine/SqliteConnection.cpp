@@ -6,6 +6,7 @@
 
 #include <sqlite3.h>
 
+#include "tessera/platform/port/ErrorText.h"
 #include "tessera/platform/port/LockHolder.h"
 
 namespace Platform {
@@ -180,7 +181,7 @@ SqliteFailure SqliteConnection::failureOf(int result) const {
 
 std::string SqliteConnection::systemReason() const {
     const int error = sqlite3_system_errno(database_.get());
-    return error == 0 ? "" : ": " + std::system_category().message(error);
+    return error == 0 ? "" : ": " + port::messageOf({error, std::system_category()});
 }
 
 std::string SqliteConnection::writerAtWork() const {

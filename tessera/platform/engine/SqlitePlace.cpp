@@ -4,6 +4,7 @@
 
 #include "tessera/platform/engine/SqliteConnection.h"
 #include "tessera/platform/engine/StoreError.h"
+#include "tessera/platform/port/ErrorText.h"
 #include "tessera/platform/port/Paths.h"
 
 namespace Platform {
@@ -44,7 +45,8 @@ namespace fs = std::filesystem;
     std::error_code error;
     const fs::file_type type = fs::symlink_status(file, error).type();
     if (type == fs::file_type::not_found) return ERROR_SUCCESS;
-    if (type == fs::file_type::none) return setStoreError(ERROR_ACCESS_DENIED, nameOf(file) + ": " + error.message());
+    if (type == fs::file_type::none)
+        return setStoreError(ERROR_ACCESS_DENIED, nameOf(file) + ": " + port::messageOf(error));
     return nameIsTaken(file);
 }
 
@@ -94,7 +96,8 @@ DWORD findStorePlace(const fs::path& file, const StoreOptions& options, WhenMiss
     std::error_code error;
     const fs::path named = port::absolutePath(file, error);
     const fs::file_type type = fs::status(named, error).type();
-    if (type == fs::file_type::none) return setStoreError(ERROR_ACCESS_DENIED, nameOf(named) + ": " + error.message());
+    if (type == fs::file_type::none)
+        return setStoreError(ERROR_ACCESS_DENIED, nameOf(named) + ": " + port::messageOf(error));
     if (type == fs::file_type::directory) return setStoreError(ERROR_BAD_FORMAT, nameOf(named) + ": it is a folder");
     place.there = type != fs::file_type::not_found;
     if (place.there && type != fs::file_type::regular)
@@ -105,7 +108,7 @@ DWORD findStorePlace(const fs::path& file, const StoreOptions& options, WhenMiss
         if (const DWORD failed = makeFolder(named.parent_path())) return failed;
     }
     place.file = port::realPath(named, error);
-    if (error) return setStoreError(ERROR_ACCESS_DENIED, nameOf(named) + ": " + error.message());
+    if (error) return setStoreError(ERROR_ACCESS_DENIED, nameOf(named) + ": " + port::messageOf(error));
     if (options.sharedFolder) return ERROR_SUCCESS;
     // A link is as good as the folder that it is in.
     if (const DWORD refused = refuseSharedFolder(named.parent_path())) return refused;

@@ -6,6 +6,7 @@
 #include "tessera/platform/engine/SqliteFormat.h"
 #include "tessera/platform/engine/SqlitePlace.h"
 #include "tessera/platform/engine/StoreRules.h"
+#include "tessera/platform/port/ErrorText.h"
 #include "tessera/platform/port/FileWatch.h"
 #include "tessera/platform/port/Paths.h"
 
@@ -75,7 +76,8 @@ public:
         try {
             return std::make_unique<FileCommitWatch>(file_);
         } catch (const std::system_error& error) {
-            setStoreError(ERROR_NOT_ENOUGH_MEMORY, nameOf(file_) + ": it cannot be watched: " + error.code().message());
+            setStoreError(ERROR_NOT_ENOUGH_MEMORY,
+                          nameOf(file_) + ": it cannot be watched: " + port::messageOf(error.code()));
             return nullptr;
         }
     }

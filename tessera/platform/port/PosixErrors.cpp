@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include "tessera/platform/base/Results.h"
+#include "tessera/platform/port/ErrorText.h"
 
 namespace Platform::port {
 namespace {
@@ -39,6 +40,10 @@ DWORD platformErrorOf(int systemError) {
         if (error.system == systemError) return error.platform;
     }
     return ERROR_GEN_FAILURE;
+}
+
+std::string messageOf(const std::error_code& error) {
+    return error.message();
 }
 
 }  // namespace Platform::port
