@@ -8,8 +8,10 @@ namespace {
 thread_local long allocationsUntilFailure = 0;  ///< 0: none is to fail.
 thread_local bool paused = false;
 thread_local bool failed = false;
+thread_local bool allFail = false;
 
 void* allocated(std::size_t size) noexcept {
+    if (allFail) return nullptr;
     if (!paused && allocationsUntilFailure != 0 && --allocationsUntilFailure == 0) {
         failed = true;
         return nullptr;
@@ -77,6 +79,14 @@ void FailingAllocation::resume() {
 
 bool FailingAllocation::happened() const {
     return failed;
+}
+
+NoAllocation::NoAllocation() {
+    allFail = true;
+}
+
+NoAllocation::~NoAllocation() {
+    allFail = false;
 }
 
 }  // namespace testing_support

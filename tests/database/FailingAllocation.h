@@ -19,4 +19,13 @@ public:
     bool happened() const;
 };
 
+/// Makes every allocation of the calling thread through operator new fail while this lives.
+class NoAllocation {
+public:
+    NoAllocation();
+    ~NoAllocation();
+    NoAllocation(const NoAllocation&) = delete;
+    NoAllocation& operator=(const NoAllocation&) = delete;
+};
+
 }  // namespace testing_support

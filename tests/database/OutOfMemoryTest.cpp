@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,7 @@ namespace {
 using PhoneBook::PBRecord;
 using testing_support::contact;
 using testing_support::FailingAllocation;
+using testing_support::NoAllocation;
 using testing_support::OpenPhoneBook;
 
 constexpr DWORD nameMobileAndBell = 0x00100005;
@@ -331,6 +333,20 @@ TEST_F(OutOfMemory, AnImportTellsWhichLinesBecameEntries) {
                            removeFrom(TEXT("Park"));
                            return result == S_OK && added == 3;
                        });
+}
+
+TEST_F(OutOfMemory, AThreadThatHasNothingYetIsTold) {
+    bool begun = true;
+    DWORD error = ERROR_SUCCESS;
+    std::thread([&] {
+        const NoAllocation none;
+        ObjectStoreBatch batch;
+        begun = batch.begun();
+        error = GetLastError();
+    }).join();
+
+    EXPECT_FALSE(begun);
+    EXPECT_EQ(ERROR_NOT_ENOUGH_MEMORY, error);
 }
 
 }  // namespace

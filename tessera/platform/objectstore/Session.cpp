@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <new>
 #include <utility>
 
 #include "tessera/platform/engine/StoreError.h"
@@ -28,6 +29,15 @@ public:
 /// Null in a thread that has none.
 std::unique_ptr<Session>& ownSession() {
     return port::ofThisThread<ThreadSession>().session;
+}
+
+/// The same at any time. Where there is no memory to ask for it the thread has not asked before, and has none.
+Session* sessionSoFar() noexcept {
+    try {
+        return threadEnded ? nullptr : ownSession().get();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 std::atomic<std::uint64_t> sessionsMade = 0;
@@ -124,7 +134,7 @@ DWORD Session::enterBatch() {
 }
 
 void Session::giveUpBatch(DWORD error) noexcept {
-    Session* const session = threadEnded ? nullptr : ownSession().get();
+    Session* const session = sessionSoFar();
     if (session == nullptr || !session->inBatch() || session->batchError_ != ERROR_SUCCESS) return;
     session->engine_->dropUnit();
     session->batchError_ = error;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -45,9 +46,9 @@ struct ThreadEnd {
 ThreadObjects& objectsOfThisThread() {
     if (auto* const objects = static_cast<ThreadObjects*>(TlsGetValue(objectsIndex()))) return *objects;
     thread_local const ThreadEnd end;
-    auto* const objects = new ThreadObjects;
-    TlsSetValue(objectsIndex(), objects);
-    return *objects;
+    auto objects = std::make_unique<ThreadObjects>();
+    if (TlsSetValue(objectsIndex(), objects.get()) == 0) throw std::bad_alloc();
+    return *objects.release();
 }
 
 }  // namespace
