@@ -19,7 +19,7 @@ constexpr const char* inputPath = "-";
 /// Answers why the path cannot be read as a file at all; empty when it can.
 std::string whyNotReadable(const std::string& path) {
     std::error_code error;
-    const auto type = std::filesystem::status(pathOf(path), error).type();
+    const auto type = port::typeOf(pathOf(path), error);
     switch (type) {
         case std::filesystem::file_type::regular:
         case std::filesystem::file_type::fifo:

@@ -24,11 +24,11 @@ Failure temporaryFileFailure(const std::string& folder) {
 /// The file that a path leads to: a link stays, and what it points at is replaced.
 std::filesystem::path targetOf(const std::string& path) {
     std::error_code error;
-    const auto type = std::filesystem::status(pathOf(path), error).type();
+    const auto type = port::typeOf(pathOf(path), error);
     if (type == std::filesystem::file_type::not_found) return pathOf(path);
     if (type == std::filesystem::file_type::directory) throw Failure(path + ": is a folder, not a file");
     if (type != std::filesystem::file_type::regular) throw Failure(path + ": is no regular file");
-    const auto target = std::filesystem::canonical(pathOf(path), error);
+    const auto target = port::realPath(pathOf(path), error);
     if (error) throw Failure(path + ": " + messageOf(error));
     return target;
 }

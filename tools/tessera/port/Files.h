@@ -13,6 +13,12 @@ namespace Tool::port {
 /// What people are told of an error, in UTF-8.
 std::string messageOf(const std::error_code& error);
 
+/// What a path leads to. The name of a device leads to that, whatever else is there.
+std::filesystem::file_type typeOf(const std::filesystem::path& path, std::error_code& error);
+
+/// The file that a path leads to, by its own name: links are followed. It is there.
+std::filesystem::path realPath(const std::filesystem::path& path, std::error_code& error);
+
 /// A new file that is open for writing; its descriptor is -1 when it could not be made.
 struct NewFile {
     std::filesystem::path path;

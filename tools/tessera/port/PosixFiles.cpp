@@ -14,6 +14,14 @@ std::string messageOf(const std::error_code& error) {
     return error.message();
 }
 
+std::filesystem::file_type typeOf(const std::filesystem::path& path, std::error_code& error) {
+    return std::filesystem::status(path, error).type();
+}
+
+std::filesystem::path realPath(const std::filesystem::path& path, std::error_code& error) {
+    return std::filesystem::canonical(path, error);
+}
+
 NewFile makePrivateFile(const std::filesystem::path& beginning) {
     std::string name = beginning.native() + "XXXXXX";
     const int descriptor = mkostemp(name.data(), O_CLOEXEC);

@@ -61,7 +61,11 @@ NewFile makeFile(const std::filesystem::path& beginning, DWORD access, DWORD sha
     SECURITY_ATTRIBUTES attributes = {sizeof(SECURITY_ATTRIBUTES), descriptor.get(), FALSE};
     HANDLE opened = INVALID_HANDLE_VALUE;
     std::filesystem::path path;
-    for (int attempt = 0; descriptor != nullptr && attempt < 100 && opened == INVALID_HANDLE_VALUE; ++attempt) {
+    if (descriptor == nullptr) {
+        errno = EACCES;
+        return {};
+    }
+    for (int attempt = 0; attempt < 100 && opened == INVALID_HANDLE_VALUE; ++attempt) {
         path = beginning.native() + randomLetters();
         opened = CreateFileW(path.c_str(), access, sharing, &attributes, CREATE_NEW, flags, nullptr);
         if (opened == INVALID_HANDLE_VALUE && GetLastError() != ERROR_FILE_EXISTS) break;
@@ -70,7 +74,26 @@ NewFile makeFile(const std::filesystem::path& beginning, DWORD access, DWORD sha
         errno = errnoOf(GetLastError());
         return {};
     }
-    return {path, _open_osfhandle(reinterpret_cast<std::intptr_t>(opened), _O_BINARY)};
+    const int file = _open_osfhandle(reinterpret_cast<std::intptr_t>(opened), _O_BINARY);
+    if (file < 0) {
+        CloseHandle(opened);
+        DeleteFileW(path.c_str());
+        errno = EMFILE;
+    }
+    return {path, file};
+}
+
+/// Longer than any path.
+constexpr DWORD roomForPath = 1 << 15;
+
+/// The usual spelling of a path that the system spells so that it is taken as it is: of one on a drive, or on another
+/// machine.
+std::filesystem::path plainlySpelled(std::wstring_view path) {
+    constexpr std::wstring_view asItIs = LR"(\\?\)";
+    constexpr std::wstring_view elsewhere = LR"(\\?\UNC\)";
+    if (path.starts_with(elsewhere)) return std::wstring(LR"(\\)").append(path.substr(elsewhere.size()));
+    const bool isOnDrive = path.starts_with(asItIs) && path.find(LR"(:\)") == asItIs.size() + 1;
+    return isOnDrive ? path.substr(asItIs.size()) : path;
 }
 
 /// How much is written at once. A console may refuse more, and makes nothing of a part of a character.
@@ -93,8 +116,34 @@ std::string messageOf(const std::error_code& error) {
     const DWORD length = FormatMessageW(kind, nullptr, static_cast<DWORD>(error.value()), 0,
                                         reinterpret_cast<wchar_t*>(&spelled), 0, nullptr);
     const LocalPointer<wchar_t> owned(spelled);
+    if (length == 0) return "error " + std::to_string(error.value());
     const std::wstring_view sentence(spelled, length);
     return narrowed(sentence.substr(0, sentence.find_last_not_of(L"\r\n .") + 1));
+}
+
+std::filesystem::file_type typeOf(const std::filesystem::path& path, std::error_code& error) {
+    constexpr std::wstring_view devices = LR"(\\.\)";
+    std::wstring full(roomForPath, L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), roomForPath, full.data(), nullptr));
+    error.clear();
+    if (full.starts_with(devices)) return std::filesystem::file_type::character;
+    return std::filesystem::status(path, error).type();
+}
+
+/// The standard library knows neither links nor other machines here.
+std::filesystem::path realPath(const std::filesystem::path& path, std::error_code& error) {
+    constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE opened =
+        CreateFileW(path.c_str(), 0, shareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        error.assign(static_cast<int>(GetLastError()), std::system_category());
+        return {};
+    }
+    error.clear();
+    std::wstring name(roomForPath, L'\0');
+    name.resize(GetFinalPathNameByHandleW(opened, name.data(), roomForPath, FILE_NAME_NORMALIZED));
+    CloseHandle(opened);
+    return name.empty() ? path : plainlySpelled(name);  // not every file system tells it
 }
 
 NewFile makePrivateFile(const std::filesystem::path& beginning) {
