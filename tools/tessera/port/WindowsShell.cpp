@@ -1,7 +1,10 @@
+#include <array>
+#include <atomic>
 #include <fcntl.h>
 #include <io.h>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <streambuf>
 #include <utility>
 
@@ -18,15 +21,23 @@ HANDLE handleOf(Stream stream) {
     return reinterpret_cast<HANDLE>(_get_osfhandle(static_cast<int>(stream)));
 }
 
-UINT pageBefore = 0;
+std::atomic<UINT> pageBefore = 0;
+/// The streams whose console has been told to look for sequences, by their descriptors.
+std::array<std::atomic<bool>, 3> wasToldToLook{};
 
-void restorePage() {
-    if (pageBefore != 0) SetConsoleOutputCP(pageBefore);
+/// The console's other programs are to find it as it was.
+void restoreConsole() {
+    if (const UINT page = pageBefore; page != 0) SetConsoleOutputCP(page);
+    for (const Stream stream : {Stream::output, Stream::error}) {
+        DWORD mode = 0;
+        if (wasToldToLook[static_cast<std::size_t>(stream)] && GetConsoleMode(handleOf(stream), &mode) != 0)
+            SetConsoleMode(handleOf(stream), mode & ~DWORD{ENABLE_VIRTUAL_TERMINAL_PROCESSING});
+    }
 }
 
-/// The console's other programs find it as it was, also when this one is interrupted.
+/// Also when this program is interrupted.
 BOOL WINAPI onEnd(DWORD /*event*/) {
-    restorePage();
+    restoreConsole();
     return FALSE;
 }
 
@@ -63,8 +74,9 @@ struct LocalFreeing {
 std::vector<std::string> argumentsOf(int /*argc*/, char** /*argv*/) {
     int count = 0;
     const std::unique_ptr<LPWSTR, LocalFreeing> words(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (words == nullptr) throw std::bad_alloc();
     std::vector<std::string> arguments;
-    for (int i = 1; words != nullptr && i < count; ++i)
+    for (int i = 1; i < count; ++i)
         arguments.push_back(narrowed(words.get()[i]));
     return arguments;
 }
@@ -83,8 +95,11 @@ std::optional<std::size_t> terminalColumns() {
 /// A console that knows them has to be told to look for them.
 bool takesColour(Stream stream) {
     DWORD mode = 0;
-    return GetConsoleMode(handleOf(stream), &mode) != 0 &&
-           SetConsoleMode(handleOf(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+    if (GetConsoleMode(handleOf(stream), &mode) == 0) return false;
+    if ((mode & ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0) return true;
+    if (SetConsoleMode(handleOf(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) == 0) return false;
+    wasToldToLook[static_cast<std::size_t>(stream)] = true;
+    return true;
 }
 
 struct StandardStreams::Replaced {
@@ -101,7 +116,7 @@ StandardStreams::StandardStreams() : replaced_(std::make_unique<Replaced>()) {
 }
 
 StandardStreams::~StandardStreams() {
-    restorePage();
+    restoreConsole();
 }
 
 }  // namespace Tool::port
