@@ -1,6 +1,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -30,6 +31,7 @@ struct Shared {
     HANDLE ended = makeEvent(false);
     HANDLE notWriting = makeEvent(true);
     HANDLE writer = nullptr;
+    std::mutex whetherWriting;  ///< Held to cancel a write, and to end one: nothing else of the writer is cancelled.
 };
 
 Shared& shared() {
@@ -37,13 +39,22 @@ Shared& shared() {
     return forEver;
 }
 
+bool isWriting(DWORD milliseconds) {
+    return WaitForSingleObject(shared().notWriting, milliseconds) == WAIT_TIMEOUT;
+}
+
+void cancelWrite() {
+    const std::lock_guard lock(shared().whetherWriting);
+    if (isWriting(0)) CancelSynchronousIo(shared().writer);
+}
+
 BOOL WINAPI onEnd(DWORD event) {
     constexpr DWORD nextTry = 10;
     SetEvent(shared().ended);
     // Before a write has begun it cannot be cancelled.
     do {
-        CancelSynchronousIo(shared().writer);
-    } while (WaitForSingleObject(shared().notWriting, nextTry) == WAIT_TIMEOUT);
+        cancelWrite();
+    } while (isWriting(nextTry));
     const bool canGoOn = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
     if (!canGoOn) WaitForSingleObject(GetCurrentProcess(), INFINITE);  // when this returns the process is ended
     return TRUE;
@@ -78,7 +89,10 @@ DWORD EndlessOutput::Ending::writeSome(std::string_view& text) {
         const bool isDone = WriteFile(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0;
         error = isDone ? ERROR_SUCCESS : GetLastError();
     }
-    SetEvent(shared().notWriting);
+    {
+        const std::lock_guard lock(shared().whetherWriting);
+        SetEvent(shared().notWriting);
+    }
     text.remove_prefix(written);
     return error;
 }
