@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <system_error>
 #include <vector>
@@ -39,8 +40,7 @@ struct FileWatch::Watching {
         localWatches_.push_back({file, event.get()});
     }
     ~Watching() {
-        // Returns when no call of onChange is under way any more.
-        if (wait != nullptr) UnregisterWaitEx(wait, handleOf(-1));
+        if (wait != nullptr) endWait();
         if (descriptorOf(changes) != -1) FindCloseChangeNotification(changes);
         const std::lock_guard lock(localMutex_);
         std::erase_if(localWatches_, [this](const LocalWatch& watch) { return watch.event == event.get(); });
@@ -56,20 +56,35 @@ struct FileWatch::Watching {
             FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_ATTRIBUTES | FILE_NOTIFY_CHANGE_SIZE;
         changes = FindFirstChangeNotificationW(folder.c_str(), FALSE, touches);
         if (descriptorOf(changes) == -1) throwLastError("FindFirstChangeNotification");
-        if (RegisterWaitForSingleObject(&wait, changes, onChange, this, INFINITE, WT_EXECUTEINWAITTHREAD) == 0)
-            throwLastError("RegisterWaitForSingleObject");
+        wait = CreateThreadpoolWait(onChange, this, nullptr);
+        if (wait == nullptr) throwLastError("CreateThreadpoolWait");
+        SetThreadpoolWait(wait, changes, nullptr);
     }
 
-    static void CALLBACK onChange(void* self, BOOLEAN) {
+    /// Returns when no call of onChange is under way any more, and none is to come.
+    void endWait() {
+        isEnding = true;
+        // A call that had not seen it may have begun to wait anew, and another one have come of that.
+        for (int round = 0; round < 2; ++round) {
+            SetThreadpoolWait(wait, nullptr, nullptr);
+            WaitForThreadpoolWaitCallbacks(wait, TRUE);
+        }
+        CloseThreadpoolWait(wait);
+    }
+
+    static void CALLBACK onChange(PTP_CALLBACK_INSTANCE, void* self, PTP_WAIT, TP_WAIT_RESULT) {
         const auto* const watching = static_cast<Watching*>(self);
-        // First, so that no change comes in between.
-        FindNextChangeNotification(watching->changes);
+        // First, so that no change comes in between. When it fails, the disk having gone, the notification stays
+        // signalled: to wait for it would be to go round and round.
+        if (!watching->isEnding && FindNextChangeNotification(watching->changes) != 0)
+            SetThreadpoolWait(watching->wait, watching->changes, nullptr);
         raise(watching->event.get());
     }
 
     Descriptor event;
     SystemHandle changes = nullptr;
-    SystemHandle wait = nullptr;
+    PTP_WAIT wait = nullptr;
+    std::atomic<bool> isEnding = false;
 };
 
 FileWatch::FileWatch(const std::filesystem::path& file) : watching_(std::make_unique<Watching>(file)) {
