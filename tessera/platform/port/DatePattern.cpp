@@ -40,6 +40,11 @@ WString quotedText(WStringView pattern, std::size_t& pos) {
     return text.empty() ? TEXT("'") : text;
 }
 
+/// Of a month or a day, three letters and more are its name.
+bool isName(WCHAR field, std::size_t width) {
+    return field != u'y' && width > 2;
+}
+
 std::optional<PatternParts> partsOf(WStringView pattern) {
     PatternParts parts;
     std::size_t pos = 0;
@@ -55,6 +60,7 @@ std::optional<PatternParts> partsOf(WStringView pattern) {
             if (parts.fields.size() == parts.widths.size()) return std::nullopt;
             std::size_t end = pattern.find_first_not_of(ch, pos);
             if (end == WStringView::npos) end = pattern.size();
+            if (isName(ch, end - pos)) return std::nullopt;
             parts.widths[parts.fields.size()] = static_cast<int>(end - pos);
             parts.fields += ch;
             pos = end;
@@ -85,8 +91,11 @@ bool isPadded(const PatternParts& parts) {
 
 DatePattern datePatternOf(const std::string& locale) {
     const std::optional<WString> pattern = locale.empty() ? std::nullopt : shortDateOf(locale);
-    if (!pattern) return isoPattern();
-    const std::optional<PatternParts> parts = partsOf(*pattern);
+    return pattern ? datePatternFrom(*pattern) : isoPattern();
+}
+
+DatePattern datePatternFrom(WStringView shortDate) {
+    const std::optional<PatternParts> parts = partsOf(shortDate);
     if (!parts) return isoPattern();
 
     for (const OrderOfFields& known : orders_) {

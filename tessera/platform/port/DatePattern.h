@@ -10,4 +10,7 @@ namespace Platform::port {
 /// is not known and for one whose short date is not made of three numbers.
 DatePattern datePatternOf(const std::string& locale);
 
+/// The same of a short date as the system has it, such as "dd.MM.yy".
+DatePattern datePatternFrom(WStringView shortDate);
+
 }  // namespace Platform::port

@@ -1,5 +1,8 @@
+#include "tessera/platform/port/WindowsLocale.h"
+
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <stdexcept>
 
 #include "tessera/platform/port/Locale.h"
@@ -20,6 +23,14 @@ WString systemNameOf(const std::string& locale) {
 
 bool isKnown(const WString& name) {
     return name.empty() || IsValidLocaleName(name.c_str()) != 0;
+}
+
+std::string spell(const GUID& identifier) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (const std::uint8_t byte : std::bit_cast<std::array<std::uint8_t, sizeof identifier>>(identifier))
+        text.append({digits[byte >> 4], digits[byte & 15]});
+    return text;
 }
 
 /// A change of case of every code unit by itself.
@@ -43,13 +54,17 @@ private:
 
 }  // namespace
 
+std::string icuNameOf(WStringView systemName) {
+    const WStringView locale = systemName.substr(0, systemName.find(TEXT('_')));
+    std::string name(locale.begin(), locale.end());
+    std::ranges::replace(name, '-', '_');
+    return name;
+}
+
 std::string systemLocale() {
     LocaleName name{};
     const int length = GetUserDefaultLocaleName(name.data(), static_cast<int>(name.size()));
-    if (length <= 1) return {};
-    std::string locale(name.begin(), name.begin() + length - 1);
-    std::ranges::replace(locale, '-', '_');
-    return locale;
+    return length > 1 ? icuNameOf({name.data(), static_cast<std::size_t>(length - 1)}) : std::string();
 }
 
 std::optional<WString> shortDateOf(const std::string& locale) {
@@ -118,7 +133,9 @@ std::string Collator::version() const {
     const bool isTold = GetNLSVersionEx(COMPARE_STRING, impl_->locale.c_str(), &version) != 0;
     std::string text = "windows ";
     text.append(impl_->locale.empty() ? "root" : std::string(impl_->locale.begin(), impl_->locale.end()));
-    return text + ' ' + (isTold ? std::to_string(version.dwNLSVersion) : "unknown");
+    if (!isTold) return text + " unknown";
+    // Either tells of other rules by itself.
+    return text + ' ' + std::to_string(version.dwNLSVersion) + ' ' + spell(version.guidCustomVersion);
 }
 
 }  // namespace Platform::port

@@ -6,6 +6,7 @@
 
 using Platform::port::DateOrder;
 using Platform::port::DatePattern;
+using Platform::port::datePatternFrom;
 using Platform::port::datePatternOf;
 using Platform::port::userDatePattern;
 
@@ -37,6 +38,13 @@ TEST(DatePattern, FollowsTheLocale) {
 TEST(DatePattern, IsIsoWhenNothingIsKnownOfTheLocale) {
     expectIso(datePatternOf(""));
     expectIso(datePatternOf("xx_YY"));
+}
+
+TEST(DatePattern, IsIsoForADateThatIsNotMadeOfThreeNumbers) {
+    for (const WCHAR* shortDate :
+         {TEXT("dd-MMM-yyyy"), TEXT("dddd/MM/yy"), TEXT("dd.MM.yy G"), TEXT("MM.yy"), TEXT("")})
+        expectIso(datePatternFrom(shortDate));
+    EXPECT_EQ(datePatternFrom(TEXT("dd-MM-yyyy")).order, DateOrder::dayMonthYear);
 }
 
 TEST(UserDatePattern, TakesTheFirstVariableThatIsSet) {
