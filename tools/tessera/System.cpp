@@ -63,14 +63,6 @@ std::size_t terminalWidth() {
     return port::terminalColumns().value_or(80);
 }
 
-std::optional<std::time_t> momentOfLocalTime(std::tm local) {
-    local.tm_isdst = -1;  // whether it is summer time then is to be found out
-    local.tm_wday = -1;
-    const std::time_t moment = std::mktime(&local);
-    if (local.tm_wday == -1) return std::nullopt;  // a result of -1 alone is also a second of 1969
-    return moment;
-}
-
 std::string timeOfDay(const std::tm& local) {
     if (std::string time = port::timeInUserLocale(local); !time.empty() && textOfUtf8(time)) return time;
     char text[64];

@@ -28,8 +28,7 @@ bool errorIsTerminal();
 std::size_t terminalWidth();
 
 using port::localTimeOf;
-/// The moment at which the user's clock shows this; only the civil date and time are looked at.
-std::optional<std::time_t> momentOfLocalTime(std::tm local);
+using port::momentOfLocalTime;
 /// The time of day as the user's locale writes it, 13:05:00 where the system does not know the locale.
 std::string timeOfDay(const std::tm& local);
 

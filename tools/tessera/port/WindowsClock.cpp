@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <string_view>
 
@@ -27,12 +28,41 @@ std::wstring systemNameOf(std::string_view locale) {
     return name;
 }
 
+constexpr int firstYear = 1900;  // of the C library's calendar
+constexpr int yearsOfRound = 400;
+constexpr std::time_t secondsPerYear = std::chrono::seconds(std::chrono::years(1)).count();  // of such a round
+
+/// How many years later, or earlier, the calendar is the same and the C library's clock goes, which it does in the
+/// years from 1971 to 2999.
+int yearsToClock(int year) {
+    int later = 0;
+    while (year + later <= 1970)
+        later += yearsOfRound;
+    while (year + later >= 3000)
+        later -= yearsOfRound;
+    return later;
+}
+
 }  // namespace
 
 std::optional<std::tm> localTimeOf(std::time_t moment) {
+    const std::chrono::year_month_day day(
+        std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(moment))));
+    const int later = yearsToClock(static_cast<int>(day.year()));
+    moment += later * secondsPerYear;
     std::tm local{};
     if (localtime_s(&local, &moment) != 0) return std::nullopt;
+    local.tm_year -= later;
     return local;
+}
+
+std::optional<std::time_t> momentOfLocalTime(std::tm local) {
+    const int later = yearsToClock(local.tm_year + firstYear);
+    local.tm_year += later;
+    local.tm_isdst = -1;  // whether it is summer time then is to be found out
+    const std::time_t moment = std::mktime(&local);
+    if (moment == -1) return std::nullopt;  // no second of 1969 is asked for
+    return moment - later * secondsPerYear;
 }
 
 /// The system has no locale of the name C either.
