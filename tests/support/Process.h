@@ -20,6 +20,7 @@ struct Command {
     std::string typed = {};              ///< Standard input is that terminal, and this is typed there.
     bool outputToTerminal = false;       ///< Standard output is a terminal of its own, read back as `out`.
     unsigned short terminalColumns = 0;  ///< How wide the terminals say that they are; 0 when they do not say.
+    bool interruptible = false;          ///< Process::interrupt() will be called, which takes a console on Windows.
 };
 
 struct Outcome {
@@ -46,13 +47,13 @@ public:
     std::optional<std::string> readError(std::chrono::milliseconds patience);
     /// Nobody reads its standard output any more.
     void closeOutput();
-    /// How long it has kept a processor busy so far.
+    /// How long it has kept a processor busy so far. There is none for Windows: Wine tells only of who asks.
     std::chrono::nanoseconds processorTime() const;
     /// Ends it at once, as the loss of the battery would.
     void kill();
     /// Asks it to end. There is none for Windows.
     void terminate();
-    /// Asks it to end, as a person at the terminal does. There is none for Windows.
+    /// Asks it to end, as a person at the terminal does.
     void interrupt();
     /// Waits for the end. Output that was not read is read, and lost.
     Outcome wait();

@@ -134,6 +134,7 @@ Ends makePipe(bool weRead) {
 
 /// So that the program finds the argument as it is: backslashes count double before a quote.
 std::wstring quoted(const std::wstring& argument) {
+    if (!argument.empty() && argument.find_first_of(L" \t\n\v\"") == std::wstring::npos) return argument;
     std::wstring text = L"\"";
     std::size_t backslashes = 0;
     for (const wchar_t unit : argument) {
@@ -144,8 +145,9 @@ std::wstring quoted(const std::wstring& argument) {
     return text.append(backslashes, L'\\') + L'"';
 }
 
+/// As short as can be: a line has 32,767 characters at most, and a text in it nearly as many.
 std::wstring commandLineOf(const Command& command) {
-    std::wstring line = quoted(widened(command.program));
+    std::wstring line = quoted(std::filesystem::path(widened(command.program)).stem().wstring());
     for (const std::string& argument : command.arguments)
         line += L' ' + quoted(widened(argument));
     return line;
@@ -231,10 +233,14 @@ Process::Process(const Command& command) {
     start.hStdError = err.theirs.get();
     std::wstring line = commandLineOf(command);
     std::wstring environment = environmentOf(command);
+    const DWORD ownConsole = command.interruptible ? CREATE_NO_WINDOW : 0;
     PROCESS_INFORMATION made{};
-    check(CreateProcessW(widened(command.program).c_str(), line.data(), nullptr, nullptr, TRUE,
-                         CREATE_UNICODE_ENVIRONMENT, environment.data(), nullptr, &start, &made) != 0,
-          command.program.c_str());
+    const auto isMade = [&] {
+        return CreateProcessW(widened(command.program).c_str(), line.data(), nullptr, nullptr, TRUE,
+                              CREATE_UNICODE_ENVIRONMENT | ownConsole, environment.data(), nullptr, &start, &made) != 0;
+    };
+    // Once in some thousand times Wine loses a program before it has begun.
+    check(isMade() || (GetLastError() == ERROR_INTERNAL_ERROR && isMade()), command.program.c_str());
     const Handle thread(made.hThread);
     Handle child(made.hProcess);
     // Their ends close with this: who reads then learns of the program's end.
@@ -263,20 +269,18 @@ void Process::closeOutput() {
     running_->out.close();
 }
 
-std::chrono::nanoseconds Process::processorTime() const {
-    FILETIME begun{};
-    FILETIME ended{};
-    FILETIME kernel{};
-    FILETIME user{};
-    check(GetProcessTimes(running_->child.get(), &begun, &ended, &kernel, &user) != 0, "processor time");
-    const auto ticksOf = [](const FILETIME& time) {
-        return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
-    };
-    return std::chrono::nanoseconds(100 * (ticksOf(kernel) + ticksOf(user)));
-}
-
 void Process::kill() {
     if (running_->child.isOpen()) TerminateProcess(running_->child.get(), killedStatus);
+}
+
+void Process::interrupt() {
+    // Everybody at the program's console is interrupted, and so are we, who have to go there.
+    static const BOOL isOutlived = SetConsoleCtrlHandler([](DWORD) -> BOOL { return TRUE; }, TRUE);
+    FreeConsole();
+    check(isOutlived != 0 && AttachConsole(GetProcessId(running_->child.get())) != 0, "console");
+    const bool isSent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != 0;
+    FreeConsole();
+    check(isSent, "interrupt");
 }
 
 Outcome Process::wait() {
