@@ -5,7 +5,7 @@
 using namespace tool_test;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
+using ::testing::Not;
 
 namespace {
 
@@ -38,7 +38,6 @@ TEST(Tool, AnswersWrongUsageWithStatusTwoAndTouchesNothing) {
     expectFailure(tool("list", "extra"), 2, "extra");
     expectFailure(tool("number", "no digits"), 2, "no digits");
     expectFailure(tool("identify", "anonymous"), 2, "anonymous");
-    expectFailure(tool("search", "\xFF\xFE"), 2, "UTF-8");
     expectFailure(tool("--store"), 2, "--store");
     expectFailure(tool("--store", "", "init"), 2, "--store");
     expectFailure(tool("init", "--store", ""), 2, "--store");
@@ -78,6 +77,19 @@ TEST(Tool, TakesTheStoreFromItsOptionBeforeTheEnvironment) {
     EXPECT_TRUE(std::filesystem::exists(other));
     EXPECT_FALSE(exists(tool.store()));
     EXPECT_EQ(tool("list", "--store", other).status, 0);
+}
+
+TEST(StoreOption, StandsBeforeOrBehindTheCommandAndBeforeTheEnvironment) {
+    const Tool tool;
+    const std::string store = (tool / "other.db").string();
+    ASSERT_EQ(tool("--store", store, "add", "--name", "Bella", "--mobile", "010-2345-6789").status, 0);
+    tool("add", "--name", "Anna");
+    EXPECT_EQ(namesIn(tool.json(0, "list")), std::vector<std::string>{"Anna"});
+    EXPECT_EQ(namesIn(tool.json(0, "--store", store, "list")), std::vector<std::string>{"Bella"});
+    EXPECT_EQ(namesIn(tool.json(0, "list", "--store", store)), std::vector<std::string>{"Bella"});
+    EXPECT_EQ(tool.json(0, "show", "Bella", "--store", store)["name"], "Bella");
+    EXPECT_EQ(tool("speed-dial", "set", "5", "Bella", "mobile", "--store", store).status, 0);
+    EXPECT_EQ(tool("speed-dial", "--store", store, "call", "5").out, "010-2345-6789\n");
 }
 
 TEST(ToolInit, MakesAPhoneBookOnceAndSaysSo) {
@@ -241,4 +253,14 @@ TEST(ToolNumber, SaysWhenNoNumberHoldsTheDigits) {
     const Family tool;
     expectFailure(tool("number", "7777"), 1, "7777");
     EXPECT_EQ(tool.json(1, "number", "7777"), Json::array());
+}
+
+TEST(Candidates, AreOfNoConcernToPeople) {
+    const Tool tool;
+    EXPECT_THAT(tool("--help").out, Not(HasSubstr("candidates")));
+    EXPECT_THAT(tool("candidate").err, Not(HasSubstr("candidates")));
+    const Outcome none = tool("candidates", "persons");
+    EXPECT_EQ(none.status, 0);
+    EXPECT_EQ(none.out + none.err, "");
+    EXPECT_FALSE(exists(tool.store()));
 }

@@ -302,13 +302,3 @@ TYPED_TEST(NameCompletion, IsSilentWithoutAPhoneBook) {
     EXPECT_EQ(shell.completed("group ring A"), "group ring A");
     EXPECT_FALSE(exists(shell / "store.db-wal"));
 }
-
-TEST(Candidates, AreOfNoConcernToPeople) {
-    const Tool tool;
-    EXPECT_THAT(tool("--help").out, Not(HasSubstr("candidates")));
-    EXPECT_THAT(tool("candidate").err, Not(HasSubstr("candidates")));
-    const Outcome none = tool("candidates", "persons");
-    EXPECT_EQ(none.status, 0);
-    EXPECT_EQ(none.out + none.err, "");
-    EXPECT_FALSE(exists(tool.store()));
-}

@@ -1,10 +1,9 @@
-// delete: one, several, all, and the question before that.
+// delete: one, several, all.
 
 #include "tests/tools/ToolTest.h"
 
 using namespace tool_test;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 namespace {
 
@@ -13,13 +12,6 @@ public:
     Three() {
         for (const std::string name : {"Anna", "Bella", "Clara"})
             oids.push_back(json(0, "add", "--name", name, "--group", "friends")["oid"].dump());
-    }
-
-    Outcome answering(const std::string& answer) const {
-        auto asked = command({"delete", "--all"});
-        asked.errorToTerminal = true;
-        asked.typed = answer;
-        return run(asked);
     }
 
     std::vector<std::string> oids;
@@ -72,21 +64,6 @@ TEST(ToolDelete, DeletesAllWithoutAskingWhenTold) {
     EXPECT_EQ(tool("delete", "--all", "--yes").out, "deleted 3 contacts\n");
     EXPECT_EQ(tool.json(0, "list"), Json::array());
     EXPECT_EQ(tool("delete", "--all", "--yes").out, "deleted 0 contacts\n");
-}
-
-TEST(ToolDelete, AsksOnATerminalBeforeItDeletesAll) {
-    const Three tool;
-    const Outcome refused = tool.answering("n\n");
-    EXPECT_EQ(refused.status, 3);
-    EXPECT_THAT(refused.err, HasSubstr("Delete all 3 contacts of " + tool.store().string()));
-    EXPECT_THAT(refused.err, HasSubstr("nothing was deleted"));
-    EXPECT_EQ(tool.answering("\n").status, 3);
-    EXPECT_EQ(tool.json(0, "list").size(), 3u);
-
-    const Outcome agreed = tool.answering("y\n");
-    EXPECT_EQ(agreed.status, 0) << agreed.err;
-    EXPECT_EQ(agreed.out, "deleted 3 contacts\n");
-    EXPECT_EQ(tool.json(0, "list"), Json::array());
 }
 
 TEST(ToolDelete, DoesNotDeleteAllWhereItCannotAsk) {

@@ -173,3 +173,12 @@ TEST(ToolExport, ReplacesAFileWithOneThatNobodyElseCanRead) {
     for (const auto& entry : std::filesystem::directory_iterator(tool.store().parent_path()))
         EXPECT_THAT(entry.path().filename().string(), ::testing::Not(StartsWith("people.csv.")));
 }
+
+TEST(ToolExport, RefusesPlacesWhereNoFileCanBe) {
+    const Tool tool;
+    tool("add", "--name", "Anna");
+    expectFailure(tool("export", tool.temporary().string()), 3, "is a folder");
+    expectFailure(tool("export", (tool / "nowhere/people.csv").string()), 3, "nowhere/people.csv: cannot be written");
+    expectFailure(tool("export", tool.store().string()), 2, "phone book itself");
+    EXPECT_EQ(tool.json(0, "list").size(), 1u);
+}

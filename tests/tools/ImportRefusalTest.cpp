@@ -1,6 +1,7 @@
 // Files of which nothing can be imported: the exit status tells, and the reasons are given.
 
 #include "tests/tools/ImportedFiles.h"
+#include "tests/tools/RefusedImport.h"
 
 using namespace tool_test;
 using ::testing::AllOf;
@@ -91,4 +92,19 @@ TEST(ToolImportRefusal, SaysWhatToDoAboutJunk) {
         expectRefusal(tool, {"import", path}, 3, formats);
         expectRefusal(tool, {"import", path, "--format", "csv", "--encoding", "UTF-8"}, 3, "; name another " + advice);
     }
+}
+
+TEST(ToolImport, RefusesFilesThatItCannotRead) {
+    const Tool tool;
+    expectRefused(tool, (tool / "missing.csv").string(), "there is no such file");
+    expectRefused(tool, tool.temporary().string(), "is a folder");
+}
+
+TEST(ToolImport, SaysWhenThereIsNoPlaceForItsWorkingFile) {
+    const Tool tool;
+    auto command = tool.command({"import", tool.file("people.csv", "Name\nAnna\n")});
+    for (const char* variable : {"TMPDIR", "TMP"})
+        command.environment[variable] = (tool / "nowhere").string();
+    expectFailure(run(command), 3, "temporary");
+    EXPECT_FALSE(exists(tool.store()));
 }

@@ -1,6 +1,7 @@
 // Files of contacts: both encodings, lines that are skipped, and files that make no sense.
 
 #include "tests/support/Privacy.h"
+#include "tests/tools/ImportedFiles.h"
 #include "tests/tools/RefusedImport.h"
 #include "tests/tools/ToolTest.h"
 
@@ -9,6 +10,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
+using ::testing::SizeIs;
 using testing_support::readFile;
 using testing_support::utf16Bytes;
 
@@ -318,3 +320,13 @@ TEST(ToolImport, KeepsPeopleApartFromOtherUsersOfTheMachine) {
 }
 
 // A shell can take a program's room away, the signal for that ignored.
+
+TEST(Pipe, LosesNothingOfAnImportThatNobodyReadsAbout) {
+    const Tool tool;
+    testing_support::Process process(tool.command({"--json", "import", tool.file("people.csv", fileOfPeople(2'000))}));
+    process.closeOutput();
+    const Outcome outcome = process.wait();
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(tool.json(0, "list"), SizeIs(2000));
+}

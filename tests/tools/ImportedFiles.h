@@ -15,6 +15,14 @@ inline std::string foreignFile(const std::string& name) {
     return std::string(FOREIGN_FILES) + "/" + name;
 }
 
+/// So many of one group.
+inline std::string fileOfPeople(int count) {
+    std::string text = "Name,Group\n";
+    for (int person = 1; person <= count; ++person)
+        text += "Person " + std::to_string(person) + ",친구,,010-" + std::to_string(1'000'000 + person) + "\n";
+    return text;
+}
+
 /// The contacts of the phone book, in the order of their names, without their identifiers.
 inline Json contactsIn(const Tool& tool) {
     Json contacts = tool.json(0, "list");

@@ -1,6 +1,6 @@
 // Whom a command means: by identifier, number, name, or a part or the initials of one.
 
-#include "tests/tools/ToolTest.h"
+#include "tests/tools/People.h"
 
 using namespace tool_test;
 using ::testing::ElementsAre;
@@ -8,40 +8,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::UnorderedElementsAre;
-
-namespace {
-
-class People : public Tool {
-public:
-    /// Answers the identifier.
-    template <class... Fields>
-    std::string person(const std::string& name, Fields... fields) const {
-        return json(0, "add", "--name", name, fields...)["oid"].dump();
-    }
-
-    std::string shown(const std::string& argument) const { return json(0, "show", argument)["oid"].dump(); }
-
-    /// The command with that typed where it asks, and its output read back as it stands in a file.
-    Outcome answering(const std::string& answer, std::vector<std::string> arguments) const {
-        auto asked = command(std::move(arguments));
-        asked.errorToTerminal = true;
-        asked.typed = answer;
-        asked.environment["TERM"] = "dumb";
-        return run(asked);
-    }
-
-    std::vector<std::string> names() const { return namesIn(json(0, "list")); }
-};
-
-/// Three whose names begin with the same syllable, two of them with the same name.
-class Kims : public People {
-public:
-    const std::string minsu = person("김민수", "--mobile", "010-2345-6789");
-    const std::string other = person("김민수", "--home", "02-1234");
-    const std::string minjeong = person("김민정");
-};
-
-}  // namespace
 
 TEST(Person, IsMeantByIdentifierNumberNamePartOrInitials) {
     const People tool;
@@ -125,7 +91,6 @@ TEST(Person, IsRefusedWhereTheArgumentCannotNameOne) {
     expectFailure(tool("show", "name:"), 2, "PERSON is empty");
     expectFailure(tool("show", "oid:Anna"), 2, "\"Anna\"");
     expectFailure(tool("show", "number:Anna"), 2, "010-2345-6789");
-    expectFailure(tool("show", "\xFF"), 2, "UTF-8");
 }
 
 TEST(Person, IsNotGuessedWhereNobodyCanBeAsked) {
@@ -172,60 +137,9 @@ TEST(Person, IsDeletedUnaskedForIdentifierNumberAndWholeName) {
     EXPECT_THAT(tool.names(), IsEmpty());
 }
 
-TEST(Person, IsDeletedForAPartOfTheNameWhenTheUserAgrees) {
-    const Kims tool;
-    const std::string anna = tool.person("Anna Smith", "--mobile", "010-1");
-    for (const char* answer : {"n\n", "\n", "1\n", "\x04"}) {
-        const Outcome refused = tool.answering(answer, {"delete", tool.minsu, "anna"});
-        EXPECT_EQ(refused.status, 3) << answer;
-        EXPECT_THAT(refused.err, HasSubstr("Delete Anna Smith, 010-1? [y/N]"));
-        EXPECT_THAT(refused.err, HasSubstr("nothing was deleted"));
-    }
-    EXPECT_EQ(tool.names().size(), 4u);
-
-    EXPECT_EQ(tool.answering("y\n", {"delete", "anna"}).out, "deleted 1 contact: " + anna + " Anna Smith\n");
-    EXPECT_EQ(tool.answering("y\n", {"delete", "ㄱㅁㅈ"}).out, "deleted 1 contact: " + tool.minjeong + " 김민정\n");
-    EXPECT_THAT(tool.names(), UnorderedElementsAre("김민수", "김민수"));
-}
-
 TEST(Person, IsShownAndChangedForAPartOfTheNameUnasked) {
     const Kims tool;
     EXPECT_EQ(tool.shown("민정"), tool.minjeong);
     EXPECT_EQ(tool("edit", "ㄱㅁㅈ", "--mobile", "010-5").status, 0);
     EXPECT_EQ(tool("speed-dial", "set", "5", "민정", "mobile").status, 0);
-}
-
-TEST(Person, IsChosenFromANumberedListOnATerminal) {
-    const Kims tool;
-    const Outcome outcome = tool.answering("2\n", {"--json", "show", "김민수"});
-    EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(Json::parse(outcome.out)["oid"].dump(), tool.other);
-    EXPECT_THAT(outcome.err, HasSubstr("1  " + tool.minsu + "   김민수  010-2345-6789"));
-    EXPECT_THAT(outcome.err, HasSubstr("2  " + tool.other + "   김민수  02-1234"));
-    EXPECT_THAT(outcome.err, HasSubstr("Which one? [1-2]"));
-
-    EXPECT_EQ(tool.answering("1\n", {"delete", "김민수"}).out, "deleted 1 contact: " + tool.minsu + " 김민수\n");
-    EXPECT_THAT(tool.names(), UnorderedElementsAre("김민수", "김민정"));
-}
-
-TEST(Person, IsNotChosenByAnyOtherAnswer) {
-    const Kims tool;
-    for (const char* answer : {"\n", "0\n", "3\n", "-1\n", "x\n", "1 2\n", "\x04"}) {
-        const Outcome outcome = tool.answering(answer, {"delete", "김민수"});
-        EXPECT_EQ(outcome.status, 3) << answer;
-        EXPECT_EQ(outcome.out, "");
-        EXPECT_THAT(outcome.err, HasSubstr("no one was chosen"));
-    }
-    EXPECT_EQ(tool.names().size(), 3u);
-}
-
-TEST(Person, IsOfferedAmongTwentyAtMost) {
-    const People tool;
-    for (int i = 0; i < 23; ++i)
-        tool.person("Anna " + std::string(1, static_cast<char>('a' + i)));
-    const Outcome outcome = tool.answering("21\n", {"show", "anna"});
-    EXPECT_EQ(outcome.status, 3);
-    EXPECT_THAT(outcome.err, HasSubstr("Anna t"));
-    EXPECT_THAT(outcome.err, Not(HasSubstr("Anna u")));
-    EXPECT_THAT(outcome.err, HasSubstr("and 3 more"));
 }

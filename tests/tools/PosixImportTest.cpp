@@ -1,4 +1,4 @@
-// Devices, terminals and temporary folders as an import meets them.
+// Devices, terminals, temporary folders and standard input as an import meets them.
 
 #include <filesystem>
 
@@ -7,22 +7,26 @@
 #include "tests/tools/ToolTest.h"
 
 using namespace tool_test;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using testing_support::Command;
 
-TEST(ToolImport, RefusesFilesThatItCannotRead) {
-    const Tool tool;
-    expectRefused(tool, (tool / "missing.csv").string(), "there is no such file");
-    expectRefused(tool, tool.temporary().string(), "is a folder");
-    expectRefused(tool, "/dev/null", "is no regular file");
+namespace {
+
+/// What a shell makes of a line in which tessera is the tool.
+Outcome inShell(const Tool& tool, const std::string& line) {
+    Command command = tool.command({"-c", "cd \"$HOME\" && " + line});
+    command.program = "/bin/sh";
+    command.environment["TESSERA"] = TESSERA_TOOL;
+    return run(command);
 }
 
-TEST(ToolImport, SaysWhenThereIsNoPlaceForItsWorkingFile) {
+}  // namespace
+
+TEST(ToolImport, RefusesADevice) {
     const Tool tool;
-    auto command = tool.command({"import", tool.file("people.csv", "Name\nAnna\n")});
-    command.environment["TMPDIR"] = (tool / "nowhere").string();
-    expectFailure(run(command), 3, "temporary");
-    EXPECT_FALSE(exists(tool.store()));
+    expectRefused(tool, "/dev/null", "is no regular file");
 }
 
 TEST(ToolImport, DrawsItsProgressOnATerminalAndNowhereElse) {
@@ -58,4 +62,18 @@ TEST(ToolImportCards, DrawsItsProgressOnATerminal) {
     const Outcome outcome = run(command);
     EXPECT_THAT(outcome.err, HasSubstr("1 of 1 cards"));
     EXPECT_EQ(outcome.out, "imported 1 of 1 card\n");
+}
+
+TEST(ToolImportInput, IsNamedWhenItCannotBeRead) {
+    const Tool tool;
+    expectFailure(inShell(tool, "\"$TESSERA\" import - <&-"), 3, "standard input: cannot be read: Bad file descriptor");
+    expectFailure(inShell(tool, "\"$TESSERA\" import - </"), 3, "standard input: cannot be read: Is a directory");
+    EXPECT_FALSE(exists(tool.store()));
+}
+
+TEST(ToolImportInput, IsNotTheFileOfThatName) {
+    const Tool tool;
+    tool.file("-", "Name\nAnna\n");
+    EXPECT_EQ(inShell(tool, "echo 'Name\nPaul' | \"$TESSERA\" import - && \"$TESSERA\" import ./-").status, 0);
+    EXPECT_THAT(namesIn(tool.json(0, "list")), ElementsAre("Anna", "Paul"));
 }

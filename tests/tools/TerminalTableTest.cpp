@@ -1,6 +1,7 @@
-// Tables and colours: as a terminal has room for them and shows them, and whole and plain everywhere else.
+// Tables and colours: as a terminal has room for them and shows them.
 
-#include "tests/tools/ToolTest.h"
+#include "tests/tools/Colours.h"
+#include "tests/tools/WideBook.h"
 
 using namespace tool_test;
 using ::testing::AllOf;
@@ -11,31 +12,6 @@ using ::testing::SizeIs;
 using testing_support::Command;
 
 namespace {
-
-const std::string escape = "\x1B";
-
-/// Six contacts with all that makes widths hard.
-class WideBook : public Tool {
-public:
-    WideBook() {
-        for (const std::string& name :
-             {std::string("가나다라마바사아자차카타파하"), std::string("plain"), std::string("😀😀😀😀😀😀😀😀"),
-              std::string("e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301"),
-              std::string("ＡＢＣＤＥＦＧ"), std::string(60, 'x')})
-            (*this)("add", "--name", name, "--group", "친구들과 가족", "--mobile", "010-2345-6789");
-    }
-
-    Command onTerminal(std::vector<std::string> arguments, unsigned short columns) const {
-        Command shown = command(std::move(arguments));
-        shown.outputToTerminal = true;
-        shown.errorToTerminal = true;
-        shown.terminalColumns = columns;
-        shown.environment["COLUMNS"] = "";
-        shown.environment["NO_COLOR"] = "";
-        shown.environment["TERM"] = "xterm";
-        return shown;
-    }
-};
 
 /// The columns that a line of these texts takes, by the characters that they are made of.
 std::size_t columnsOf(std::string line) {
@@ -58,14 +34,6 @@ std::size_t columnsOf(std::string line) {
 
 std::string withoutReturns(std::string text) {
     std::erase(text, '\r');
-    return text;
-}
-
-std::string withoutColours(std::string text) {
-    for (const std::string sequence : {"[1m", "[1;31m", "[1;32m", "[0m"}) {
-        for (std::size_t at; (at = text.find(escape + sequence)) != std::string::npos;)
-            text.erase(at, sequence.size() + 1);
-    }
     return text;
 }
 
@@ -107,15 +75,6 @@ TEST(TerminalTable, IsAsWideAsColumnsSays) {
     command.environment["COLUMNS"] = "50";
     for (const std::string& line : linesOf(withoutColours(withoutReturns(run(command).out))))
         EXPECT_LE(columnsOf(line), 50u) << line;
-}
-
-TEST(TerminalTable, IsWholeInAPipeWhateverColumnsSays) {
-    const WideBook tool;
-    Command command = tool.command({"list"});
-    command.environment["COLUMNS"] = "20";
-    const std::string out = run(command).out;
-    EXPECT_THAT(out, Not(HasSubstr("…")));
-    EXPECT_THAT(out, AllOf(HasSubstr(std::string(60, 'x') + "  "), HasSubstr("가나다라마바사아자차카타파하")));
 }
 
 TEST(TerminalTable, FitsWhateverTheCommand) {
@@ -161,11 +120,26 @@ TEST(Colour, IsLeftOutWhereItIsNotWanted) {
     EXPECT_THAT(json.out + json.err, Not(HasSubstr(escape)));
 }
 
-TEST(Colour, IsInAPipeOnlyWhenTheCommandLineAsksForIt) {
-    const WideBook tool;
-    EXPECT_THAT(tool("list").out, Not(HasSubstr(escape)));
-    EXPECT_THAT(tool("list", "--color", "always").out, ::testing::StartsWith(escape + "[1mOid"));
-    EXPECT_THAT(tool("list", "--color", "always", "--json").out, Not(HasSubstr(escape)));
-    EXPECT_EQ(withoutColours(tool("list", "--color", "always").out), tool("list").out);
-    expectFailure(tool("list", "--color", "blue"), 2, "auto, always or never");
+TEST(NumberMarks, AreOnATerminalUnlessItWantsNoColours) {
+    const Tool tool;
+    tool("add", "--name", "Anna", "--mobile", "010-2345-6789");
+    auto onTerminal = tool.command({"number", "2345"});
+    onTerminal.outputToTerminal = true;
+    onTerminal.environment["TERM"] = "xterm";
+    onTerminal.environment["NO_COLOR"] = "1";
+    EXPECT_THAT(run(onTerminal).out, Not(HasSubstr(escape)));
+    onTerminal.environment["NO_COLOR"] = "";
+    EXPECT_THAT(run(onTerminal).out, HasSubstr("010-" + marked("2345") + "-6789"));
+}
+
+TEST(NumberMarks, AreCutWithTheirNumber) {
+    const Tool tool;
+    tool("add", "--name", "Anna", "--mobile", "010-2345-6789");
+    auto narrow = tool.command({"number", "2345"});
+    narrow.outputToTerminal = true;
+    narrow.terminalColumns = 17;
+    narrow.environment["COLUMNS"] = "";
+    narrow.environment["NO_COLOR"] = "";
+    narrow.environment["TERM"] = "xterm";
+    EXPECT_THAT(run(narrow).out, HasSubstr("010-" + marked("23") + "…"));
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tessera/platform/base/Unicode.h"
+#include "tests/tools/Colours.h"
 #include "tests/tools/HelpOf.h"
 #include "tests/tools/HostilePhoneBook.h"
 #include "tests/tools/ToolTest.h"
@@ -202,11 +203,7 @@ void expectHarmless(const Outcome& outcome) {
 /// import draws its bar over itself with them; and colours, which are none of those in the hostile texts.
 std::string withoutItsOwn(std::string output) {
     std::erase(output, '\r');
-    for (const std::string colour : {"\x1B[1m", "\x1B[1;31m", "\x1B[1;32m", "\x1B[0m"}) {
-        for (std::size_t at; (at = output.find(colour)) != std::string::npos;)
-            output.erase(at, colour.size());
-    }
-    return output;
+    return withoutColours(std::move(output));
 }
 
 Outcome withoutItsOwn(Outcome outcome) {

@@ -1,94 +1,16 @@
 // watch: what others do to contacts and categories, told as it happens, and the phone book in step with it.
 
-#include <chrono>
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <utility>
+#include <regex>
 
-#include "tests/tools/ContactsOf.h"
-#include "tests/tools/ToolTest.h"
+#include "tests/support/SystemNames.h"
+#include "tests/tools/ImportedFiles.h"
+#include "tests/tools/Watching.h"
 
 using namespace tool_test;
-using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::MatchesRegex;
-using testing_support::Command;
-using testing_support::Process;
 
 namespace {
-
-constexpr std::chrono::seconds patience{60};
-
-/// A watcher that has begun to follow the store.
-class Watch {
-public:
-    using Read = std::optional<std::string> (Process::*)(std::chrono::milliseconds);
-
-    explicit Watch(const Command& command) : process_(command) {
-        EXPECT_THAT(errorLine(), AllOf(HasSubstr("following "), HasSubstr("interrupt to end")));
-    }
-
-    /// The next line of its output, which it has a minute for.
-    std::string line() { return nextLine(out_, &Process::read); }
-    std::string errorLine() { return nextLine(err_, &Process::readError); }
-    Json json() { return Json::parse(line(), nullptr, false); }
-    /// What became of whom, by that many lines.
-    std::vector<std::string> changes(std::size_t count) {
-        std::vector<std::string> told;
-        while (told.size() < count) {
-            const Json change = json();
-            if (!change.is_object()) break;
-            told.push_back(change.value("what", "") + ' ' + change.value("name", ""));
-        }
-        return told;
-    }
-
-    /// What is left of its output when it has been asked to end; it must end well.
-    std::string end(void (Process::*ask)() = &Process::terminate) {
-        (process_.*ask)();
-        while (const auto text = process_.read(patience)) {
-            if (text->empty()) break;
-            out_ += *text;
-        }
-        EXPECT_EQ(process_.wait().status, 0);
-        return out_;
-    }
-    Process& process() { return process_; }
-
-private:
-    std::string nextLine(std::string& unread, Read read) {
-        const auto deadline = std::chrono::steady_clock::now() + patience;
-        std::size_t length = 0;
-        while ((length = unread.find('\n')) == std::string::npos) {
-            const auto text = (process_.*read)(patience);
-            if (!text || std::chrono::steady_clock::now() > deadline) {
-                ADD_FAILURE() << "no line, but \"" << unread << '"';
-                return {};
-            }
-            unread += *text;
-        }
-        const std::string line = unread.substr(0, length);
-        unread.erase(0, length + 1);
-        return line;
-    }
-
-    Process process_;
-    std::string out_;
-    std::string err_;
-};
-
-/// A phone book with the groups that a new one has, and a watcher.
-class Watched : public Tool {
-public:
-    Watched() { (*this)("init"); }
-
-    Command watching() const { return command({"--json", "watch"}); }
-    Json added(const std::string& name) const { return json(0, "add", "--name", name)["oid"]; }
-    std::vector<std::string> groups() const { return namesIn(json(0, "group", "list")); }
-};
 
 /// How many rows of the phone book's own add to contacts.
 DWORD extensionRows(const Tool& tool) {
@@ -114,36 +36,6 @@ void makeTheStoreForget(const Tool& tool) {
             ASSERT_TRUE(calls.writeCurrent(call));
         ASSERT_TRUE(batch.end());
     });
-}
-
-/// A pipe as small as the system makes them, which is open and not read.
-class UnreadPipe {
-public:
-    explicit UnreadPipe(std::string path) : path_(std::move(path)) {
-        EXPECT_EQ(mkfifo(path_.c_str(), 0600), 0);
-        end_ = open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-        EXPECT_GT(fcntl(end_, F_SETPIPE_SZ, 4096), 0);
-    }
-    ~UnreadPipe() { close(end_); }
-    UnreadPipe(const UnreadPipe&) = delete;
-    UnreadPipe& operator=(const UnreadPipe&) = delete;
-
-    const std::string& path() const { return path_; }
-    bool waitForText() const {
-        pollfd waiting{end_, POLLIN, 0};
-        return poll(&waiting, 1, static_cast<int>(std::chrono::milliseconds(patience).count())) == 1;
-    }
-
-private:
-    std::string path_;
-    int end_ = -1;
-};
-
-std::string fileOfPeople(int count) {
-    std::string text = "Name,Group\n";
-    for (int person = 1; person <= count; ++person)
-        text += "Person " + std::to_string(person) + ",친구,,010-" + std::to_string(1'000'000 + person) + "\n";
-    return text;
 }
 
 }  // namespace
@@ -219,7 +111,7 @@ TEST(ToolWatch, AlignsItsLinesAndShowsTheTimeAsCallsDo) {
     const Watched tool;
     Watch stream(tool.watching());
     Command command = tool.command({"watch"});
-    command.environment["TZ"] = "Asia/Seoul";
+    command.environment["TZ"] = testing_support::zoneOfSeoul;
     Watch watch(command);
     tool.added("김민수");
     tool("category", "add", "chess");
@@ -229,8 +121,10 @@ TEST(ToolWatch, AlignsItsLinesAndShowsTheTimeAsCallsDo) {
     const std::string contact = watch.line();
     const std::string category = watch.line();
 
-    EXPECT_THAT(contact, MatchesRegex("[0-9]+ +" + time + "  contact added     [0-9]+ +김민수"));
-    EXPECT_THAT(category, MatchesRegex("[0-9]+ +[-0-9]+ [:0-9]+  category added    [0-9]+ +chess"));
+    const std::regex ofContact("[0-9]+ +" + time + "  contact added     [0-9]+ +김민수");
+    const std::regex ofCategory("[0-9]+ +[-0-9]+ [:0-9]+  category added    [0-9]+ +chess");
+    EXPECT_TRUE(std::regex_match(contact, ofContact)) << contact;
+    EXPECT_TRUE(std::regex_match(category, ofCategory)) << category;
     EXPECT_EQ(contact.find("김"), category.find("chess"));
 }
 
@@ -243,38 +137,6 @@ TEST(ToolWatch, ShowsWhatMightUpsetATerminalInPlainText) {
     const std::string line = stream.line();
     EXPECT_THAT(line, HasSubstr("김\\u001b[2J\\u009b\\n수"));
     EXPECT_EQ(Json::parse(line)["name"], "김\x1b[2J\xc2\x9b\n수");
-}
-
-TEST(ToolWatch, CutsItsLinesToTheTerminal) {
-    const Watched tool;
-    Watch stream(tool.command({"watch"}));
-    Command onTerminal = tool.command({"watch"});
-    onTerminal.outputToTerminal = true;
-    onTerminal.terminalColumns = 70;
-    onTerminal.environment["COLUMNS"] = "";
-    Watch watch(onTerminal);
-    for (const std::string& name :
-         {std::string(60, 'x'), std::string("김민수김민수김민수김민수김민수"), std::string("Anna")}) {
-        tool.added(name);
-        const std::string whole = stream.line();
-        const std::string cut = watch.line();  // which the terminal ends with a carriage return
-
-        ASSERT_TRUE(cut.ends_with('\r'));
-        EXPECT_TRUE(whole.ends_with(name)) << whole;
-        const std::string shown = cut.substr(0, cut.size() - 1);
-        if (name == "Anna") {
-            EXPECT_EQ(shown, whole);
-            continue;
-        }
-        ASSERT_TRUE(shown.ends_with("…")) << shown;
-        const std::string kept = shown.substr(0, shown.size() - std::string("…").size());
-        EXPECT_TRUE(whole.starts_with(kept));
-        // The columns before the name are ASCII: what is left of it fills the terminal but for half a character.
-        const std::size_t place = whole.find(name);
-        const bool isWide = name.front() != 'x';
-        const std::size_t width = place + (kept.size() - place) * (isWide ? 2 : 3) / 3 + 1;
-        EXPECT_THAT(width, ::testing::AnyOf(70u, isWide ? 69u : 70u)) << shown;
-    }
 }
 
 TEST(ToolWatch, GivesAContactWithCategoriesItsGroupBeforeItTells) {
@@ -353,44 +215,14 @@ TEST(ToolWatch, WorksSideBySideWithAnother) {
     EXPECT_EQ(extensionRows(tool), 3u);
 }
 
-TEST(ToolWatch, EndsWellWhenInterruptedAndWhenTerminated) {
-    const Watched tool;
-    for (const auto ask : {&Process::interrupt, &Process::terminate}) {
-        Watch watch(tool.watching());
-        tool.added("Anna");
-        watch.changes(1);
-        EXPECT_EQ(watch.end(ask), "");
-    }
-}
-
-TEST(ToolWatch, EndsWellWhenNobodyReadsAnyMore) {
+TEST(ToolWatch, EndsWellWhenNobodyReadsWhatItTells) {
     const Watched tool;
     Watch watch(tool.watching());
     watch.process().closeOutput();
+    tool.added("Anna");
     const Outcome outcome = watch.process().wait();
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-}
-
-TEST(ToolWatch, EndsWellWhileItsReaderLeavesTheOutputUnread) {
-    const Watched tool;
-    const UnreadPipe pipe((tool / "pipe").string());
-    Command command = tool.watching();
-    command.arguments = {"-c", "exec \"$0\" watch >\"$1\"", std::exchange(command.program, "/bin/sh"), pipe.path()};
-    Watch watch(command);
-    tool("import", tool.file("people.csv", fileOfPeople(500)));
-    EXPECT_TRUE(pipe.waitForText());
-    EXPECT_EQ(watch.end(), "");
-}
-
-TEST(ToolWatch, SaysWhenItsOutputCannotBeWritten) {
-    const Watched tool;
-    Command command = tool.watching();
-    command.arguments = {"-c", "exec \"$0\" watch >/dev/full", std::exchange(command.program, "/bin/sh")};
-    Watch watch(command);
-    tool.added("Anna");
-    EXPECT_THAT(watch.errorLine(), HasSubstr("tessera: cannot write to standard output"));
-    EXPECT_EQ(watch.process().wait().status, 3);
 }
 
 TEST(ToolWatch, GoesOnFromNowWhenTheStoreHasForgottenWhatWas) {
@@ -400,18 +232,6 @@ TEST(ToolWatch, GoesOnFromNowWhenTheStoreHasForgottenWhatWas) {
     EXPECT_THAT(watch.errorLine(), HasSubstr("tessera: more has changed"));
     tool.added("Anna");
     EXPECT_THAT(watch.changes(1), ElementsAre("contact-created Anna"));
-}
-
-TEST(ToolWatch, NeedsNoProcessorWhileNothingIsWritten) {
-    const Watched tool;
-    Watch watch(tool.watching());
-    for (const std::string name : {"Anna", "Paul", "Bella"})
-        tool.added(name);
-    watch.changes(3);
-    const auto before = watch.process().processorTime();
-    for (int i = 0; i < 20; ++i)
-        tool("list");
-    EXPECT_LT(watch.process().processorTime() - before, std::chrono::milliseconds(20));
 }
 
 TEST(ToolWatch, WantsAPhoneBook) {
