@@ -28,7 +28,7 @@ std::filesystem::path targetOf(const std::string& path) {
     if (type == std::filesystem::file_type::not_found) return pathOf(path);
     if (type == std::filesystem::file_type::directory) throw Failure(path + ": is a folder, not a file");
     if (type != std::filesystem::file_type::regular) throw Failure(path + ": is no regular file");
-    const auto target = port::realPath(pathOf(path), error);
+    auto target = port::realPath(pathOf(path), error);
     if (error) throw Failure(path + ": " + messageOf(error));
     return target;
 }
