@@ -8,11 +8,7 @@ set(prefix x86_64-w64-mingw32)
 set(CMAKE_C_COMPILER ${prefix}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${prefix}-g++-posix)
 set(CMAKE_RC_COMPILER ${prefix}-windres)
-find_program(WINE_PROGRAM wine)
-mark_as_advanced(WINE_PROGRAM)
-if(WINE_PROGRAM)
-  set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all ${WINE_PROGRAM})
-endif()
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/under-wine)
 
 # What is made needs nothing that Windows does not have.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)

@@ -10,7 +10,7 @@ export LC_ALL=C.UTF-8 TZ=UTC0
 rm -rf "$scratch"
 mkdir -p "$scratch/here" "$scratch/windows"
 printf '#!/bin/sh\nexec "%s" "$@"\n' "$1" >"$scratch/here/tessera"
-printf '#!/bin/sh\nexec wine "%s" "$@"\n' "$2" >"$scratch/windows/tessera"
+printf '#!/bin/sh\nexec "%s" "%s" "$@"\n' "$source/cmake/windows/under-wine" "$2" >"$scratch/windows/tessera"
 chmod +x "$scratch"/*/tessera
 
 # on SYSTEM COMMAND...
