@@ -9,7 +9,6 @@
 #include "tests/tools/ToolTest.h"
 
 using namespace tool_test;
-using ::testing::HasSubstr;
 using ::testing::SizeIs;
 
 namespace {

@@ -6,10 +6,8 @@
 #include "tests/tools/HelpOf.h"
 
 using namespace tool_test;
-using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
 using ::testing::Not;

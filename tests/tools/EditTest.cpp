@@ -5,7 +5,6 @@
 
 using namespace tool_test;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 namespace {
 

@@ -4,7 +4,6 @@
 
 using namespace tool_test;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 TEST(ToolImportTables, TakesADesktopProgramsUtf16WithTabs) {
     const Tool tool;

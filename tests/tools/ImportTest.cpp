@@ -8,8 +8,6 @@
 using namespace tool_test;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::SizeIs;
 using testing_support::readFile;
 using testing_support::utf16Bytes;

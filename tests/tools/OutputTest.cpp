@@ -5,7 +5,6 @@
 #include "tests/tools/ToolTest.h"
 
 using namespace tool_test;
-using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::Not;
 

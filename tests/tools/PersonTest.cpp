@@ -6,8 +6,6 @@ using namespace tool_test;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
-using ::testing::UnorderedElementsAre;
 
 TEST(Person, IsMeantByIdentifierNumberNamePartOrInitials) {
     const People tool;

@@ -7,8 +7,6 @@
 using namespace tool_test;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::Not;
-using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 namespace {

@@ -6,7 +6,6 @@
 
 using namespace tool_test;
 using ::testing::Contains;
-using ::testing::HasSubstr;
 using ::testing::SizeIs;
 using testing_support::readFile;
 

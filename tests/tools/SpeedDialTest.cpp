@@ -9,7 +9,6 @@
 
 using namespace tool_test;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::SizeIs;
 
 namespace {

@@ -4,8 +4,6 @@
 #include "tests/tools/WideBook.h"
 
 using namespace tool_test;
-using ::testing::AllOf;
-using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::SizeIs;
