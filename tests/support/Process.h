@@ -55,7 +55,7 @@ public:
     void terminate();
     /// Asks it to end, as a person at the terminal does.
     void interrupt();
-    /// Waits for the end. Output that was not read is read, and lost.
+    /// Waits for the end, and reads what there is to be read by then.
     Outcome wait();
 
 private:

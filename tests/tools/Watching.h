@@ -42,12 +42,9 @@ public:
     /// What is left of its output when it has been asked to end; it must end well.
     std::string end(void (Process::*ask)() = &Process::interrupt) {
         (process_.*ask)();
-        while (const auto text = process_.read(patience)) {
-            if (text->empty()) break;
-            out_ += *text;
-        }
-        EXPECT_EQ(process_.wait().status, 0);
-        return out_;
+        const Outcome outcome = process_.wait();
+        EXPECT_EQ(outcome.status, 0);
+        return out_ + outcome.out;
     }
     Process& process() { return process_; }
 

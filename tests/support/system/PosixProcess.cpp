@@ -179,8 +179,7 @@ void Process::interrupt() {
 
 Outcome Process::wait() {
     Outcome outcome;
-    std::string ignored;
-    while (running_->out >= 0 && drain(running_->out, ignored)) {
+    while (running_->out >= 0 && drain(running_->out, outcome.out)) {
     }
     while (running_->err >= 0 && drain(running_->err, outcome.err)) {
     }

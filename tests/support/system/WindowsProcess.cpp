@@ -183,9 +183,16 @@ std::optional<std::string> readWhatThereIs(PipeEnd& end, DWORD patienceMs) {
     return end.finishReading();
 }
 
-void drain(PipeEnd& end, std::string& into) {
-    while (const auto more = readWhatThereIs(end, INFINITE))
-        into += *more;
+/// Reads on to the end of the pipe, or of the program: a console of its own may keep the pipe open for longer.
+void drain(PipeEnd& end, HANDLE program, std::string& into) {
+    while (true) {
+        end.beginReading();
+        if (!end.isOpen()) return;
+        const std::array either{end.transfer(), program};
+        // The first of those that are there is told: what the program has written comes before its end.
+        if (WaitForMultipleObjects(2, either.data(), FALSE, INFINITE) != WAIT_OBJECT_0) return;
+        into += end.finishReading().value_or("");
+    }
 }
 
 bool isOver(const PipeEnd& end) {
@@ -285,10 +292,9 @@ void Process::interrupt() {
 
 Outcome Process::wait() {
     Outcome outcome;
-    std::string ignored;
-    drain(running_->out, ignored);
-    drain(running_->err, outcome.err);
     const Handle child = std::move(running_->child);
+    drain(running_->out, child.get(), outcome.out);
+    drain(running_->err, child.get(), outcome.err);
     check(WaitForSingleObject(child.get(), INFINITE) == WAIT_OBJECT_0, "wait");
     DWORD status = 0;
     check(GetExitCodeProcess(child.get(), &status) != 0, "exit code");
